@@ -1,0 +1,30 @@
+# What every target of the project has in common. Flags are set per target, so that a project that embeds
+# this one keeps its own.
+
+function(quillmap_configure target)
+    target_compile_definitions(${target} PRIVATE
+        QT_NO_CAST_TO_ASCII
+        QT_NO_URL_CAST_FROM_STRING
+        QT_DEPRECATED_WARNINGS)
+    if(MSVC)
+        target_compile_options(${target} PRIVATE /utf-8 /W4 /permissive-)
+        if(QUILLMAP_WERROR)
+            target_compile_options(${target} PRIVATE /WX)
+        endif()
+        return()
+    endif()
+    target_compile_options(${target} PRIVATE
+        -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Wcast-align -Wunused)
+    if(QUILLMAP_WERROR)
+        target_compile_options(${target} PRIVATE -Werror)
+    endif()
+    if(QUILLMAP_SANITIZE)
+        target_compile_options(${target} PRIVATE
+            -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+        target_link_options(${target} PRIVATE -fsanitize=address,undefined)
+    endif()
+    if(QUILLMAP_COVERAGE)
+        target_compile_options(${target} PRIVATE --coverage -fprofile-abs-path -fprofile-update=atomic)
+        target_link_options(${target} PRIVATE --coverage)
+    endif()
+endfunction()
