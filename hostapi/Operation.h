@@ -1,0 +1,117 @@
+#pragma once
+
+#include "OperationCoreExport.h"
+
+#include <QList>
+#include <QObject>
+#include <QString>
+
+class QDataStream;
+class VariableScope;
+
+/// The base of every script step.
+///
+/// A plug-in derives one class from it for each kind of step that it offers. The host creates a step
+/// from a prototype with clone(), edits its settings through its Qt properties, attaches a scope with
+/// setVariableScope() and runs it with doOperation().
+///
+/// **Ownership.** A step is a `QObject`: it belongs to its `QObject` parent or, without one, to whoever
+/// created it. It owns none of what it points to: not the scope, not its parent operation, not its
+/// child operations.
+///
+/// **Errors.** No member throws or returns an error. A step that cannot do its work says so in one line
+/// on Qt's warning log and leaves every variable as it was.
+///
+/// **Threads.** A step takes no locks. The host calls it, and the scope attached to it, from one thread
+/// at a time.
+///
+/// The virtual members stand in the order of their slots. Plug-ins are compiled against that order:
+/// nothing may be inserted, removed or moved.
+class OPERATIONCORE_EXPORT Operation : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Creates a step that belongs to \a parent, or to the caller when \a parent is null. The base
+    /// state is 0; there is no scope, no parent operation and no child.
+    explicit Operation(QObject *parent);
+    ~Operation() override;
+
+    /// The category under which a host lists the step, for the user to read. A manifest's
+    /// `categoryOrder` is keyed by this text.
+    virtual QString root() const = 0;
+
+    /// The persistent key of the step's class, such as `list.sort`. Never translated, never changed.
+    virtual QString typeId() const = 0;
+
+    /// The step's display name.
+    virtual QString typeName() const = 0;
+
+    /// The Qt resource path of the step's icon, such as `:/images/list_sort.svg`.
+    virtual QString icon() const = 0;
+
+    /// Runs the step on the attached scope. Does nothing without a scope. Running changes variables
+    /// only, never the step's own settings.
+    virtual void doOperation() const = 0;
+
+    /// Writes the step's record to \a stream. An override calls this first, then writes its own fields.
+    ///
+    /// The base's part is the base state as one `quint32`. A record holds no type id, no version and no
+    /// children; the host keeps those beside it.
+    virtual void saveOperation(QDataStream &stream) const;
+
+    /// Reads what saveOperation() wrote. An override calls this first, then reads its own fields.
+    ///
+    /// A record that ends early leaves `stream.status()` at `QDataStream::ReadPastEnd`; a field that
+    /// could not be read has its type's empty value.
+    virtual void loadOperation(QDataStream &stream);
+
+    /// The step in one line, for a script listing.
+    virtual QString toString() const = 0;
+
+    /// A sentence that tells the user what the step does with its present settings.
+    virtual QString description() const = 0;
+
+    /// A new step of the same class with the same settings and base state. It belongs to \a parent, or
+    /// to the caller when \a parent is null. Not copied: the scope, the parent operation, the children,
+    /// the object name and dynamic properties.
+    virtual Operation *clone(QObject *parent) const = 0;
+
+    /// Whether the step can hold child steps. False here; a container step overrides it.
+    virtual bool isContainer() const;
+
+    /// The number of child operations.
+    virtual int childCount() const;
+
+    /// The child operation at position \a index, counted from 0; null when there is none.
+    virtual Operation *childAt(int index) const;
+
+    /// The child operations in order, for the host to change. They are not owned: a child that is
+    /// deleted has to be taken out first. This list is not `QObject::children()`, which counts objects
+    /// by ownership.
+    virtual QList<Operation *> &children();
+
+    /// The container step that this step stands in, as last told; null at first.
+    virtual Operation *parentOperation() const;
+
+    /// Notes \a parent as the container step. Not owned; neither the `QObject` parent nor the children
+    /// of \a parent change.
+    virtual void setParentOperation(Operation *parent);
+
+    /// Attaches \a scope, on which doOperation() will act. Not owned: it has to live until another scope
+    /// or null is attached.
+    virtual void setVariableScope(VariableScope *scope);
+
+protected:
+    /// The base's own 32 bits of state. A step never interprets them; its copy constructor copies them
+    /// from the source as they are.
+    quint32 m_baseState = 0;
+
+private:
+    QList<Operation *> m_children;
+    Operation *m_parentOperation = nullptr;
+
+protected:
+    /// The scope to run on; null until the host attaches one. Not owned.
+    VariableScope *m_variableScope = nullptr;
+};
