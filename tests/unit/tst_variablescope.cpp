@@ -1,0 +1,211 @@
+#include "hostapi/VariableScope.h"
+
+#include <QtTest>
+
+Q_DECLARE_METATYPE(VarType)
+
+class TestVariableScope : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void declareGivesTheEmptyValue_data();
+    void declareGivesTheEmptyValue();
+    void declareRefuses_data();
+    void declareRefuses();
+    void declareReplaces();
+    void setDeclaresWithTheTypeOfTheValue_data();
+    void setDeclaresWithTheTypeOfTheValue();
+    void setKeepsTheDeclaredType();
+    void unknownNames_data();
+    void unknownNames();
+    void oneLeadingMarkIsNotPartOfTheName();
+    void namesKeepTheOrderOfDeclaration();
+    void removeForgetsTheVariable();
+    void valuesReadBeforeAreNotChanged();
+};
+
+void TestVariableScope::declareGivesTheEmptyValue_data()
+{
+    QTest::addColumn<VarType>("type");
+    QTest::addColumn<QVariant>("value");
+    QTest::newRow("int") << VarType::Int << QVariant(0);
+    QTest::newRow("double") << VarType::Double << QVariant(0.0);
+    QTest::newRow("string") << VarType::String << QVariant(QString(""));
+    QTest::newRow("bool") << VarType::Bool << QVariant(false);
+    QTest::newRow("list") << VarType::List << QVariant(QVariantList());
+    QTest::newRow("table") << VarType::Table << QVariant(QVariantList());
+}
+
+void TestVariableScope::declareGivesTheEmptyValue()
+{
+    QFETCH(VarType, type);
+    QFETCH(QVariant, value);
+    VariableScope scope;
+    QVERIFY(scope.declare("x", type));
+    QVERIFY(scope.contains("x"));
+    QCOMPARE(scope.typeOf("x"), type);
+    QCOMPARE(scope.get("x").userType(), value.userType());
+    QCOMPARE(scope.get("x"), value);
+}
+
+void TestVariableScope::declareRefuses_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<VarType>("type");
+    QTest::newRow("empty name") << "" << VarType::Int;
+    QTest::newRow("the mark alone") << "$" << VarType::Int;
+    QTest::newRow("undeclared") << "x" << VarType::Undeclared;
+    QTest::newRow("type 7") << "x" << VarType(7);
+    QTest::newRow("type -1") << "x" << VarType(-1);
+}
+
+void TestVariableScope::declareRefuses()
+{
+    QFETCH(QString, name);
+    QFETCH(VarType, type);
+    VariableScope scope;
+    QVERIFY(!scope.declare(name, type));
+    QVERIFY(scope.names().isEmpty());
+}
+
+void TestVariableScope::declareReplaces()
+{
+    VariableScope scope;
+    scope.set("a", 5);
+    scope.set("b", 6);
+    QVERIFY(scope.declare("$a", VarType::List));
+    QCOMPARE(scope.typeOf("a"), VarType::List);
+    QCOMPARE(scope.get("a"), QVariant(QVariantList()));
+    QCOMPARE(scope.names(), QStringList({"a", "b"}));
+}
+
+void TestVariableScope::setDeclaresWithTheTypeOfTheValue_data()
+{
+    QTest::addColumn<QVariant>("value");
+    QTest::addColumn<VarType>("type");
+    QTest::newRow("int") << QVariant(1) << VarType::Int;
+    QTest::newRow("unsigned") << QVariant(1u) << VarType::Int;
+    QTest::newRow("64 bit") << QVariant(qlonglong(1)) << VarType::Int;
+    QTest::newRow("unsigned 64 bit") << QVariant(qulonglong(1)) << VarType::Int;
+    QTest::newRow("short") << QVariant::fromValue(short(1)) << VarType::Int;
+    QTest::newRow("unsigned short") << QVariant::fromValue(ushort(1)) << VarType::Int;
+    QTest::newRow("long") << QVariant::fromValue(1l) << VarType::Int;
+    QTest::newRow("unsigned long") << QVariant::fromValue(1ul) << VarType::Int;
+    QTest::newRow("char") << QVariant::fromValue('a') << VarType::Int;
+    QTest::newRow("signed char") << QVariant::fromValue(static_cast<signed char>(1)) << VarType::Int;
+    QTest::newRow("unsigned char") << QVariant::fromValue(uchar(1)) << VarType::Int;
+    QTest::newRow("double") << QVariant(1.0) << VarType::Double;
+    QTest::newRow("float") << QVariant(1.0f) << VarType::Double;
+    QTest::newRow("text") << QVariant("1") << VarType::String;
+    QTest::newRow("bool") << QVariant(true) << VarType::Bool;
+    QTest::newRow("list") << QVariant(QVariantList{1}) << VarType::List;
+    QTest::newRow("list of lists") << QVariant(QVariantList{QVariant(QVariantList{1})}) << VarType::List;
+    QTest::newRow("string list") << QVariant(QStringList("a")) << VarType::List;
+    QTest::newRow("invalid") << QVariant() << VarType::Undeclared;
+    QTest::newRow("map") << QVariant(QVariantMap{{"a", 1}}) << VarType::Undeclared;
+}
+
+void TestVariableScope::setDeclaresWithTheTypeOfTheValue()
+{
+    QFETCH(QVariant, value);
+    QFETCH(VarType, type);
+    VariableScope scope;
+    scope.set("x", value);
+    QVERIFY(scope.contains("x"));
+    QCOMPARE(scope.typeOf("x"), type);
+    QCOMPARE(scope.get("x").userType(), value.userType());
+    QCOMPARE(scope.get("x"), value);
+}
+
+void TestVariableScope::setKeepsTheDeclaredType()
+{
+    VariableScope scope;
+    scope.declare("x", VarType::List);
+    scope.set("x", 5);
+    QCOMPARE(scope.typeOf("x"), VarType::List);
+    QCOMPARE(scope.get("x"), QVariant(5));
+
+    scope.set("y", QVariant());
+    scope.set("y", 5);
+    QCOMPARE(scope.typeOf("y"), VarType::Int);
+}
+
+void TestVariableScope::unknownNames_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("unknown") << "missing";
+    QTest::newRow("other case") << "KNOWN";
+    QTest::newRow("empty") << "";
+    QTest::newRow("the mark alone") << "$";
+    QTest::newRow("two marks") << "$$known";
+}
+
+void TestVariableScope::unknownNames()
+{
+    QFETCH(QString, name);
+    VariableScope scope;
+    scope.set("known", 1);
+    scope.set("", 1);
+    scope.set("$", 1);
+    QVERIFY(!scope.contains(name));
+    QVERIFY(!scope.get(name).isValid());
+    QCOMPARE(scope.typeOf(name), VarType::Undeclared);
+    QVERIFY(!scope.remove(name));
+    QCOMPARE(scope.names(), QStringList("known"));
+}
+
+void TestVariableScope::oneLeadingMarkIsNotPartOfTheName()
+{
+    VariableScope scope;
+    scope.set("$names", 1);
+    QCOMPARE(scope.names(), QStringList("names"));
+    QCOMPARE(scope.get("names"), QVariant(1));
+    scope.set("names", 2);
+    QCOMPARE(scope.get("$names"), QVariant(2));
+    QCOMPARE(scope.typeOf("$names"), VarType::Int);
+
+    scope.set("$$a", 3);
+    QCOMPARE(scope.get("$$a"), QVariant(3));
+    QVERIFY(!scope.contains("$a"));
+}
+
+void TestVariableScope::namesKeepTheOrderOfDeclaration()
+{
+    VariableScope scope;
+    scope.declare("z", VarType::Int);
+    scope.set("a", 1);
+    scope.declare("m", VarType::List);
+    scope.set("z", 2);
+    QCOMPARE(scope.names(), QStringList({"z", "a", "m"}));
+}
+
+void TestVariableScope::removeForgetsTheVariable()
+{
+    VariableScope scope;
+    scope.declare("a", VarType::List);
+    scope.set("b", 1);
+    QVERIFY(scope.remove("$a"));
+    QVERIFY(!scope.contains("a"));
+    QCOMPARE(scope.typeOf("a"), VarType::Undeclared);
+    QCOMPARE(scope.names(), QStringList("b"));
+    scope.set("a", 1);
+    QCOMPARE(scope.typeOf("a"), VarType::Int);
+    QCOMPARE(scope.names(), QStringList({"b", "a"}));
+}
+
+void TestVariableScope::valuesReadBeforeAreNotChanged()
+{
+    VariableScope scope;
+    scope.set("a", QVariantList{1, 2});
+    VariableScope copy = scope;
+    const QVariant before = scope.get("a");
+    scope.set("a", QVariantList{3});
+    QCOMPARE(before, QVariant(QVariantList{1, 2}));
+    QCOMPARE(copy.get("a"), QVariant(QVariantList{1, 2}));
+    const VariableScope moved = std::move(copy);
+    QCOMPARE(moved.get("a"), QVariant(QVariantList{1, 2}));
+}
+
+QTEST_GUILESS_MAIN(TestVariableScope)
+#include "tst_variablescope.moc"
