@@ -1,0 +1,195 @@
+#include "PluginLoader.h"
+
+#include <QFileInfo>
+#include <QJsonObject>
+#include <QSet>
+
+#include <exception>
+
+namespace StepHost
+{
+namespace
+{
+struct Verdict
+{
+    PluginRefusal refusal = PluginRefusal::None;
+    QString reason;
+};
+
+Verdict refuse(PluginRefusal refusal, const QString &reason)
+{
+    return {refusal, reason};
+}
+
+// Looks at the file only; none of the library's code runs.
+Verdict vetFile(const QPluginLoader &loader, const QString &fileName)
+{
+    const QFileInfo file(fileName);
+    if (!file.exists())
+        return refuse(PluginRefusal::NotFound, QStringLiteral("there is no such file"));
+    if (!file.isFile())
+        return refuse(PluginRefusal::NotFound, QStringLiteral("this is not a file"));
+    const QJsonObject metaData = loader.metaData();
+    if (metaData.isEmpty())
+        return refuse(PluginRefusal::NotAPlugin, loader.errorString());
+    const QString interfaceId = metaData.value(QLatin1String("IID")).toString();
+    if (interfaceId != QLatin1String(IOperationPlugin_iid)) {
+        return refuse(PluginRefusal::WrongInterface,
+                      QStringLiteral("its interface id is \"%1\", a step plug-in has \"%2\"")
+                          .arg(interfaceId, QLatin1String(IOperationPlugin_iid)));
+    }
+    return {};
+}
+
+Verdict vetContract(const IOperationPlugin &plugin, const PluginManifest &manifest)
+{
+    for (const int version : {plugin.apiVersion(), manifest.apiVersion}) {
+        if (version != knownApiVersion) {
+            return refuse(PluginRefusal::WrongApiVersion,
+                          QStringLiteral("it is built for version %1 of the step contract, this host knows "
+                                         "version %2")
+                              .arg(version)
+                              .arg(knownApiVersion));
+        }
+    }
+    const QStringList needed = plugin.requiredCapabilities() + manifest.requiredCapabilities;
+    for (const QString &capability : needed) {
+        if (!knownCapabilities().contains(capability)) {
+            return refuse(PluginRefusal::UnknownCapability,
+                          QStringLiteral("it needs the host capability \"%1\", this host has \"%2\"")
+                              .arg(capability, knownCapabilities().join(QLatin1String("\", \""))));
+        }
+    }
+    return {};
+}
+
+// Takes the sound prototypes of `offered` into `owned`, so that they are deleted whatever the verdict.
+Verdict takePrototypes(const QList<Operation *> &offered, QList<Operation *> &owned)
+{
+    Verdict verdict;
+    for (int position = 0; position < offered.size(); ++position) {
+        Operation *prototype = offered.at(position);
+        const auto bad = [position](const char *what) {
+            return refuse(PluginRefusal::BadPrototype,
+                          QStringLiteral("prototype %1 %2").arg(position + 1).arg(QLatin1String(what)));
+        };
+        if (!prototype)
+            verdict = bad("is null");
+        else if (owned.contains(prototype))
+            verdict = bad("is listed twice");
+        else if (prototype->parent())
+            verdict = bad("has a parent, so that the host cannot own it");
+        else
+            owned.append(prototype);
+    }
+    return verdict;
+}
+
+Verdict vetTypeIds(const QList<Operation *> &prototypes, const QString &prefix)
+{
+    QSet<QString> known;
+    for (const Operation *prototype : prototypes) {
+        const QString typeId = prototype->typeId();
+        if (typeId.isEmpty()) {
+            return refuse(PluginRefusal::BadPrototype,
+                          QStringLiteral("a prototype of class %1 has no type id")
+                              .arg(QLatin1String(prototype->metaObject()->className())));
+        }
+        if (!typeId.startsWith(prefix)) {
+            return refuse(
+                PluginRefusal::ForeignTypeId,
+                QStringLiteral("its step \"%1\" is outside its own prefix \"%2\"").arg(typeId, prefix));
+        }
+        if (known.contains(typeId)) {
+            return refuse(PluginRefusal::DuplicateTypeId,
+                          QStringLiteral("it has two steps of type \"%1\"").arg(typeId));
+        }
+        known.insert(typeId);
+    }
+    return {};
+}
+} // namespace
+
+QStringList knownCapabilities()
+{
+    return {QStringLiteral("hasListType")};
+}
+
+Plugin::Plugin(const QString &fileName) : m_loader(fileName) { }
+
+Plugin::~Plugin()
+{
+    qDeleteAll(m_prototypes);
+    // A text of the manifest may lie in the library.
+    m_manifest = PluginManifest();
+    m_loader.unload();
+}
+
+QString Plugin::fileName() const
+{
+    return m_loader.fileName();
+}
+
+const PluginManifest &Plugin::manifest() const
+{
+    return m_manifest;
+}
+
+IOperationPlugin *Plugin::instance() const
+{
+    return m_instance;
+}
+
+const QList<Operation *> &Plugin::prototypes() const
+{
+    return m_prototypes;
+}
+
+PluginLoadResult loadPlugin(const QString &fileName)
+{
+    std::unique_ptr<Plugin> plugin(new Plugin(QFileInfo(fileName).absoluteFilePath()));
+
+    const auto vet = [&plugin, &fileName]() -> Verdict {
+        Verdict verdict = vetFile(plugin->m_loader, fileName);
+        if (verdict.refusal != PluginRefusal::None)
+            return verdict;
+        QObject *root = plugin->m_loader.instance();
+        if (!root)
+            return refuse(PluginRefusal::LoadFailed, plugin->m_loader.errorString());
+        plugin->m_instance = qobject_cast<IOperationPlugin *>(root);
+        if (!plugin->m_instance) {
+            return refuse(PluginRefusal::WrongInterface,
+                          QStringLiteral("its root object, of class %1, does not implement \"%2\"")
+                              .arg(QLatin1String(root->metaObject()->className()),
+                                   QLatin1String(IOperationPlugin_iid)));
+        }
+        plugin->m_manifest = plugin->m_instance->manifest();
+        verdict = vetContract(*plugin->m_instance, plugin->m_manifest);
+        if (verdict.refusal == PluginRefusal::None)
+            verdict = takePrototypes(plugin->m_instance->createPrototypes(), plugin->m_prototypes);
+        if (verdict.refusal == PluginRefusal::None)
+            verdict = vetTypeIds(plugin->m_prototypes, plugin->m_manifest.typeIdPrefix);
+        return verdict;
+    };
+
+    Verdict verdict;
+    try {
+        verdict = vet();
+    } catch (const std::exception &exception) {
+        verdict =
+            refuse(PluginRefusal::Threw,
+                   QStringLiteral("it threw an exception: %1").arg(QString::fromUtf8(exception.what())));
+    } catch (...) {
+        verdict = refuse(PluginRefusal::Threw, QStringLiteral("it threw an exception"));
+    }
+
+    PluginLoadResult result;
+    if (verdict.refusal == PluginRefusal::None) {
+        result.plugin = std::move(plugin);
+    } else {
+        result.refusal = verdict.refusal;
+        result.reason = QStringLiteral("plug-in \"%1\" is refused: %2").arg(fileName, verdict.reason);
+    }
+    return result;
+}
+} // namespace StepHost

@@ -1,0 +1,85 @@
+#pragma once
+
+#include "hostapi/IOperationPlugin.h"
+#include "hostapi/Operation.h"
+
+#include <QList>
+#include <QPluginLoader>
+#include <QString>
+#include <QStringList>
+
+#include <memory>
+
+namespace StepHost
+{
+/// The version of the step contract that this host knows.
+constexpr int knownApiVersion = 2;
+
+/// The capabilities that this host offers to plug-ins.
+QStringList knownCapabilities();
+
+/// Why a plug-in was refused.
+enum class PluginRefusal {
+    None, ///< It was not refused.
+    NotFound, ///< There is no file of that name, or it is no file.
+    NotAPlugin, ///< The file is no library, or a library without Qt plug-in metadata.
+    WrongInterface, ///< The metadata names another interface, or the root object does not implement it.
+    LoadFailed, ///< The system or Qt refused to load the library.
+    WrongApiVersion, ///< Built for a version of the contract that this host does not know.
+    UnknownCapability, ///< It needs a capability that this host does not have.
+    BadPrototype, ///< A prototype is null, listed twice, owned by another object, or without a type id.
+    ForeignTypeId, ///< A type id does not begin with the manifest's prefix.
+    DuplicateTypeId, ///< Two prototypes, of this plug-in or of two loaded ones, have the same type id.
+    Threw, ///< A member of the plug-in threw an exception.
+};
+
+/// A loaded and vetted plug-in: its library, its root object and one prototype of each of its steps.
+///
+/// The destructor deletes the prototypes and unloads the library. By then everything that came from the
+/// plug-in has to be gone: clones of its prototypes, and also texts and values, which may lie in the
+/// library's own memory.
+class Plugin
+{
+public:
+    ~Plugin();
+
+    /// The absolute path of the library.
+    QString fileName() const;
+
+    /// What the plug-in tells about itself, as read when it was loaded.
+    const PluginManifest &manifest() const;
+
+    /// The root object. It belongs to the plug-in.
+    IOperationPlugin *instance() const;
+
+    /// The prototypes in the plug-in's order, none null, each with a type id of its own. They belong to
+    /// this object.
+    const QList<Operation *> &prototypes() const;
+
+private:
+    friend struct PluginLoadResult loadPlugin(const QString &fileName);
+
+    explicit Plugin(const QString &fileName);
+    Q_DISABLE_COPY(Plugin)
+
+    QPluginLoader m_loader;
+    IOperationPlugin *m_instance = nullptr;
+    PluginManifest m_manifest;
+    QList<Operation *> m_prototypes;
+};
+
+/// What became of loading a plug-in: the plug-in, or the refusal and a text for the user that names the
+/// file, what was found and what would be right.
+struct PluginLoadResult
+{
+    std::unique_ptr<Plugin> plugin;
+    PluginRefusal refusal = PluginRefusal::None;
+    QString reason;
+};
+
+/// Loads the plug-in \a fileName and vets it.
+///
+/// The interface id in the library's metadata is checked before any of its code runs. A refused library
+/// is unloaded again. Never throws.
+PluginLoadResult loadPlugin(const QString &fileName);
+} // namespace StepHost

@@ -1,0 +1,58 @@
+#include "StepCatalogue.h"
+
+namespace StepHost
+{
+StepCatalogue::StepCatalogue() = default;
+
+StepCatalogue::~StepCatalogue() = default;
+
+StepCatalogue::AddResult StepCatalogue::addPlugin(const QString &fileName)
+{
+    PluginLoadResult loaded = loadPlugin(fileName);
+    if (!loaded.plugin)
+        return {loaded.refusal, loaded.reason};
+
+    for (const Operation *prototype : loaded.plugin->prototypes()) {
+        const QString typeId = prototype->typeId();
+        if (const Plugin *owner = pluginOf(typeId)) {
+            return {
+                PluginRefusal::DuplicateTypeId,
+                QStringLiteral("plug-in \"%1\" is refused: plug-in \"%2\" has a step of type \"%3\" already")
+                    .arg(fileName, owner->fileName(), typeId)};
+        }
+    }
+    for (const Operation *prototype : loaded.plugin->prototypes()) {
+        const QString typeId = prototype->typeId();
+        m_entries.insert(typeId, Entry{loaded.plugin.get(), prototype});
+        m_typeIds.append(typeId);
+    }
+    m_plugins.push_back(std::move(loaded.plugin));
+    return {};
+}
+
+const std::vector<std::unique_ptr<Plugin>> &StepCatalogue::plugins() const
+{
+    return m_plugins;
+}
+
+const QStringList &StepCatalogue::typeIds() const
+{
+    return m_typeIds;
+}
+
+const Operation *StepCatalogue::prototype(const QString &typeId) const
+{
+    return m_entries.value(typeId).prototype;
+}
+
+const Plugin *StepCatalogue::pluginOf(const QString &typeId) const
+{
+    return m_entries.value(typeId).plugin;
+}
+
+Operation *StepCatalogue::create(const QString &typeId, QObject *parent) const
+{
+    const Operation *model = prototype(typeId);
+    return model ? model->clone(parent) : nullptr;
+}
+} // namespace StepHost

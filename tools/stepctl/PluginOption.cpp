@@ -1,0 +1,42 @@
+#include "PluginOption.h"
+
+#include "host/PluginSearch.h"
+
+#include <QCoreApplication>
+
+#include <iostream>
+
+void PluginOption::addTo(CLI::App &command)
+{
+    command
+        .add_option("--plugin", m_files,
+                    "A step plug-in to load; may be given more than once. Without it the plug-ins of\n"
+                    "QUILLMAP_PLUGIN_PATH, or of the program's own build or install tree, are loaded.")
+        ->type_name("FILE")
+        ->allow_extra_args(false);
+}
+
+bool PluginOption::load(StepHost::StepCatalogue &catalogue) const
+{
+    QStringList files;
+    for (const std::string &file : m_files)
+        files.append(QString::fromStdString(file));
+    if (files.isEmpty()) {
+        const StepHost::FoundPlugins found = StepHost::findPlugins(QCoreApplication::applicationDirPath());
+        if (found.files.isEmpty()) {
+            std::cerr << "stepctl: no plug-in found in "
+                      << found.searched.join(QLatin1String(", ")).toStdString()
+                      << "; name one with --plugin FILE or in QUILLMAP_PLUGIN_PATH\n";
+            return false;
+        }
+        files = found.files;
+    }
+    for (const QString &file : qAsConst(files)) {
+        const StepHost::StepCatalogue::AddResult added = catalogue.addPlugin(file);
+        if (!added) {
+            std::cerr << "stepctl: " << added.reason.toStdString() << '\n';
+            return false;
+        }
+    }
+    return true;
+}

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "host/StepCatalogue.h"
+
+#include <CLI/CLI.hpp>
+
+#include <string>
+#include <vector>
+
+/// The option `--plugin`, which every subcommand that works with plug-ins has.
+class PluginOption
+{
+public:
+    /// Adds the option to \a command. This object has to live as long as the command.
+    void addTo(CLI::App &command);
+
+    /// Loads the plug-ins that were named or, when none was, those that the program finds by itself, into
+    /// \a catalogue. Returns whether all could be loaded; tells the user on standard error if not.
+    bool load(StepHost::StepCatalogue &catalogue) const;
+
+private:
+    std::vector<std::string> m_files;
+};

@@ -1,0 +1,51 @@
+#include "RunCommand.h"
+
+#include <QCoreApplication>
+#include <QTextCodec>
+
+#include <algorithm>
+#include <iostream>
+#include <string>
+#include <vector>
+
+namespace
+{
+// The way CLI11 takes them: as UTF-8, the last one first, without the program's name.
+std::vector<std::string> reversedArguments()
+{
+    std::vector<std::string> arguments;
+    const QStringList given = QCoreApplication::arguments().mid(1);
+    std::transform(given.rbegin(), given.rend(), std::back_inserter(arguments),
+                   [](const QString &argument) { return argument.toStdString(); });
+    return arguments;
+}
+} // namespace
+
+int main(int argc, char *argv[])
+{
+#ifndef Q_OS_WIN
+    // Arguments and file names are UTF-8, whatever the locale says.
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
+#endif
+    const QCoreApplication application(argc, argv);
+
+    CLI::App app("Runs and inspects step scripts and step plug-ins of the Quillmap automation host.",
+                 "stepctl");
+    app.set_version_flag("--version", "stepctl " STEPCTL_VERSION);
+    app.require_subcommand(1);
+    app.footer("Exit status: 0 all is well, 1 a step was skipped or there are findings,\n"
+               "2 bad usage, bad input or a refused plug-in.\n\n"
+               "Example:\n"
+               "  stepctl run clean.json --list names=@names.txt");
+
+    Action action;
+    addRunCommand(app, action);
+
+    try {
+        app.parse(reversedArguments());
+    } catch (const CLI::ParseError &error) {
+        const bool isAnswer = app.exit(error, std::cout, std::cerr) == 0;
+        return isAnswer ? ExitSuccess : ExitRefused;
+    }
+    return action();
+}
