@@ -1,0 +1,25 @@
+#include "QuotedText.h"
+
+namespace StepHost
+{
+QString quoted(const QString &text)
+{
+    constexpr int shown = 60;
+    QString result(QLatin1Char('"'));
+    const int end = qMin(text.size(), shown);
+    for (int i = 0; i < end; ++i) {
+        const QChar c = text.at(i);
+        const bool pair = c.isHighSurrogate() && i + 1 < text.size() && text.at(i + 1).isLowSurrogate();
+        if (pair)
+            result += text.mid(i++, 2);
+        else if (c.isSurrogate() || c.category() == QChar::Other_Control)
+            result += QStringLiteral("\\u%1").arg(c.unicode(), 4, 16, QLatin1Char('0'));
+        else
+            result += c;
+    }
+    result += QLatin1Char('"');
+    if (text.size() > shown)
+        result += QStringLiteral("... (%1 characters)").arg(text.size());
+    return result;
+}
+} // namespace StepHost
