@@ -7,7 +7,7 @@ function(quillmap_configure target)
         QT_NO_URL_CAST_FROM_STRING
         QT_DEPRECATED_WARNINGS)
     if(MSVC)
-        target_compile_options(${target} PRIVATE /utf-8 /W4 /permissive-)
+        target_compile_options(${target} PRIVATE /utf-8 /permissive- /Zc:__cplusplus /W4)
         if(QUILLMAP_WERROR)
             target_compile_options(${target} PRIVATE /WX)
         endif()
