@@ -115,7 +115,11 @@ QStringList knownCapabilities()
     return {QStringLiteral("hasListType")};
 }
 
-Plugin::Plugin(const QString &fileName) : m_loader(fileName) { }
+Plugin::Plugin(const QString &fileName) : m_loader(fileName)
+{
+    // By default Qt keeps a library loaded for good.
+    m_loader.setLoadHints({});
+}
 
 Plugin::~Plugin()
 {
