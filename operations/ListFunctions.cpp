@@ -168,7 +168,7 @@ bool isNumeric(const QVariant &value)
 void warnSkipped(const char *lead, const QString &text, const char *trail)
 {
     // The qWarning() macro would add file, line and function in debug builds.
-    QMessageLogger().warning() << lead << text << trail;
+    QMessageLogger(nullptr, 0, nullptr).warning() << lead << text << trail;
 }
 
 bool readListVariable(VariableScope *scope, const QString &name, QVariantList &out)
