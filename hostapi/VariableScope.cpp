@@ -77,6 +77,7 @@ void VariableScope::set(const QString &name, const QVariant &value)
     const QString key = variableKey(name);
     if (key.isEmpty())
         return;
+    ++m_writeCount;
     const auto it = m_variables.find(key);
     if (it != m_variables.end() && it->type != VarType::Undeclared)
         it->value = value;
@@ -119,4 +120,9 @@ bool VariableScope::remove(const QString &name)
     const QString key = variableKey(name);
     m_order.removeOne(key);
     return m_variables.remove(key) > 0;
+}
+
+quint64 VariableScope::writeCount() const
+{
+    return m_writeCount;
 }

@@ -73,6 +73,11 @@ public:
     /// Removes the variable \a name. Returns whether there was one.
     bool remove(const QString &name);
 
+    /// How many times set() has stored a value so far. A host that compares the numbers before and after
+    /// a step knows whether the step wrote, even if it wrote the value that was there. A copy of the scope
+    /// goes on from the same number.
+    quint64 writeCount() const;
+
 private:
     struct Variable
     {
@@ -84,4 +89,5 @@ private:
 
     QHash<QString, Variable> m_variables;
     QStringList m_order;
+    quint64 m_writeCount = 0;
 };
