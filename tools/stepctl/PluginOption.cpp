@@ -1,10 +1,9 @@
 #include "PluginOption.h"
 
+#include "Console.h"
 #include "host/PluginSearch.h"
 
 #include <QCoreApplication>
-
-#include <iostream>
 
 void PluginOption::addTo(CLI::App &command)
 {
@@ -24,9 +23,9 @@ bool PluginOption::load(StepHost::StepCatalogue &catalogue) const
     if (files.isEmpty()) {
         const StepHost::FoundPlugins found = StepHost::findPlugins(QCoreApplication::applicationDirPath());
         if (found.files.isEmpty()) {
-            std::cerr << "stepctl: no plug-in found in "
-                      << found.searched.join(QLatin1String(", ")).toStdString()
-                      << "; name one with --plugin FILE or in QUILLMAP_PLUGIN_PATH\n";
+            refuse(QStringLiteral(
+                       "no plug-in found in %1; name one with --plugin FILE or in QUILLMAP_PLUGIN_PATH")
+                       .arg(found.searched.join(QLatin1String(", "))));
             return false;
         }
         files = found.files;
@@ -34,7 +33,7 @@ bool PluginOption::load(StepHost::StepCatalogue &catalogue) const
     for (const QString &file : qAsConst(files)) {
         const StepHost::StepCatalogue::AddResult added = catalogue.addPlugin(file);
         if (!added) {
-            std::cerr << "stepctl: " << added.reason.toStdString() << '\n';
+            refuse(added.reason);
             return false;
         }
     }

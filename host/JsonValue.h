@@ -1,0 +1,79 @@
+#pragma once
+
+#include "hostapi/VariableScope.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QVariant>
+
+/// Values of variables and step settings as JSON, type for type.
+///
+/// Plain forms:
+///
+/// | value | JSON |
+/// |---|---|
+/// | invalid `QVariant` | `null` |
+/// | `bool` | `true`, `false` |
+/// | `int` | an integer that fits into 32 bits |
+/// | `qlonglong`, `qulonglong` | an integer that needs more bits than the kind before it has |
+/// | finite `double` | a number with a fraction or an exponent, in the fewest digits that read back the same
+/// | | `QString` | a string | | `QVariantList` | an array |
+///
+/// Everything else has a typed form: an object with one member, whose key is "$" and Qt's name of the type.
+///
+/// | value | JSON |
+/// |---|---|
+/// | other integers, also small `qlonglong`s and `qulonglong`s | `{"$uint": 5}`, `{"$qlonglong": 5}`, ... |
+/// | NaN and the infinities | `{"$double": "nan"}`, `{"$double": "inf"}`, `{"$double": "-inf"}` |
+/// | `float` | `{"$float": 0.5}` |
+/// | a text with a lone surrogate | its UTF-16 code units: `{"$QString": [97, 55296]}` |
+/// | `QStringList` | `{"$QStringList": ["a", "b"]}` |
+/// | `QByteArray` | in Base64: `{"$QByteArray": "AAE="}` |
+/// | `QVariantMap` | its pairs: `{"$QVariantMap": [["key", 1], ["other", null]]}` |
+/// | a null value of one of these types | `{"$null": "int"}`; a null text or byte array counts as an empty
+/// one | | any other type | `{"$opaque": "QObject*"}`, which is a note for the reader: it does not read back
+/// |
+///
+/// The plain kinds have typed forms too (`{"$int": 5}`, `{"$QVariant": null}`, ...). In a variable's value
+/// the typed form stands for a value of another kind than the declared type asks for.
+namespace StepHost
+{
+/// How deep arrays and objects may be nested in a JSON document, read or written.
+constexpr int maxJsonDepth = 512;
+
+/// A value that was read, or the reason why there is none.
+struct ValueResult
+{
+    QVariant value;
+    QString error; ///< Empty when the value was read.
+
+    explicit operator bool() const
+    {
+        return error.isEmpty();
+    }
+};
+
+/// Reads \a json, a document of a single value in one of the forms above.
+ValueResult valueFromJson(const QByteArray &json);
+
+/// How the control character \a c stands in a JSON string, such as `\n` or `\u001b`; empty for any other
+/// character.
+QString controlEscape(QChar c);
+
+/// Appends \a text to \a json in the form above. Control characters are written as escapes.
+void appendTextAsJson(QByteArray &json, const QString &text);
+
+/// Appends \a value to \a json in the form above, inside \a depth arrays and objects.
+///
+/// Returns an empty text, or what is wrong: the value is nested too deep or makes a document too large to
+/// hold. \a json is of no use then.
+QString appendAsJson(QByteArray &json, const QVariant &value, int depth = 0);
+
+/// Appends \a value, the value of a variable of type \a type, as appendAsJson() does; in typed form when
+/// the plain form would be refused or changed for that type.
+QString appendVariableAsJson(QByteArray &json, const QVariant &value, VarType type, int depth = 0);
+
+/// Whether \a value has the shape that a variable of type \a type should have. Every value has the shape
+/// of VarType::Undeclared.
+bool hasShapeOf(const QVariant &value, VarType type);
+} // namespace StepHost

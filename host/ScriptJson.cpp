@@ -1,0 +1,304 @@
+#include "ScriptJson.h"
+
+#include "InputFile.h"
+#include "JsonTree.h"
+#include "JsonValue.h"
+
+#include <QMetaEnum>
+#include <QMetaProperty>
+#include <QSet>
+
+namespace StepHost
+{
+namespace
+{
+// How many arrays and objects a variable's value or a step's property stands in.
+constexpr int memberDepth = 3;
+
+QString quotedList(const QStringList &names)
+{
+    return QLatin1Char('"') + names.join(QLatin1String("\", \"")) + QLatin1Char('"');
+}
+
+bool refuseKey(JsonError &error, const std::string &key, const QString &what, const QStringList &choices)
+{
+    const QString text = QStringLiteral("there is no %1 \"").arg(what) + QString::fromStdString(key)
+        + QStringLiteral("\"; there are ") + quotedList(choices);
+    return refuseJson(error,
+                      choices.isEmpty() ? text.left(text.indexOf(QLatin1String("; there are"))) : text);
+}
+
+bool checkKeys(const Json &object, const QStringList &known, JsonError &error)
+{
+    if (!object.is_object())
+        return refuseJson(error, QStringLiteral("this is %1, it should be an object").arg(kindName(object)));
+    for (auto it = object.begin(); it != object.end(); ++it) {
+        if (!known.contains(QString::fromStdString(it.key())))
+            return refuseKey(error, it.key(), QStringLiteral("key"), known);
+    }
+    return true;
+}
+
+// The member `key` of `object`, which has to be there.
+const Json *requireMember(const Json &object, const char *key, JsonError &error)
+{
+    const auto member = object.find(key);
+    if (member != object.end())
+        return &*member;
+    refuseJson(error, QStringLiteral("the key \"%1\" is missing").arg(QLatin1String(key)));
+    return nullptr;
+}
+
+bool readMemberText(const Json &object, const char *key, QString &text, JsonError &error)
+{
+    const Json *member = requireMember(object, key, error);
+    return member && (readTextValue(*member, text, error) || refuseBelow(error, QLatin1String(key)));
+}
+
+bool readVariable(const Json &json, ScriptVariable &variable, JsonError &error)
+{
+    QString name;
+    QString typeName;
+    if (!checkKeys(json, {QStringLiteral("name"), QStringLiteral("type"), QStringLiteral("value")}, error)
+        || !readMemberText(json, "name", name, error) || !readMemberText(json, "type", typeName, error))
+        return false;
+    const QString nameError = variableNameError(name);
+    if (!nameError.isEmpty()) {
+        refuseJson(error, nameError);
+        return refuseBelow(error, QStringLiteral("name"));
+    }
+    variable.name = withoutMark(name);
+    if (!varTypeFromName(typeName, variable.type)) {
+        refuseJson(error,
+                   QStringLiteral("there is no variable type \"%1\"; there are %2")
+                       .arg(typeName, quotedList(declarableTypeNames())));
+        return refuseBelow(error, QStringLiteral("type"));
+    }
+    const auto value = json.find("value");
+    if (value == json.end()) {
+        variable.value = emptyValueOf(variable.type);
+        return true;
+    }
+    return readVariableValue(*value, variable.type, variable.value, error)
+        || refuseBelow(error, QStringLiteral("value"));
+}
+
+bool readVariables(const Json &json, Script &script, JsonError &error)
+{
+    if (!json.is_array())
+        return refuseJson(error, QStringLiteral("this is %1, it should be an array").arg(kindName(json)));
+    QSet<QString> names;
+    script.variables.resize(json.size());
+    for (std::size_t i = 0; i < json.size(); ++i) {
+        ScriptVariable &variable = script.variables[i];
+        if (!readVariable(json[i], variable, error))
+            return refuseBelow(error, QString::number(i));
+        if (names.contains(variable.name)) {
+            refuseJson(error, QStringLiteral("the variable \"%1\" is declared already").arg(variable.name));
+            return refuseBelow(error, QString::number(i));
+        }
+        names.insert(variable.name);
+    }
+    return true;
+}
+
+// The settings of a step: its own properties that can be written, not those of every QObject.
+QStringList settingNames(const QMetaObject *metaObject)
+{
+    QStringList names;
+    for (int i = QObject::staticMetaObject.propertyCount(); i < metaObject->propertyCount(); ++i) {
+        if (metaObject->property(i).isWritable())
+            names.append(QLatin1String(metaObject->property(i).name()));
+    }
+    return names;
+}
+
+// Gives `value` the property's type when that loses nothing.
+bool adaptTo(const QMetaProperty &property, QVariant &value)
+{
+    const int wanted = property.userType();
+    if (value.userType() == wanted || wanted == QMetaType::QVariant)
+        return true;
+    if (property.isEnumType()) {
+        bool isKnown = value.userType() == QMetaType::Int;
+        if (value.userType() == QMetaType::QString)
+            value = property.enumerator().keysToValue(value.toString().toUtf8().constData(), &isKnown);
+        return isKnown;
+    }
+    const bool isInteger = hasShapeOf(value, VarType::Int);
+    if (wanted == QMetaType::Double && isInteger) {
+        value = value.toDouble();
+        return true;
+    }
+    if (wanted == QMetaType::LongLong && value.userType() == QMetaType::Int) {
+        value = value.toLongLong();
+        return true;
+    }
+    return false;
+}
+
+bool readProperty(Operation &operation, const QString &name, const Json &json, JsonError &error)
+{
+    const QMetaObject *metaObject = operation.metaObject();
+    const QMetaProperty property =
+        metaObject->property(metaObject->indexOfProperty(name.toUtf8().constData()));
+    QVariant value;
+    if (!readValue(json, value, error))
+        return false;
+    if (!adaptTo(property, value) || !property.write(&operation, value)) {
+        return refuseJson(error,
+                          QStringLiteral("this is %1, the property \"%2\" takes a value of type %3")
+                              .arg(kindName(json), name, QLatin1String(property.typeName())));
+    }
+    return true;
+}
+
+bool readStep(const Json &json, ScriptStep &step, const StepCatalogue &catalogue, JsonError &error)
+{
+    if (!json.is_object())
+        return refuseJson(error, QStringLiteral("this is %1, it should be an object").arg(kindName(json)));
+    QString typeId;
+    if (!readMemberText(json, "type", typeId, error))
+        return false;
+    step.operation.reset(catalogue.create(typeId, nullptr));
+    if (!step.operation) {
+        refuseKey(error, typeId.toStdString(), QStringLiteral("step type"), catalogue.typeIds());
+        return refuseBelow(error, QStringLiteral("type"));
+    }
+    const QStringList settings = settingNames(step.operation->metaObject());
+    for (auto it = json.begin(); it != json.end(); ++it) {
+        const QString key = QString::fromStdString(it.key());
+        if (key == QLatin1String("type"))
+            continue;
+        if (key == QLatin1String("enabled")) {
+            if (!it->is_boolean()) {
+                refuseJson(error,
+                           QStringLiteral("this is %1, it should be true or false").arg(kindName(*it)));
+                return refuseBelow(error, key);
+            }
+            step.enabled = it->get<bool>();
+            continue;
+        }
+        if (!settings.contains(key)) {
+            refuseKey(error, it.key(), QStringLiteral("property"), settings);
+            return refuseBelow(error, key);
+        }
+        if (!readProperty(*step.operation, key, *it, error))
+            return refuseBelow(error, key);
+    }
+    return true;
+}
+
+bool readSteps(const Json &json, Script &script, const StepCatalogue &catalogue, JsonError &error)
+{
+    if (!json.is_array())
+        return refuseJson(error, QStringLiteral("this is %1, it should be an array").arg(kindName(json)));
+    script.steps.resize(json.size());
+    for (std::size_t i = 0; i < json.size(); ++i) {
+        if (!readStep(json[i], script.steps[i], catalogue, error))
+            return refuseBelow(error, QString::number(i));
+    }
+    return true;
+}
+
+bool readDocument(const QByteArray &text, Script &script, const StepCatalogue &catalogue, JsonError &error)
+{
+    Json document;
+    if (!parseJson(text, document, error)
+        || !checkKeys(document, {QStringLiteral("variables"), QStringLiteral("steps")}, error))
+        return false;
+    const auto variables = document.find("variables");
+    if (variables != document.end() && !readVariables(*variables, script, error))
+        return refuseBelow(error, QStringLiteral("variables"));
+    const auto steps = document.find("steps");
+    if (steps != document.end() && !readSteps(*steps, script, catalogue, error))
+        return refuseBelow(error, QStringLiteral("steps"));
+    return true;
+}
+
+QString appendStep(QByteArray &json, const ScriptStep &step)
+{
+    json += "{\"type\": ";
+    appendTextAsJson(json, step.operation->typeId());
+    if (!step.enabled)
+        json += ", \"enabled\": false";
+    const QStringList settings = settingNames(step.operation->metaObject());
+    for (const QString &name : settings) {
+        json += ", ";
+        appendTextAsJson(json, name);
+        json += ": ";
+        const QString error =
+            appendAsJson(json, step.operation->property(name.toUtf8().constData()), memberDepth);
+        if (!error.isEmpty())
+            return QStringLiteral("the property \"%1\" %2").arg(name, error);
+    }
+    json += '}';
+    return QString();
+}
+} // namespace
+
+ScriptResult readScript(const QByteArray &json, const StepCatalogue &catalogue)
+{
+    ScriptResult result;
+    JsonError error;
+    if (!readDocument(json, result.script, catalogue, error)) {
+        result.script = Script();
+        result.error = error.toString();
+    }
+    return result;
+}
+
+ScriptResult readScriptFile(const QString &fileName, const StepCatalogue &catalogue)
+{
+    ScriptResult result;
+    const InputFile file = readInputFile(fileName);
+    if (!file) {
+        result.error = file.error;
+        return result;
+    }
+    result = readScript(file.bytes, catalogue);
+    if (!result)
+        result.error.prepend(fileName + QLatin1String(": "));
+    return result;
+}
+
+QString appendVariables(QByteArray &json, const std::vector<ScriptVariable> &variables)
+{
+    json += '[';
+    bool first = true;
+    for (const ScriptVariable &variable : variables) {
+        json += first ? "\n    {\"name\": " : ",\n    {\"name\": ";
+        first = false;
+        appendTextAsJson(json, variable.name);
+        json += ", \"type\": ";
+        appendTextAsJson(json, varTypeName(variable.type));
+        json += ", \"value\": ";
+        const QString error = appendVariableAsJson(json, variable.value, variable.type, memberDepth);
+        if (!error.isEmpty())
+            return QStringLiteral("the value of \"%1\" %2").arg(variable.name, error);
+        json += '}';
+    }
+    json += first ? "]" : "\n  ]";
+    return QString();
+}
+
+WriteResult writeScript(const Script &script)
+{
+    WriteResult result;
+    result.bytes = "{\n  \"variables\": ";
+    result.error = appendVariables(result.bytes, script.variables);
+    if (!result)
+        return result;
+    result.bytes += ",\n  \"steps\": [";
+    bool first = true;
+    for (const ScriptStep &step : script.steps) {
+        result.bytes += first ? "\n    " : ",\n    ";
+        first = false;
+        result.error = appendStep(result.bytes, step);
+        if (!result)
+            return result;
+    }
+    result.bytes += first ? "]\n}\n" : "\n  ]\n}\n";
+    return result;
+}
+} // namespace StepHost

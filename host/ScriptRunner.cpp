@@ -1,0 +1,81 @@
+#include "ScriptRunner.h"
+
+#include "WarningCapture.h"
+
+#include <algorithm>
+#include <exception>
+
+namespace StepHost
+{
+namespace
+{
+void runStep(Operation &operation, VariableScope &scope, StepResult &result)
+{
+    const quint64 writesBefore = scope.writeCount();
+    operation.setVariableScope(&scope);
+    try {
+        operation.doOperation();
+        result.outcome = scope.writeCount() != writesBefore ? StepOutcome::Wrote : StepOutcome::Skipped;
+    } catch (const std::exception &exception) {
+        result.outcome = StepOutcome::Failed;
+        result.failure = QString::fromUtf8(exception.what());
+    } catch (...) {
+        result.outcome = StepOutcome::Failed;
+        result.failure = QStringLiteral("an exception of unknown type");
+    }
+    operation.setVariableScope(nullptr);
+}
+} // namespace
+
+QString outcomeName(StepOutcome outcome)
+{
+    switch (outcome) {
+    case StepOutcome::NotRun:
+        return QStringLiteral("not run");
+    case StepOutcome::Disabled:
+        return QStringLiteral("disabled");
+    case StepOutcome::Wrote:
+        return QStringLiteral("wrote");
+    case StepOutcome::Skipped:
+        return QStringLiteral("skipped");
+    case StepOutcome::Failed:
+        return QStringLiteral("failed");
+    }
+    return QString();
+}
+
+int RunResult::count(StepOutcome outcome) const
+{
+    return int(std::count_if(steps.begin(), steps.end(),
+                             [outcome](const StepResult &step) { return step.outcome == outcome; }));
+}
+
+RunResult runScript(const Script &script, VariableScope &scope, const RunObserver &observer)
+{
+    RunResult result;
+    result.steps.resize(script.steps.size());
+    const int total = int(script.steps.size());
+    WarningCapture capture;
+    for (int i = 0; i < total; ++i) {
+        if (observer.shouldStop && observer.shouldStop()) {
+            result.end = RunEnd::Stopped;
+            break;
+        }
+        const ScriptStep &step = script.steps[i];
+        StepResult &stepResult = result.steps[i];
+        if (step.enabled) {
+            runStep(*step.operation, scope, stepResult);
+            stepResult.warnings = capture.takeLines();
+        } else {
+            stepResult.outcome = StepOutcome::Disabled;
+        }
+        if (observer.progress)
+            observer.progress(i + 1, total);
+        if (stepResult.outcome == StepOutcome::Failed) {
+            result.end = RunEnd::StepFailed;
+            break;
+        }
+    }
+    return result;
+}
+} // namespace StepHost

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "Script.h"
+
+#include <QString>
+#include <QVariant>
+
+/// Values that are given to a script's variables from outside: on a command line, in an input field.
+namespace StepHost
+{
+/// Sets the variable \a name of \a script to what \a text says.
+///
+/// A declared string variable takes the text as it is. A declared variable of another type takes JSON of
+/// its type. A variable that the script does not have is added with the type of its value: \a text as
+/// JSON, or the text itself when it is no JSON.
+///
+/// Returns an empty text, or what is wrong; the script is unchanged then.
+QString assignText(Script &script, const QString &name, const QString &text);
+
+/// Sets the list variable \a name of \a script to \a list, and adds it when the script does not have it.
+///
+/// Returns an empty text, or what is wrong; the script is unchanged then.
+QString assignList(Script &script, const QString &name, const QVariantList &list);
+} // namespace StepHost

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "Command.h"
+
+#include <QByteArray>
+#include <QString>
+
+/// Tells the user on standard error why the work was not done. Returns ExitRefused.
+int refuse(const QString &reason);
+
+/// Writes \a bytes to the file \a fileName, which is replaced whole or stays as it was, or to standard
+/// output when the name is empty. Returns whether it could; tells the user on standard error if not.
+bool writeResult(const QByteArray &bytes, const QString &fileName);
+
+/// Whether standard error is a terminal that a user may be looking at.
+bool isErrorTerminal();
