@@ -10,7 +10,7 @@ namespace StepHost
 {
 namespace
 {
-constexpr int maxSize = 1 << 30;
+constexpr int maxSize = 1 << 28;
 constexpr int chunkSize = 1 << 20;
 
 bool decodeUtf8(const char *bytes, int size, QString &text)
@@ -61,7 +61,7 @@ InputFile readInputFile(const QString &fileName)
         if (file.error() != QFileDevice::NoError)
             refuse(file.errorString());
         else if (input.bytes.size() > maxSize)
-            refuse(QStringLiteral("the file holds more than 1 GiB"));
+            refuse(QStringLiteral("the file holds more than 256 MiB"));
     }
     return input;
 }

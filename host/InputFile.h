@@ -18,7 +18,7 @@ struct InputFile
     }
 };
 
-/// Reads the whole file \a fileName, or standard input for "-". A file of more than 1 GiB is refused.
+/// Reads the whole file \a fileName, or standard input for "-". A file of more than 256 MiB is refused.
 InputFile readInputFile(const QString &fileName);
 
 /// The lines of a text, or the reason why they could not be read.

@@ -1,6 +1,7 @@
 #include "JsonReader.h"
 
 #include "JsonValue.h"
+#include "QuotedText.h"
 
 #include <iterator>
 #include <vector>
@@ -74,8 +75,9 @@ public:
     bool number_float(number_float_t value, const string_t &digits) override
     {
         if (digits.find_first_of(".eE") == string_t::npos) {
-            return refuse(QStringLiteral("the integer %1 does not fit into 64 bits; write %1.0 for a double")
-                              .arg(QString::fromStdString(digits)));
+            return refuse(
+                QStringLiteral("the integer %1 does not fit into 64 bits; write it with \".0\" for a double")
+                    .arg(quoted(QString::fromStdString(digits))));
         }
         return add(value);
     }
@@ -96,8 +98,8 @@ public:
         const auto added = m_open.back()->get_ref<Json::object_t &>().emplace(name, Json());
         m_member = &added.first->second;
         return added.second
-            || refuse(
-                   QStringLiteral("the object has the key \"%1\" already").arg(QString::fromStdString(name)));
+            || refuse(QStringLiteral("the object has the key %1 already")
+                          .arg(quoted(QString::fromStdString(name))));
     }
     bool end_object() override
     {

@@ -22,4 +22,7 @@ QString expectedForm(VarType type);
 
 /// How \a json is called in a message: "a number", "an array" and so on.
 QString kindName(const Json &json);
+
+/// Says in \a error that \a json should be \a expected, such as "an array". Returns false.
+bool refuseKind(JsonError &error, const Json &json, const char *expected);
 } // namespace StepHost

@@ -1,6 +1,7 @@
 #include "JsonValue.h"
 
 #include "JsonTree.h"
+#include "QuotedText.h"
 #include "Script.h"
 
 #include <QLocale>
@@ -15,8 +16,8 @@ namespace StepHost
 {
 namespace
 {
-// A QByteArray cannot hold twice as much.
-constexpr int maxDocumentSize = 1 << 30;
+// No more than an input file may have.
+constexpr int maxDocumentSize = 1 << 28;
 
 using ReadPayload = bool (*)(const Json &payload, QVariant &value, JsonError &error);
 using AppendPayload = QString (*)(QByteArray &json, const QVariant &value, int depth);
@@ -81,7 +82,7 @@ bool isPlain(const QVariant &value)
 
 QString checkSize(const QByteArray &json)
 {
-    return json.size() > maxDocumentSize ? QStringLiteral("makes more than 1 GiB of JSON") : QString();
+    return json.size() > maxDocumentSize ? QStringLiteral("makes more than 256 MiB of JSON") : QString();
 }
 
 template<typename Items, typename AppendItem>
@@ -218,12 +219,6 @@ QString appendTyped(QByteArray &json, const QVariant &value, int depth)
 bool isControl(QChar c)
 {
     return c < QLatin1Char(' ') || (c >= QChar(0x7F) && c <= QChar(0x9F));
-}
-
-bool refuseKind(JsonError &error, const Json &json, const char *expected)
-{
-    return refuseJson(
-        error, QStringLiteral("this is %1, it should be %2").arg(kindName(json), QLatin1String(expected)));
 }
 
 bool readNothing(const Json &json, QVariant &value, JsonError &error)
@@ -380,7 +375,7 @@ bool readMap(const Json &json, QVariant &value, JsonError &error)
             return refuseBelow(error, position);
         }
         if (map.contains(key)) {
-            refuseJson(error, QStringLiteral("the map has the key \"%1\" already").arg(key));
+            refuseJson(error, QStringLiteral("the map has the key %1 already").arg(quoted(key)));
             return refuseBelow(error, position);
         }
         if (!readValue(pair[1], map[key], error)) {
@@ -494,6 +489,12 @@ QString kindName(const Json &json)
     default:
         return QStringLiteral("an object");
     }
+}
+
+bool refuseKind(JsonError &error, const Json &json, const char *expected)
+{
+    return refuseJson(
+        error, QStringLiteral("this is %1, it should be %2").arg(kindName(json), QLatin1String(expected)));
 }
 
 bool readValue(const Json &json, QVariant &value, JsonError &error)

@@ -1,6 +1,7 @@
 #include "RunReport.h"
 
 #include "JsonValue.h"
+#include "QuotedText.h"
 
 namespace StepHost
 {
@@ -35,7 +36,7 @@ QString appendVariableLines(QByteArray &text, const std::vector<ScriptVariable> 
         text += "  " + padded(varTypeName(variable.type), 6) + "  " + inOneLine(variable.name) + " = ";
         const QString error = appendVariableAsJson(text, variable.value, variable.type);
         if (!error.isEmpty())
-            return QStringLiteral("the value of \"%1\" %2").arg(variable.name, error);
+            return QStringLiteral("the value of %1 %2").arg(quoted(variable.name), error);
         text += '\n';
     }
     return QString();

@@ -1,5 +1,7 @@
 #include "Script.h"
 
+#include "QuotedText.h"
+
 #include <algorithm>
 
 namespace StepHost
@@ -75,7 +77,7 @@ QString variableNameError(const QString &name)
     if (key.isEmpty())
         return QStringLiteral("a variable's name cannot be empty");
     if (key.startsWith(QLatin1Char('$'))) {
-        return QStringLiteral("the variable's name \"%1\" has more than one \"$\" in front").arg(name);
+        return QStringLiteral("the variable's name %1 has more than one \"$\" in front").arg(quoted(name));
     }
     return QString();
 }

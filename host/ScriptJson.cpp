@@ -3,6 +3,7 @@
 #include "InputFile.h"
 #include "JsonTree.h"
 #include "JsonValue.h"
+#include "QuotedText.h"
 
 #include <QMetaEnum>
 #include <QMetaProperty>
@@ -17,24 +18,25 @@ constexpr int memberDepth = 3;
 
 QString quotedList(const QStringList &names)
 {
-    return QLatin1Char('"') + names.join(QLatin1String("\", \"")) + QLatin1Char('"');
+    return names.isEmpty() ? QStringLiteral("none")
+                           : QLatin1Char('"') + names.join(QLatin1String("\", \"")) + QLatin1Char('"');
 }
 
-bool refuseKey(JsonError &error, const std::string &key, const QString &what, const QStringList &choices)
+bool refuseChoice(JsonError &error, const char *what, const QString &name, const QStringList &choices)
 {
-    const QString text = QStringLiteral("there is no %1 \"").arg(what) + QString::fromStdString(key)
-        + QStringLiteral("\"; there are ") + quotedList(choices);
     return refuseJson(error,
-                      choices.isEmpty() ? text.left(text.indexOf(QLatin1String("; there are"))) : text);
+                      QStringLiteral("there is no %1 %2; there are %3")
+                          .arg(QLatin1String(what), quoted(name), quotedList(choices)));
 }
 
 bool checkKeys(const Json &object, const QStringList &known, JsonError &error)
 {
     if (!object.is_object())
-        return refuseJson(error, QStringLiteral("this is %1, it should be an object").arg(kindName(object)));
+        return refuseKind(error, object, "an object");
     for (auto it = object.begin(); it != object.end(); ++it) {
-        if (!known.contains(QString::fromStdString(it.key())))
-            return refuseKey(error, it.key(), QStringLiteral("key"), known);
+        const QString key = QString::fromStdString(it.key());
+        if (!known.contains(key))
+            return refuseChoice(error, "key", key, known);
     }
     return true;
 }
@@ -69,9 +71,7 @@ bool readVariable(const Json &json, ScriptVariable &variable, JsonError &error)
     }
     variable.name = withoutMark(name);
     if (!varTypeFromName(typeName, variable.type)) {
-        refuseJson(error,
-                   QStringLiteral("there is no variable type \"%1\"; there are %2")
-                       .arg(typeName, quotedList(declarableTypeNames())));
+        refuseChoice(error, "variable type", typeName, declarableTypeNames());
         return refuseBelow(error, QStringLiteral("type"));
     }
     const auto value = json.find("value");
@@ -86,7 +86,7 @@ bool readVariable(const Json &json, ScriptVariable &variable, JsonError &error)
 bool readVariables(const Json &json, Script &script, JsonError &error)
 {
     if (!json.is_array())
-        return refuseJson(error, QStringLiteral("this is %1, it should be an array").arg(kindName(json)));
+        return refuseKind(error, json, "an array");
     QSet<QString> names;
     script.variables.resize(json.size());
     for (std::size_t i = 0; i < json.size(); ++i) {
@@ -94,7 +94,8 @@ bool readVariables(const Json &json, Script &script, JsonError &error)
         if (!readVariable(json[i], variable, error))
             return refuseBelow(error, QString::number(i));
         if (names.contains(variable.name)) {
-            refuseJson(error, QStringLiteral("the variable \"%1\" is declared already").arg(variable.name));
+            refuseJson(error,
+                       QStringLiteral("the variable %1 is declared already").arg(quoted(variable.name)));
             return refuseBelow(error, QString::number(i));
         }
         names.insert(variable.name);
@@ -156,13 +157,13 @@ bool readProperty(Operation &operation, const QString &name, const Json &json, J
 bool readStep(const Json &json, ScriptStep &step, const StepCatalogue &catalogue, JsonError &error)
 {
     if (!json.is_object())
-        return refuseJson(error, QStringLiteral("this is %1, it should be an object").arg(kindName(json)));
+        return refuseKind(error, json, "an object");
     QString typeId;
     if (!readMemberText(json, "type", typeId, error))
         return false;
     step.operation.reset(catalogue.create(typeId, nullptr));
     if (!step.operation) {
-        refuseKey(error, typeId.toStdString(), QStringLiteral("step type"), catalogue.typeIds());
+        refuseChoice(error, "step type", typeId, catalogue.typeIds());
         return refuseBelow(error, QStringLiteral("type"));
     }
     const QStringList settings = settingNames(step.operation->metaObject());
@@ -172,17 +173,14 @@ bool readStep(const Json &json, ScriptStep &step, const StepCatalogue &catalogue
             continue;
         if (key == QLatin1String("enabled")) {
             if (!it->is_boolean()) {
-                refuseJson(error,
-                           QStringLiteral("this is %1, it should be true or false").arg(kindName(*it)));
+                refuseKind(error, *it, "true or false");
                 return refuseBelow(error, key);
             }
             step.enabled = it->get<bool>();
             continue;
         }
-        if (!settings.contains(key)) {
-            refuseKey(error, it.key(), QStringLiteral("property"), settings);
-            return refuseBelow(error, key);
-        }
+        if (!settings.contains(key))
+            return refuseChoice(error, "property", key, settings);
         if (!readProperty(*step.operation, key, *it, error))
             return refuseBelow(error, key);
     }
@@ -192,7 +190,7 @@ bool readStep(const Json &json, ScriptStep &step, const StepCatalogue &catalogue
 bool readSteps(const Json &json, Script &script, const StepCatalogue &catalogue, JsonError &error)
 {
     if (!json.is_array())
-        return refuseJson(error, QStringLiteral("this is %1, it should be an array").arg(kindName(json)));
+        return refuseKind(error, json, "an array");
     script.steps.resize(json.size());
     for (std::size_t i = 0; i < json.size(); ++i) {
         if (!readStep(json[i], script.steps[i], catalogue, error))
@@ -269,13 +267,16 @@ QString appendVariables(QByteArray &json, const std::vector<ScriptVariable> &var
     for (const ScriptVariable &variable : variables) {
         json += first ? "\n    {\"name\": " : ",\n    {\"name\": ";
         first = false;
-        appendTextAsJson(json, variable.name);
+        // A script cannot declare a name that begins with "$"; with the mark in front it says so.
+        appendTextAsJson(json,
+                         variable.name.startsWith(QLatin1Char('$')) ? QLatin1Char('$') + variable.name
+                                                                    : variable.name);
         json += ", \"type\": ";
         appendTextAsJson(json, varTypeName(variable.type));
         json += ", \"value\": ";
         const QString error = appendVariableAsJson(json, variable.value, variable.type, memberDepth);
         if (!error.isEmpty())
-            return QStringLiteral("the value of \"%1\" %2").arg(variable.name, error);
+            return QStringLiteral("the value of %1 %2").arg(quoted(variable.name), error);
         json += '}';
     }
     json += first ? "]" : "\n  ]";

@@ -1,6 +1,7 @@
 #include "VariableInput.h"
 
 #include "JsonTree.h"
+#include "QuotedText.h"
 
 namespace StepHost
 {
@@ -24,8 +25,8 @@ QString valueForDeclared(const QString &text, VarType type, QVariant &value)
     Json json;
     JsonError error;
     if (!parseJson(text.toUtf8(), json, error)) {
-        return QStringLiteral("\"%1\" is no JSON value; a variable of type %2 takes %3")
-            .arg(text, varTypeName(type), expectedForm(type));
+        return QStringLiteral("%1 is no JSON value; a variable of type %2 takes %3")
+            .arg(quoted(text), varTypeName(type), expectedForm(type));
     }
     return readVariableValue(json, type, value, error) ? QString() : error.toString();
 }
@@ -40,7 +41,7 @@ QString valueForNew(const QString &text, ScriptVariable &variable)
         return error.toString();
     variable.type = typeOfNew(variable.value);
     if (variable.type == VarType::Undeclared)
-        return QStringLiteral("%1 gives a new variable no type; declare it in the script").arg(text);
+        return QStringLiteral("%1 gives a new variable no type; declare it in the script").arg(quoted(text));
     return QString();
 }
 } // namespace
@@ -76,8 +77,8 @@ QString assignList(Script &script, const QString &name, const QVariantList &list
         return QString();
     }
     if (declared->type != VarType::List) {
-        return QStringLiteral("the script declares \"%1\" with the type %2, not as a list")
-            .arg(declared->name, varTypeName(declared->type));
+        return QStringLiteral("the script declares %1 with the type %2, not as a list")
+            .arg(quoted(declared->name), varTypeName(declared->type));
     }
     declared->value = list;
     return QString();

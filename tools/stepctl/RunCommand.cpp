@@ -5,6 +5,7 @@
 #include "ProgressLine.h"
 
 #include "host/InputFile.h"
+#include "host/QuotedText.h"
 #include "host/RunReport.h"
 #include "host/ScriptJson.h"
 #include "host/ScriptRunner.h"
@@ -75,7 +76,7 @@ QString assignVariables(Script &script, const RunArguments &arguments)
             return shown + QLatin1String("this should be NAME=@FILE, with the mark @ before the file");
         const QString name = withoutMark(assignment.name);
         if (given.contains(name))
-            return shown + QStringLiteral("the variable \"%1\" is given twice").arg(name);
+            return shown + QStringLiteral("the variable %1 is given twice").arg(quoted(name));
         given.insert(name);
         if (isList && assignment.value == QLatin1String("@-")) {
             if (usesStandardInput)
