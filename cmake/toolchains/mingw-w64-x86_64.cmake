@@ -34,6 +34,12 @@ set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 
+# Without a console Qt Test reports to the debugger, unless it is told to write.
 find_program(WINE NAMES wine64 wine PATHS /usr/lib/wine)
-set(CMAKE_CROSSCOMPILING_EMULATOR
-    env WINEPREFIX=${windows_root}/wine WINEPATH=${windows_root}/bin WINEDEBUG=-all WINEDLLOVERRIDES=mscoree,mshtml= ${WINE})
+set(CMAKE_CROSSCOMPILING_EMULATOR env
+    WINEPREFIX=${windows_root}/wine
+    WINEPATH=${windows_root}/bin
+    WINEDEBUG=-all
+    WINEDLLOVERRIDES=mscoree,mshtml=
+    QT_FORCE_STDERR_LOGGING=1
+    ${WINE})
