@@ -34,6 +34,13 @@ set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 
+# Without a console Qt Test reports to the debugger, unless QT_FORCE_STDERR_LOGGING is set. Wine keeps variables that
+# begin in QT_ from the program and hands on WINEQT_ in their place.
 find_program(WINE NAMES wine64 wine PATHS /usr/lib/wine)
-set(CMAKE_CROSSCOMPILING_EMULATOR
-    env WINEPREFIX=${windows_root}/wine WINEPATH=${windows_root}/bin WINEDEBUG=-all WINEDLLOVERRIDES=mscoree,mshtml= ${WINE})
+set(CMAKE_CROSSCOMPILING_EMULATOR env
+    WINEPREFIX=${windows_root}/wine
+    WINEPATH=${windows_root}/bin
+    WINEDEBUG=-all
+    WINEDLLOVERRIDES=mscoree,mshtml=
+    WINEQT_FORCE_STDERR_LOGGING=1
+    ${WINE})

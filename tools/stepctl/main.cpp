@@ -4,12 +4,30 @@
 #include <QTextCodec>
 
 #include <algorithm>
+#include <cstdio>
 #include <iostream>
 #include <string>
 #include <vector>
 
+#ifdef Q_OS_WIN
+#include <fcntl.h>
+#include <io.h>
+#include <qt_windows.h>
+#endif
+
 namespace
 {
+// Arguments, file names and output are UTF-8, whatever the locale says, and a line ends in a line feed.
+void useSameTextsEverywhere()
+{
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
+#ifdef Q_OS_WIN
+    SetConsoleOutputCP(CP_UTF8);
+    for (std::FILE *stream : {stdin, stdout, stderr})
+        _setmode(_fileno(stream), _O_BINARY);
+#endif
+}
+
 // The way CLI11 takes them: as UTF-8, the last one first, without the program's name.
 std::vector<std::string> reversedArguments()
 {
@@ -23,10 +41,7 @@ std::vector<std::string> reversedArguments()
 
 int main(int argc, char *argv[])
 {
-#ifndef Q_OS_WIN
-    // Arguments and file names are UTF-8, whatever the locale says.
-    QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
-#endif
+    useSameTextsEverywhere();
     const QCoreApplication application(argc, argv);
 
     CLI::App app("Runs and inspects step scripts and step plug-ins of the Quillmap automation host.",
