@@ -1,0 +1,25 @@
+#pragma once
+
+#include "hostapi/VariableScope.h"
+
+#include <QStringList>
+#include <QVariant>
+
+/// What a step should do, worked out a second time in the plainest way.
+struct ReferenceOutcome
+{
+    QString written; ///< The name that the step writes to; empty when it writes nothing.
+    QVariant value; ///< What it writes there.
+    bool anyOrder = false; ///< The elements of the list may stand in any order.
+    QStringList warnings; ///< The lines on the warning log.
+};
+
+/// What the step \a typeId does on \a scope with \a settings, its properties by name.
+ReferenceOutcome referenceOutcome(const QString &typeId, const QVariantMap &settings,
+                                  const VariableScope &scope);
+
+/// Whether both values have the same type and the same content, however Qt compares them.
+bool isSameValue(const QVariant &left, const QVariant &right);
+
+/// Whether both lists hold the same values in any order.
+bool isSamePermuted(const QVariantList &left, QVariantList right);
