@@ -1,0 +1,30 @@
+# Makes sure that nothing in the tree PREFIX, which was moved, depends on the place where it was built or installed.
+cmake_minimum_required(VERSION 3.20)
+
+file(GLOB_RECURSE texts ${PREFIX}/include/* ${PREFIX}/${LIBDIR}/cmake/*)
+if(NOT texts)
+    message(FATAL_ERROR "there are no headers and no CMake package in ${PREFIX}")
+endif()
+foreach(text IN LISTS texts)
+    file(READ ${text} content)
+    foreach(place IN ITEMS ${SOURCE} ${BUILD} ${STAGING})
+        string(FIND "${content}" "${place}" position)
+        if(NOT position EQUAL -1)
+            message(SEND_ERROR "${text} names ${place}")
+        endif()
+    endforeach()
+endforeach()
+
+if(READELF)
+    file(GLOB programs ${PREFIX}/bin/* ${PREFIX}/${LIBDIR}/quillmap/plugins/*)
+    foreach(program IN LISTS programs)
+        execute_process(COMMAND ${READELF} --dynamic ${program}
+            OUTPUT_VARIABLE dynamic
+            COMMAND_ERROR_IS_FATAL ANY)
+        string(REGEX MATCH "PATH[^\n]*\\[([^\n]*)\\]" entry "${dynamic}")
+        set(run_path "${CMAKE_MATCH_1}")
+        if(NOT run_path MATCHES "^\\$ORIGIN/[./a-z0-9_-]*$")
+            message(SEND_ERROR "${program} has the run path '${run_path}'")
+        endif()
+    endforeach()
+endif()
