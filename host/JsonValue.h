@@ -16,8 +16,9 @@
 /// | `bool` | `true`, `false` |
 /// | `int` | an integer that fits into 32 bits |
 /// | `qlonglong`, `qulonglong` | an integer that needs more bits than the kind before it has |
-/// | finite `double` | a number with a fraction or an exponent, in the fewest digits that read back the same
-/// | | `QString` | a string | | `QVariantList` | an array |
+/// | finite `double` | a number with a fraction or an exponent, in the fewest digits that read back the same |
+/// | `QString` | a string |
+/// | `QVariantList` | an array |
 ///
 /// Everything else has a typed form: an object with one member, whose key is "$" and Qt's name of the type.
 ///
@@ -30,9 +31,8 @@
 /// | `QStringList` | `{"$QStringList": ["a", "b"]}` |
 /// | `QByteArray` | in Base64: `{"$QByteArray": "AAE="}` |
 /// | `QVariantMap` | its pairs: `{"$QVariantMap": [["key", 1], ["other", null]]}` |
-/// | a null value of one of these types | `{"$null": "int"}`; a null text or byte array counts as an empty
-/// one | | any other type | `{"$opaque": "QObject*"}`, which is a note for the reader: it does not read back
-/// |
+/// | a null value of one of these types | `{"$null": "int"}`; a null text or byte array counts as an empty one |
+/// | any other type | `{"$opaque": "QObject*"}`, which is a note for the reader: it does not read back |
 ///
 /// The plain kinds have typed forms too (`{"$int": 5}`, `{"$QVariant": null}`, ...). In a variable's value
 /// the typed form stands for a value of another kind than the declared type asks for.
