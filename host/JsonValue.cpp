@@ -479,9 +479,9 @@ QString kindName(const Json &json)
         return json.get<bool>() ? QStringLiteral("true") : QStringLiteral("false");
     case Json::value_t::number_integer:
     case Json::value_t::number_unsigned:
-        return QStringLiteral("an integer");
+        return holds<int>(json) ? QStringLiteral("an integer") : QStringLiteral("a 64-bit integer");
     case Json::value_t::number_float:
-        return QStringLiteral("a number");
+        return QStringLiteral("a double");
     case Json::value_t::string:
         return QStringLiteral("a string");
     case Json::value_t::array:

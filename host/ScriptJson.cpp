@@ -216,17 +216,22 @@ bool readDocument(const QByteArray &text, Script &script, const StepCatalogue &c
 
 QString appendStep(QByteArray &json, const ScriptStep &step)
 {
+    const QMetaObject *metaObject = step.operation->metaObject();
     json += "{\"type\": ";
     appendTextAsJson(json, step.operation->typeId());
     if (!step.enabled)
         json += ", \"enabled\": false";
-    const QStringList settings = settingNames(step.operation->metaObject());
+    const QStringList settings = settingNames(metaObject);
     for (const QString &name : settings) {
+        const QMetaProperty property =
+            metaObject->property(metaObject->indexOfProperty(name.toUtf8().constData()));
+        QVariant value = property.read(step.operation.get());
+        if (property.isEnumType())
+            value = QString::fromLatin1(property.enumerator().valueToKeys(value.toInt()));
         json += ", ";
         appendTextAsJson(json, name);
         json += ": ";
-        const QString error =
-            appendAsJson(json, step.operation->property(name.toUtf8().constData()), memberDepth);
+        const QString error = appendAsJson(json, value, memberDepth);
         if (!error.isEmpty())
             return QStringLiteral("the property \"%1\" %2").arg(name, error);
     }

@@ -1,0 +1,15 @@
+#include "FixturePlugin.h"
+
+class NewerApi : public FixturePlugin
+{
+    Q_OBJECT
+    Q_PLUGIN_METADATA(IID IOperationPlugin_iid)
+
+public:
+    int apiVersion() const override
+    {
+        return 3;
+    }
+};
+
+#include "NewerApi.moc"

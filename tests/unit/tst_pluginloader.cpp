@@ -1,0 +1,275 @@
+#include "host/PluginLoader.h"
+#include "host/PluginSearch.h"
+#include "host/StepCatalogue.h"
+
+#include <QtTest>
+
+using namespace StepHost;
+
+Q_DECLARE_METATYPE(PluginRefusal)
+
+namespace
+{
+QString fixture(const QString &name)
+{
+    return QString(FIXTURE_DIR "/%1" FIXTURE_SUFFIX).arg(name);
+}
+
+void writeFile(const QString &fileName, const QByteArray &bytes)
+{
+    QFile file(fileName);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write(bytes), qint64(bytes.size()));
+}
+} // namespace
+
+class TestPluginLoader : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void loadsTheListPlugin();
+    void refuses_data();
+    void refuses();
+    void refusesFilesThatAreNoLibraries_data();
+    void refusesFilesThatAreNoLibraries();
+    void refusesAnotherQtVersion();
+    void unloads();
+    void loadsManyTimes();
+    void catalogueCreatesSteps();
+    void catalogueKeepsTheOrderOfPlugins();
+    void catalogueRefusesADuplicateTypeId();
+    void catalogueGivesNothingForAStepThatDoesNotClone();
+    void findsPluginsOfTheBuildTree();
+    void findsPluginsOnThePath();
+};
+
+void TestPluginLoader::loadsTheListPlugin()
+{
+    const PluginLoadResult loaded = loadPlugin(LISTOPERPLUGIN_FILE);
+    QVERIFY2(loaded.plugin, qPrintable(loaded.reason));
+    QCOMPARE(loaded.refusal, PluginRefusal::None);
+    QCOMPARE(loaded.reason, QString());
+    QCOMPARE(loaded.plugin->manifest().pluginId, QString("com.tallowby.Quillmap.ListOperPlugin"));
+    QCOMPARE(loaded.plugin->instance()->apiVersion(), knownApiVersion);
+    QCOMPARE(QFileInfo(loaded.plugin->fileName()), QFileInfo(LISTOPERPLUGIN_FILE));
+    QCOMPARE(loaded.plugin->prototypes().size(), 10);
+    QCOMPARE(loaded.plugin->prototypes().first()->typeId(), QString("list.add"));
+    QCOMPARE(loaded.plugin->prototypes().last()->typeId(), QString("list.subtract"));
+}
+
+void TestPluginLoader::refuses_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<PluginRefusal>("refusal");
+    QTest::addColumn<QString>("reason");
+
+    QTest::newRow("no file") << "/no/such/plugin.so" << PluginRefusal::NotFound << "there is no such file";
+    QTest::newRow("a folder") << FIXTURE_DIR << PluginRefusal::NotFound << "this is not a file";
+    QTest::newRow("no metadata") << fixture("NoMetadata") << PluginRefusal::NotAPlugin << "NoMetadata";
+    QTest::newRow("another interface")
+        << fixture("WrongInterface") << PluginRefusal::WrongInterface
+        << "its interface id is \"com.example.SomethingElse/1.0\", a step plug-in has "
+           "\"com.tallowby.Quillmap.IOperationPlugin/1.0\"";
+    QTest::newRow("another root object") << fixture("WrongRoot") << PluginRefusal::WrongInterface
+                                         << "its root object, of class WrongRoot, does not implement "
+                                            "\"com.tallowby.Quillmap.IOperationPlugin/1.0\"";
+    QTest::newRow("newer contract")
+        << fixture("NewerApi") << PluginRefusal::WrongApiVersion
+        << "it is built for version 3 of the step contract, this host knows version 2";
+    QTest::newRow("older contract in the manifest")
+        << fixture("OldManifest") << PluginRefusal::WrongApiVersion
+        << "it is built for version 1 of the step contract, this host knows version 2";
+    QTest::newRow("unknown capability")
+        << fixture("UnknownCapability") << PluginRefusal::UnknownCapability
+        << "it needs the host capability \"hasWarpDrive\", this host has \"hasListType\"";
+    QTest::newRow("foreign type id")
+        << fixture("ForeignTypeId") << PluginRefusal::ForeignTypeId
+        << "its step \"elsewhere.second\" is outside its own prefix \"fixture.\"";
+    QTest::newRow("duplicate type id") << fixture("DuplicateTypeId") << PluginRefusal::DuplicateTypeId
+                                       << "it has two steps of type \"fixture.first\"";
+    QTest::newRow("no type id") << fixture("EmptyTypeId") << PluginRefusal::BadPrototype
+                                << "a prototype of class Operation has no type id";
+    QTest::newRow("null prototype") << fixture("NullPrototype") << PluginRefusal::BadPrototype
+                                    << "prototype 2 is null";
+    QTest::newRow("repeated prototype")
+        << fixture("RepeatedPrototype") << PluginRefusal::BadPrototype << "prototype 2 is listed twice";
+    QTest::newRow("owned prototype") << fixture("OwnedPrototype") << PluginRefusal::BadPrototype
+                                     << "prototype 1 has a parent, so that the host cannot own it";
+    QTest::newRow("exception") << fixture("ThrowingPlugin") << PluginRefusal::Threw
+                               << "it threw an exception: no steps today";
+}
+
+void TestPluginLoader::refuses()
+{
+    QFETCH(QString, file);
+    QFETCH(PluginRefusal, refusal);
+    QFETCH(QString, reason);
+    const PluginLoadResult loaded = loadPlugin(file);
+    QVERIFY(!loaded.plugin);
+    QCOMPARE(loaded.refusal, refusal);
+    QVERIFY2(loaded.reason.startsWith(QString("plug-in \"%1\" is refused: ").arg(file)),
+             qPrintable(loaded.reason));
+    QVERIFY2(loaded.reason.contains(reason), qPrintable(loaded.reason));
+}
+
+void TestPluginLoader::refusesFilesThatAreNoLibraries_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::newRow("empty") << QByteArray();
+    QTest::newRow("text") << QByteArray("This is no library.\n");
+    QFile module(LISTOPERPLUGIN_FILE);
+    QVERIFY(module.open(QIODevice::ReadOnly));
+    QTest::newRow("first 100 bytes of a library") << module.read(100);
+}
+
+void TestPluginLoader::refusesFilesThatAreNoLibraries()
+{
+    QFETCH(QByteArray, content);
+    const QTemporaryDir folder;
+    const QString fileName = folder.filePath("plugin" FIXTURE_SUFFIX);
+    writeFile(fileName, content);
+    const PluginLoadResult loaded = loadPlugin(fileName);
+    QVERIFY(!loaded.plugin);
+    QCOMPARE(loaded.refusal, PluginRefusal::NotAPlugin);
+    QVERIFY2(loaded.reason.size() > int(strlen("plug-in \"\" is refused: ")) + fileName.size(),
+             qPrintable(loaded.reason));
+}
+
+void TestPluginLoader::refusesAnotherQtVersion()
+{
+    QFile module(fixture("Sound"));
+    QVERIFY(module.open(QIODevice::ReadOnly));
+    QByteArray bytes = module.readAll();
+    const int metadata = bytes.indexOf("QTMETADATA !");
+    QVERIFY(metadata > 0);
+    const int minorVersion = metadata + 14;
+    QCOMPARE(int(bytes.at(minorVersion)), 15);
+    bytes[minorVersion] = 99;
+
+    const QTemporaryDir folder;
+    const QString fileName = folder.filePath("newer-qt" FIXTURE_SUFFIX);
+    writeFile(fileName, bytes);
+    const PluginLoadResult loaded = loadPlugin(fileName);
+    QVERIFY(!loaded.plugin);
+    QCOMPARE(loaded.refusal, PluginRefusal::LoadFailed);
+    QVERIFY2(loaded.reason.contains("5.99"), qPrintable(loaded.reason));
+}
+
+void TestPluginLoader::unloads()
+{
+    QPluginLoader probe(fixture("Sound"));
+    QVERIFY(!probe.isLoaded());
+    {
+        const PluginLoadResult loaded = loadPlugin(fixture("Sound"));
+        QVERIFY2(loaded.plugin, qPrintable(loaded.reason));
+        QVERIFY(probe.isLoaded());
+    }
+    QVERIFY(!probe.isLoaded());
+    QPluginLoader refused(fixture("NullPrototype"));
+    QCOMPARE(loadPlugin(fixture("NullPrototype")).refusal, PluginRefusal::BadPrototype);
+    QVERIFY(!refused.isLoaded());
+}
+
+void TestPluginLoader::loadsManyTimes()
+{
+    for (int i = 0; i < 20; ++i) {
+        StepCatalogue catalogue;
+        QVERIFY(catalogue.addPlugin(LISTOPERPLUGIN_FILE));
+        const std::unique_ptr<Operation> step(catalogue.create("list.sort", nullptr));
+        QCOMPARE(step->typeId(), QString("list.sort"));
+    }
+}
+
+void TestPluginLoader::catalogueCreatesSteps()
+{
+    StepCatalogue catalogue;
+    QVERIFY(catalogue.typeIds().isEmpty());
+    QVERIFY(!catalogue.create("list.sort", nullptr));
+    const StepCatalogue::AddResult added = catalogue.addPlugin(LISTOPERPLUGIN_FILE);
+    QVERIFY2(added, qPrintable(added.reason));
+
+    QObject parent;
+    for (const QString &typeId : catalogue.typeIds()) {
+        Operation *step = catalogue.create(typeId, &parent);
+        QVERIFY2(step, qPrintable(typeId));
+        QCOMPARE(step->typeId(), typeId);
+        QCOMPARE(step->parent(), &parent);
+        QVERIFY(step != catalogue.prototype(typeId));
+        QCOMPARE(catalogue.pluginOf(typeId), catalogue.plugins().front().get());
+    }
+    QCOMPARE(parent.children().size(), 10);
+    QVERIFY(!catalogue.create("list.shuffle", nullptr));
+    QVERIFY(!catalogue.create("", nullptr));
+    QVERIFY(!catalogue.prototype("list.shuffle"));
+    QVERIFY(!catalogue.pluginOf("list.shuffle"));
+}
+
+void TestPluginLoader::catalogueKeepsTheOrderOfPlugins()
+{
+    StepCatalogue catalogue;
+    QVERIFY(catalogue.addPlugin(fixture("Sound")));
+    QVERIFY(catalogue.addPlugin(LISTOPERPLUGIN_FILE));
+    QCOMPARE(int(catalogue.plugins().size()), 2);
+    QCOMPARE(catalogue.typeIds().mid(0, 3), (QStringList{"fixture.first", "list.add", "list.remove"}));
+    QCOMPARE(catalogue.pluginOf("fixture.first"), catalogue.plugins().front().get());
+}
+
+void TestPluginLoader::catalogueRefusesADuplicateTypeId()
+{
+    StepCatalogue catalogue;
+    QVERIFY(catalogue.addPlugin(LISTOPERPLUGIN_FILE));
+    const QStringList typeIds = catalogue.typeIds();
+
+    const StepCatalogue::AddResult added = catalogue.addPlugin(fixture("ListClash"));
+    QVERIFY(!added);
+    QCOMPARE(added.refusal, PluginRefusal::DuplicateTypeId);
+    QVERIFY2(added.reason.contains("has a step of type \"list.sort\" already"), qPrintable(added.reason));
+    QCOMPARE(catalogue.typeIds(), typeIds);
+    QCOMPARE(int(catalogue.plugins().size()), 1);
+
+    QCOMPARE(catalogue.addPlugin(LISTOPERPLUGIN_FILE).refusal, PluginRefusal::DuplicateTypeId);
+    const std::unique_ptr<Operation> step(catalogue.create("list.sort", nullptr));
+    QCOMPARE(step->typeName(), QString::fromUtf8("列表排序"));
+}
+
+void TestPluginLoader::catalogueGivesNothingForAStepThatDoesNotClone()
+{
+    StepCatalogue catalogue;
+    QVERIFY(catalogue.addPlugin(fixture("HostileSteps")));
+    QVERIFY(catalogue.prototype("fixture.unclonable"));
+    QVERIFY(!catalogue.create("fixture.unclonable", nullptr));
+}
+
+void TestPluginLoader::findsPluginsOfTheBuildTree()
+{
+    qunsetenv("QUILLMAP_PLUGIN_PATH");
+    const FoundPlugins found = findPlugins(QCoreApplication::applicationDirPath());
+    QCOMPARE(found.files.size(), 1);
+    QCOMPARE(QFileInfo(found.files.first()), QFileInfo(LISTOPERPLUGIN_FILE));
+
+    const QTemporaryDir folder;
+    const FoundPlugins nothing = findPlugins(folder.filePath("bin"));
+    QCOMPARE(nothing.files, QStringList());
+    QCOMPARE(nothing.searched.size(), 2);
+    QCOMPARE(nothing.searched.first(), folder.filePath("plugins"));
+}
+
+void TestPluginLoader::findsPluginsOnThePath()
+{
+    const QTemporaryDir folder;
+    writeFile(folder.filePath("b" FIXTURE_SUFFIX), "");
+    writeFile(folder.filePath("a" FIXTURE_SUFFIX), "");
+    writeFile(folder.filePath("notes.txt"), "");
+    const QStringList path = {folder.path(), "/no/such/folder", LISTOPERPLUGIN_FILE};
+    qputenv("QUILLMAP_PLUGIN_PATH", path.join(QDir::listSeparator()).toUtf8());
+    const FoundPlugins found = findPlugins(QCoreApplication::applicationDirPath());
+    qunsetenv("QUILLMAP_PLUGIN_PATH");
+    QCOMPARE(found.files,
+             (QStringList{folder.filePath("a" FIXTURE_SUFFIX), folder.filePath("b" FIXTURE_SUFFIX),
+                          LISTOPERPLUGIN_FILE}));
+    QCOMPARE(found.searched, path);
+}
+
+QTEST_GUILESS_MAIN(TestPluginLoader)
+#include "tst_pluginloader.moc"
