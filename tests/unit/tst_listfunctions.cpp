@@ -457,7 +457,7 @@ void TestListFunctions::resolveReference()
     object.setProperty("名称", "a label");
     VariableScope scope;
     scope.set("int", 5);
-    scope.set("$$int", 5);
+    scope.set("$$int", 6);
     scope.set("bool", true);
     scope.set("text", "3");
     scope.set("nothing", QVariant());
