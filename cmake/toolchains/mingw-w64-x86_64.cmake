@@ -41,6 +41,6 @@ set(CMAKE_CROSSCOMPILING_EMULATOR env
     WINEPREFIX=${windows_root}/wine
     WINEPATH=${windows_root}/bin
     WINEDEBUG=-all
-    WINEDLLOVERRIDES=mscoree,mshtml=
+    WINEDLLOVERRIDES=mscoree,mshtml,winemenubuilder.exe=
     WINEQT_FORCE_STDERR_LOGGING=1
     ${WINE})
