@@ -1,7 +1,7 @@
 # operationcore_add_plugin(<name> <source>...)
 #
-# Adds a step plug-in: a module that hosts load at run time. Its sources may hold moc's macros and list .qrc files.
-# It exports nothing but what is marked for export, which is Qt's two entry points.
+# Adds a step plug-in: a module that hosts load at run time. Its sources are UTF-8, may hold moc's macros and list
+# .qrc files. It exports nothing but what is marked for export, which is Qt's two entry points.
 function(operationcore_add_plugin name)
     add_library(${name} MODULE ${ARGN})
     target_link_libraries(${name} PRIVATE OperationCore::OperationCore)
@@ -11,6 +11,9 @@ function(operationcore_add_plugin name)
         CXX_EXTENSIONS OFF
         CXX_VISIBILITY_PRESET hidden
         VISIBILITY_INLINES_HIDDEN ON)
+    if(MSVC)
+        target_compile_options(${name} PRIVATE /utf-8)
+    endif()
     if(WIN32)
         set_target_properties(${name} PROPERTIES PREFIX "")
     endif()

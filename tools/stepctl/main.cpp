@@ -1,3 +1,4 @@
+#include "NewPluginCommand.h"
 #include "RunCommand.h"
 
 #include <QCoreApplication>
@@ -55,6 +56,7 @@ int main(int argc, char *argv[])
 
     Action action;
     addRunCommand(app, action);
+    addNewPluginCommand(app, action);
 
     try {
         app.parse(reversedArguments());

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <QVector>
+
+namespace StepHost
+{
+/// A step that a new plug-in starts with.
+struct SkeletonStep
+{
+    QString id; ///< What follows the prefix in its type id, such as `join`: lower-case letters and digits.
+    QString displayName; ///< For the user to read; made of the prefix and the id when empty.
+};
+
+/// What a new plug-in is called. Everything that is empty is derived from what is not.
+struct PluginSkeleton
+{
+    /// The root object's class and the library's name, such as `TextSteps`; made of the folder's name.
+    QString name;
+    /// In reverse domain form; `com.example.` and the name.
+    QString pluginId;
+    /// With what the type ids begin, without the dot, such as `text`; the first word of the name.
+    QString prefix;
+    /// The category of the steps; the prefix with a capital letter.
+    QString category;
+    /// The steps; one named `set`.
+    QVector<SkeletonStep> steps;
+};
+
+/// What became of writing a skeleton: its files, or the reason why none was written.
+struct SkeletonResult
+{
+    QStringList files; ///< Relative to the folder.
+    QString error; ///< Empty when the skeleton was written.
+
+    explicit operator bool() const
+    {
+        return error.isEmpty();
+    }
+};
+
+/// Writes the sources of a step plug-in, which builds against the installed library OperationCore, into the
+/// new folder \a folder.
+///
+/// Refused when there is something of that name already, when its parent folder is missing, and when a name
+/// in \a skeleton is none that the sources can have. The folder appears whole or not at all.
+SkeletonResult writePluginSkeleton(PluginSkeleton skeleton, const QString &folder);
+} // namespace StepHost

@@ -1,0 +1,223 @@
+#include "host/PluginSkeleton.h"
+
+#include <QDir>
+#include <QDirIterator>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <memory>
+
+using namespace StepHost;
+
+Q_DECLARE_METATYPE(PluginSkeleton)
+
+namespace
+{
+QByteArray contentOf(const QString &fileName)
+{
+    QFile file(fileName);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QStringList filesBelow(const QString &folder)
+{
+    QStringList files;
+    QDirIterator it(folder, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+    while (it.hasNext())
+        files.append(QDir(folder).relativeFilePath(it.next()));
+    files.sort();
+    return files;
+}
+
+QStringList sorted(QStringList texts)
+{
+    texts.sort();
+    return texts;
+}
+} // namespace
+
+class tst_PluginSkeleton : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void writesWhatTheExampleBeganAs_data();
+    void writesWhatTheExampleBeganAs();
+    void derivesNames_data();
+    void derivesNames();
+    void fillsAllMarks();
+    void refusesNames_data();
+    void refusesNames();
+    void keepsWhatIsThere();
+    void refusesMissingParent();
+
+private:
+    QString path(const char *name) const
+    {
+        return m_folder->filePath(QLatin1String(name));
+    }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+};
+
+void tst_PluginSkeleton::init()
+{
+    m_folder.reset(new QTemporaryDir);
+    QVERIFY(m_folder->isValid());
+}
+
+void tst_PluginSkeleton::writesWhatTheExampleBeganAs_data()
+{
+    QTest::addColumn<QString>("file");
+    // The files that the example has not filled in.
+    for (const char *file :
+         {"CMakeLists.txt", "TextFunctions.cpp", "TextFunctions.h", "TextSteps.h", "TextSteps.qrc"})
+        QTest::newRow(file) << file;
+}
+
+void tst_PluginSkeleton::writesWhatTheExampleBeganAs()
+{
+    QFETCH(QString, file);
+    PluginSkeleton skeleton;
+    skeleton.category = "文本";
+    skeleton.steps = {{"join", "文本拼接"}, {"split", "文本拆分"}};
+    const SkeletonResult result = writePluginSkeleton(skeleton, path("text-steps"));
+    QVERIFY2(result, qPrintable(result.error));
+    const QByteArray expected = contentOf(QUILLMAP_SOURCE_DIR "/examples/plugin/" + file);
+    QVERIFY(!expected.isEmpty());
+    QCOMPARE(contentOf(path("text-steps/") + file), expected);
+}
+
+void tst_PluginSkeleton::derivesNames_data()
+{
+    QTest::addColumn<QString>("folder");
+    QTest::addColumn<PluginSkeleton>("skeleton");
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<QByteArray>("text");
+
+    const auto row = [](const char *folder, const PluginSkeleton &skeleton, const char *file,
+                        const char *text) {
+        QTest::addRow("%s: %s", folder, text) << folder << skeleton << file << QByteArray(text);
+    };
+    const PluginSkeleton empty;
+    row("text-steps", empty, "CMakeLists.txt", "project(TextSteps ");
+    row("text_steps.2", empty, "CMakeLists.txt", "project(TextSteps2 ");
+    row("TextSteps", empty, "tests/tst_textsteps.cpp", "class tst_TextSteps :");
+    row("text-steps", empty, "TextSteps.cpp", "\"com.example.TextSteps\"");
+    row("text-steps", empty, "TextSteps.cpp", "\"text.\"");
+    row("text-steps", empty, "TextSetOperation.cpp", "tr(\"Text\")");
+    row("text-steps", empty, "TextSetOperation.cpp", "tr(\"Text set\")");
+    row("CSVSteps", empty, "CsvSetOperation.cpp", "\"csv.set\"");
+
+    PluginSkeleton given;
+    given.name = "Numbers";
+    given.pluginId = "org.example.numbers";
+    given.prefix = "num";
+    given.category = "数字";
+    given.steps = {{"add", "加"}, {"half", ""}};
+    row("x", given, "CMakeLists.txt", "project(Numbers ");
+    row("x", given, "Numbers.cpp", "\"org.example.numbers\"");
+    row("x", given, "Numbers.cpp", "(QLatin1String(\"num.half\"), 10)");
+    row("x", given, "Numbers.cpp", "\"数字\"");
+    row("x", given, "NumAddOperation.cpp", "tr(\"加\")");
+    row("x", given, "NumHalfOperation.cpp", "tr(\"Num half\")");
+    row("x", given, "images/num_half.svg", "<svg ");
+}
+
+void tst_PluginSkeleton::derivesNames()
+{
+    QFETCH(QString, folder);
+    QFETCH(PluginSkeleton, skeleton);
+    QFETCH(QString, file);
+    QFETCH(QByteArray, text);
+    const SkeletonResult result = writePluginSkeleton(skeleton, m_folder->filePath(folder));
+    QVERIFY2(result, qPrintable(result.error));
+    QVERIFY2(result.files.contains(file), qPrintable(result.files.join(' ')));
+    const QByteArray content = contentOf(m_folder->filePath(folder) + '/' + file);
+    QVERIFY2(content.contains(text), content.constData());
+}
+
+void tst_PluginSkeleton::fillsAllMarks()
+{
+    const SkeletonResult result = writePluginSkeleton(PluginSkeleton(), path("new-steps"));
+    QVERIFY2(result, qPrintable(result.error));
+    const QString folder = path("new-steps");
+    QCOMPARE(filesBelow(folder), sorted(result.files));
+    for (const QString &file : result.files) {
+        QVERIFY2(!file.contains('@'), qPrintable(file));
+        const QByteArray content = contentOf(folder + '/' + file);
+        QVERIFY2(!content.isEmpty() && !content.contains('@'), qPrintable(file));
+    }
+    QCOMPARE(filesBelow(m_folder->path()).size(), result.files.size());
+}
+
+void tst_PluginSkeleton::refusesNames_data()
+{
+    QTest::addColumn<PluginSkeleton>("skeleton");
+    QTest::addColumn<QString>("error");
+
+    const auto row = [](const char *name, PluginSkeleton skeleton, const char *error) {
+        QTest::newRow(name) << skeleton << error;
+    };
+    const QVector<SkeletonStep> none;
+    row("small letter", {"text", "", "", "", none},
+        "the name \"text\" should be a capital letter, then letters and digits, such as \"TextSteps\"");
+    row("blank in the name", {"Text Steps", "", "", "", none},
+        "the name \"Text Steps\" should be a capital letter, then letters and digits, such as \"TextSteps\"");
+    row("line end in the name", {"TextSteps\n", "", "", "", none},
+        "the name \"TextSteps\\u000a\" should be a capital letter, then letters and digits, such as "
+        "\"TextSteps\"");
+    row("file of its own", {"TextFunctions", "", "", "", none},
+        "the name \"TextFunctions\" is taken by another file of the plug-in");
+    row("id without a dot", {"Text", "text", "", "", none},
+        "the plug-in id \"text\" should have the form \"com.example.TextSteps\"");
+    row("prefix with a dot", {"Text", "", "text.", "", none},
+        "the prefix \"text.\" should be lower-case letters and digits, such as \"text\"");
+    row("quote in the category", {"Text", "", "", "a\"b", none},
+        "the category \"a\"b\" has a quote, a backslash or a control character");
+    row("line end in the category", {"Text", "", "", "a\nb", none},
+        "the category \"a\\u000ab\" has a quote, a backslash or a control character");
+    row("capital step", {"Text", "", "", "", {{"Join", ""}}},
+        "the step \"Join\" should be lower-case letters and digits, such as \"join\"");
+    row("empty step", {"Text", "", "", "", {{"", "x"}}},
+        "the step \"\" should be lower-case letters and digits, such as \"join\"");
+    row("backslash in a step name", {"Text", "", "", "", {{"join", "a\\"}}},
+        "the step name \"a\\\" has a quote, a backslash or a control character");
+    row("step twice", {"Text", "", "", "", {{"join", ""}, {"join", ""}}}, "the step \"join\" is named twice");
+}
+
+void tst_PluginSkeleton::refusesNames()
+{
+    QFETCH(PluginSkeleton, skeleton);
+    QFETCH(QString, error);
+    const SkeletonResult result = writePluginSkeleton(skeleton, path("new"));
+    QCOMPARE(result.error, error);
+    QCOMPARE(result.files, QStringList());
+    QVERIFY(QDir(m_folder->path()).isEmpty());
+}
+
+void tst_PluginSkeleton::keepsWhatIsThere()
+{
+    QVERIFY(QDir(m_folder->path()).mkdir("folder"));
+    QFile file(path("file"));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    for (const char *name : {"folder", "file", "folder/", "."}) {
+        const SkeletonResult result = writePluginSkeleton({"Text", {}, {}, {}, {}}, path(name));
+        QVERIFY2(result.error.endsWith(": there is something of that name already; name a new folder"),
+                 qPrintable(result.error));
+    }
+    QCOMPARE(QDir(m_folder->path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden),
+             QStringList({"file", "folder"}));
+    QVERIFY(QDir(path("folder")).isEmpty());
+}
+
+void tst_PluginSkeleton::refusesMissingParent()
+{
+    const SkeletonResult result = writePluginSkeleton(PluginSkeleton(), path("missing/new"));
+    QCOMPARE(result.error, path("missing") + ": there is no such folder");
+    QVERIFY(QDir(m_folder->path()).isEmpty());
+}
+
+QTEST_GUILESS_MAIN(tst_PluginSkeleton)
+#include "tst_pluginskeleton.moc"
