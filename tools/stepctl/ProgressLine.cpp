@@ -8,7 +8,7 @@ namespace
 constexpr qint64 showIntervalMs = 200;
 }
 
-ProgressLine::ProgressLine() : m_nextShow(showIntervalMs)
+ProgressLine::ProgressLine(const char *task) : m_task(task), m_nextShow(showIntervalMs)
 {
     m_timer.start();
 }
@@ -25,7 +25,7 @@ void ProgressLine::update(int done, int total)
     if (elapsed < m_nextShow)
         return;
     m_nextShow = elapsed + showIntervalMs;
-    const std::string line = "running: step " + std::to_string(done) + " of " + std::to_string(total);
+    const std::string line = std::string(m_task) + ' ' + std::to_string(done) + '/' + std::to_string(total);
     m_width = int(line.size());
     std::cerr << '\r' << line << std::flush;
 }

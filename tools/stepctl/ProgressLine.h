@@ -7,15 +7,17 @@
 class ProgressLine
 {
 public:
-    ProgressLine();
+    /// \a task is what the line begins with, such as `running: step`.
+    explicit ProgressLine(const char *task);
     ~ProgressLine();
 
-    /// Notes that \a done of \a total steps had their turn. Cheap enough to be called for each step.
+    /// Notes that \a done of \a total are done. Cheap enough to be called for each.
     void update(int done, int total);
 
 private:
     Q_DISABLE_COPY(ProgressLine)
 
+    const char *m_task;
     QElapsedTimer m_timer;
     qint64 m_nextShow;
     int m_width = 0;

@@ -104,7 +104,7 @@ RunResult runWithProgress(const Script &script, VariableScope &scope, bool showP
 {
     if (!showProgress)
         return runScript(script, scope);
-    ProgressLine line;
+    ProgressLine line("running: step");
     RunObserver observer;
     observer.progress = [&line](int done, int total) { line.update(done, total); };
     return runScript(script, scope, observer);

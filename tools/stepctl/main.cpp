@@ -1,4 +1,6 @@
+#include "CheckCommand.h"
 #include "NewPluginCommand.h"
+#include "PaletteCommand.h"
 #include "RunCommand.h"
 
 #include <QCoreApplication>
@@ -43,6 +45,8 @@ std::vector<std::string> reversedArguments()
 int main(int argc, char *argv[])
 {
     useSameTextsEverywhere();
+    if (isCheckWorker(argc, argv))
+        return runCheckWorker(argc, argv);
     const QCoreApplication application(argc, argv);
 
     CLI::App app("Runs and inspects step scripts and step plug-ins of the Quillmap automation host.",
@@ -56,6 +60,9 @@ int main(int argc, char *argv[])
 
     Action action;
     addRunCommand(app, action);
+    addPaletteCommand(app, action);
+    addDescribeCommand(app, action);
+    addCheckCommand(app, action);
     addNewPluginCommand(app, action);
 
     try {

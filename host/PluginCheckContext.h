@@ -1,0 +1,92 @@
+#pragma once
+
+#include "PluginCheck.h"
+#include "hostapi/IOperationPlugin.h"
+#include "hostapi/Operation.h"
+
+#include <QPluginLoader>
+#include <QPointer>
+
+#include <functional>
+
+namespace StepHost
+{
+/// Thrown to end a check with something else than "passed".
+struct CheckEnd
+{
+    CheckOutcome outcome;
+    QString reason;
+};
+
+/// Ends the check. \a reason is one line that says what was found and what would be right.
+/// @{
+[[noreturn]] void fail(const QString &reason);
+[[noreturn]] void warn(const QString &reason);
+[[noreturn]] void skip(const QString &reason);
+/// @}
+
+/// A plug-in under check.
+///
+/// The plug-in is loaded when it is first needed, and unloaded again by the destructor. Texts and values that
+/// came from it may lie in its memory.
+class CheckContext
+{
+public:
+    CheckContext(const QString &fileName, const IconRenderer &renderer);
+    ~CheckContext();
+
+    const QString &fileName() const
+    {
+        return m_fileName;
+    }
+    const IconRenderer &renderer() const
+    {
+        return m_renderer;
+    }
+
+    /// The root object's contract. Fails the check when the plug-in does not load or has none.
+    IOperationPlugin &plugin();
+
+    /// The root object itself. Fails like plugin().
+    QObject &instance();
+
+    /// A new set of prototypes without null pointers. They belong to this object. Fails the check when
+    /// there are none.
+    QList<Operation *> newSteps();
+
+    /// Calls \a check with every step of a new set. Ends the check with the failures of all steps
+    /// together, each with the step's class in front.
+    void forEachStep(const std::function<void(Operation &)> &check);
+
+    /// The same for two new sets: \a check gets both steps of a class.
+    void forEachTwins(const std::function<void(Operation &step, Operation &twin)> &check);
+
+    /// A clone of \a step without parent. It belongs to this object. Fails the check when there is none.
+    Operation &cloneOf(const Operation &step);
+
+    /// Takes \a step, which the plug-in made, so that it is deleted at the end.
+    void keep(Operation *step);
+
+private:
+    Q_DISABLE_COPY(CheckContext)
+
+    QString m_fileName;
+    IconRenderer m_renderer;
+    QPluginLoader m_loader;
+    QList<QPointer<Operation>> m_steps;
+};
+
+/// The checks of each family, for the table.
+/// @{
+QVector<PluginCheck> libraryChecks();
+QVector<PluginCheck> identityChecks();
+QVector<PluginCheck> prototypeChecks();
+QVector<PluginCheck> cloneChecks();
+QVector<PluginCheck> settingsChecks();
+QVector<PluginCheck> schemaChecks();
+QVector<PluginCheck> textChecks();
+QVector<PluginCheck> iconChecks();
+QVector<PluginCheck> persistenceChecks();
+QVector<PluginCheck> runningChecks();
+/// @}
+} // namespace StepHost

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "PluginCheck.h"
+
+#include <QStringList>
+
+#include <functional>
+
+namespace StepHost
+{
+/// The results of checking one plug-in, in the order of the checks.
+struct PluginReport
+{
+    QString fileName;
+    QVector<CheckResult> results;
+};
+
+/// How plug-ins are checked.
+struct CheckRunOptions
+{
+    /// The program that does one check, and the arguments that come before the plug-in's file name, the
+    /// check's id and the name of the file for the result. It has to call runCheckWorker(). Without a program
+    /// the checks are done in this process, one after the other and without a time limit.
+    QString program;
+    QStringList arguments;
+
+    int jobs = 1; ///< The number of checks that run at the same time.
+    int timeLimit = 30000; ///< For one check, in milliseconds.
+    IconRenderer renderer; ///< For checks in this process only.
+
+    /// Called after every check with the number of checks that are done, and of all.
+    std::function<void(int done, int total)> progress;
+};
+
+/// Does \a checks on every plug-in of \a files, each check in a process of its own. What a check's process
+/// has started is ended with it.
+///
+/// Whether a plug-in loads is checked first, also when that is not among \a checks. If it does not, its
+/// result is part of the report and all others are skipped.
+///
+/// Needs a `QCoreApplication`.
+QVector<PluginReport> checkPlugins(const QStringList &files, const QVector<PluginCheck> &checks,
+                                   const CheckRunOptions &options);
+
+/// The other side: does the check \a id on the plug-in \a fileName in this process and writes the result to
+/// \a resultFile. Returns whether there is such a check and the result could be written.
+bool runCheckWorker(const QString &fileName, const QString &id, const QString &resultFile,
+                    const IconRenderer &renderer);
+} // namespace StepHost

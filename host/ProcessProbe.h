@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QtGlobal>
+
+#include <optional>
+
+class QString;
+
+namespace StepHost
+{
+/// What the running process holds of the system's resources. Each is empty where the system does not tell.
+/// @{
+
+/// Memory in use now, in bytes.
+std::optional<qint64> residentMemory();
+
+/// The most memory that was in use at any time so far, in bytes.
+std::optional<qint64> peakMemory();
+
+/// Open files, pipes, sockets and the like.
+std::optional<int> openHandles();
+
+/// Running threads.
+std::optional<int> runningThreads();
+
+/// Whether the library \a fileName (an absolute path) is in memory.
+std::optional<bool> isMapped(const QString &fileName);
+/// @}
+
+/// While it lives, an allocation fails that would let this process grow by more than a number of bytes beyond
+/// the size that it had before. Does nothing where the system, or a sanitizer, does not allow it.
+class MemoryGrowthLimit
+{
+public:
+    explicit MemoryGrowthLimit(qint64 bytes);
+    ~MemoryGrowthLimit();
+
+private:
+    Q_DISABLE_COPY(MemoryGrowthLimit)
+
+    std::optional<quint64> m_previous;
+};
+} // namespace StepHost

@@ -1,0 +1,82 @@
+#include "ProcessTree.h"
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QProcessEnvironment>
+
+#if defined(Q_OS_WIN)
+#include <windows.h>
+#else
+#include <signal.h>
+#include <unistd.h>
+#if defined(Q_OS_LINUX)
+#include <sys/prctl.h>
+#endif
+#endif
+
+namespace StepHost
+{
+namespace
+{
+const QString markName = QStringLiteral("QUILLMAP_PROCESS_TREE");
+
+#if defined(Q_OS_LINUX)
+// Ends the processes that left the process group but still carry the tree's mark in their environment.
+// Returns whether there were any.
+bool endMarkedProcesses(const QString &mark)
+{
+    const QByteArray entry = QString(markName + QLatin1Char('=') + mark).toUtf8() + '\0';
+    bool found = false;
+    const QStringList ids = QDir(QStringLiteral("/proc")).entryList({QStringLiteral("[1-9]*")}, QDir::Dirs);
+    for (const QString &id : ids) {
+        QFile environment(QStringLiteral("/proc/%1/environ").arg(id));
+        // A process that has ended and was not waited for has an empty environment.
+        if (environment.open(QIODevice::ReadOnly) && environment.readAll().contains(entry))
+            found = kill(pid_t(id.toLongLong()), SIGKILL) == 0 || found;
+    }
+    return found;
+}
+#endif
+} // namespace
+
+void leadProcessTree()
+{
+#if defined(Q_OS_WIN)
+    // The job ends with its last handle, and this process holds the only one.
+    const HANDLE job = CreateJobObjectW(nullptr, nullptr);
+    JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits{};
+    limits.BasicLimitInformation.LimitFlags = JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE;
+    SetInformationJobObject(job, JobObjectExtendedLimitInformation, &limits, sizeof limits);
+    AssignProcessToJobObject(job, GetCurrentProcess());
+#else
+    setsid();
+#if defined(Q_OS_LINUX)
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+#endif
+#endif
+}
+
+void markProcessTree(QProcessEnvironment &environment, const QString &mark)
+{
+    environment.insert(markName, mark);
+}
+
+void endProcessTree(QProcess &process, qint64 processId, const QString &mark)
+{
+    process.kill();
+#if !defined(Q_OS_WIN)
+    if (processId > 0)
+        kill(-pid_t(processId), SIGKILL);
+#else
+    Q_UNUSED(processId)
+#endif
+#if defined(Q_OS_LINUX)
+    // Once more after each find: a process may have started another one meanwhile.
+    constexpr int rounds = 10;
+    for (int round = 0; round < rounds && endMarkedProcesses(mark); ++round) { }
+#else
+    Q_UNUSED(mark)
+#endif
+}
+} // namespace StepHost

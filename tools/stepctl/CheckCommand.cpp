@@ -1,0 +1,189 @@
+#include "CheckCommand.h"
+
+#include "Console.h"
+#include "IconRenderer.h"
+#include "ProgressLine.h"
+#include "host/PluginCheckReport.h"
+
+#include <QCoreApplication>
+#include <QThread>
+
+#include <cstring>
+#include <memory>
+
+using namespace StepHost;
+
+namespace
+{
+constexpr char workerName[] = "check-worker";
+
+// Exit statuses of `check` beside those of all subcommands.
+constexpr int exitNotLoadable = 3;
+constexpr int exitCrashed = 4;
+
+struct CheckArguments
+{
+    std::vector<std::string> plugins;
+    std::vector<std::string> only;
+    std::string format = "text";
+    int jobs = qMax(1, QThread::idealThreadCount());
+    double timeLimit = 30;
+    bool list = false;
+    bool inProcess = false;
+    bool quiet = false;
+};
+
+int exitStatus(CheckVerdict verdict)
+{
+    switch (verdict) {
+    case CheckVerdict::Passed:
+        return ExitSuccess;
+    case CheckVerdict::Failed:
+        return ExitFinding;
+    case CheckVerdict::NotLoadable:
+        return exitNotLoadable;
+    case CheckVerdict::Crashed:
+        break;
+    }
+    return exitCrashed;
+}
+
+QByteArray checkList()
+{
+    QByteArray text;
+    for (const PluginCheck &check : pluginChecks())
+        text += check.id.leftJustified(34).toUtf8() + "  " + check.protects.toUtf8() + '\n';
+    return text;
+}
+
+// Whether `name` is the id of `check` or its family.
+bool isNamed(const PluginCheck &check, const QString &name)
+{
+    return check.id == name || check.id.section(QLatin1Char('.'), 0, 0) == name;
+}
+
+// The checks that `names` select, in the order of the table; all without names. Returns an empty text, or
+// which name there is not.
+QString selectChecks(const std::vector<std::string> &names, QVector<PluginCheck> &selected)
+{
+    QStringList wanted;
+    for (const std::string &name : names)
+        wanted.append(QString::fromStdString(name));
+    QStringList unknown = wanted;
+    for (const PluginCheck &check : pluginChecks()) {
+        bool isWanted = wanted.isEmpty();
+        for (const QString &name : qAsConst(wanted)) {
+            if (isNamed(check, name)) {
+                isWanted = true;
+                unknown.removeAll(name);
+            }
+        }
+        if (isWanted)
+            selected.append(check);
+    }
+    return unknown.isEmpty()
+        ? QString()
+        : QStringLiteral("--only %1: there is no such check; --list shows them all").arg(unknown.first());
+}
+
+QByteArray reportIn(const std::string &format, const QVector<PluginReport> &reports)
+{
+    if (format == "json")
+        return jsonReport(reports);
+    if (format == "junit")
+        return junitReport(reports);
+    return textReport(reports).toUtf8();
+}
+
+int check(const CheckArguments &arguments)
+{
+    if (arguments.list)
+        return writeResult(checkList(), QString()) ? ExitSuccess : ExitRefused;
+    if (arguments.plugins.empty())
+        return refuse(QStringLiteral("check: name at least one plug-in"));
+    QVector<PluginCheck> checks;
+    const QString error = selectChecks(arguments.only, checks);
+    if (!error.isEmpty())
+        return refuse(error);
+
+    CheckRunOptions options;
+    if (!arguments.inProcess) {
+        options.program = QCoreApplication::applicationFilePath();
+        options.arguments = QStringList{QLatin1String(workerName)};
+    }
+    options.jobs = arguments.jobs;
+    options.timeLimit = qMax(1, int(arguments.timeLimit * 1000));
+    std::unique_ptr<ProgressLine> line;
+    if (!arguments.quiet && isErrorTerminal()) {
+        line = std::make_unique<ProgressLine>("checking:");
+        options.progress = [&line](int done, int total) { line->update(done, total); };
+    }
+    QStringList files;
+    for (const std::string &plugin : arguments.plugins)
+        files.append(QString::fromStdString(plugin));
+    const QVector<PluginReport> reports = checkPlugins(files, checks, options);
+    line.reset();
+    if (!writeResult(reportIn(arguments.format, reports), QString()))
+        return ExitRefused;
+    return exitStatus(verdictOf(reports));
+}
+} // namespace
+
+void addCheckCommand(CLI::App &app, Action &action)
+{
+    CLI::App *command = app.add_subcommand("check", "Check whether plug-ins keep the step contract");
+    const auto arguments = std::make_shared<CheckArguments>();
+
+    command->add_option("plugins", arguments->plugins, "The plug-ins to check")->type_name("PLUGIN");
+    command->add_flag("--list", arguments->list, "List the checks and what each protects, and do none");
+    command
+        ->add_option("--only", arguments->only,
+                     "Do only the check ID, or the checks of the family ID, such as clone. May be given\n"
+                     "more than once.")
+        ->type_name("ID")
+        ->allow_extra_args(false);
+    command
+        ->add_option("--jobs", arguments->jobs,
+                     "How many checks run at the same time; as many as there are processors by default")
+        ->type_name("N")
+        ->check(CLI::Range(1, 256));
+    command
+        ->add_option("--time-limit", arguments->timeLimit,
+                     "End a check that takes longer, and count it as hung; 30 by default")
+        ->type_name("SECONDS")
+        ->check(CLI::Range(0.001, 86400.0));
+    command
+        ->add_option("--format", arguments->format,
+                     "The form of the report: text (the default), json or junit")
+        ->type_name("FORMAT")
+        ->check(CLI::IsMember({"text", "json", "junit"}));
+    command->add_flag("--in-process", arguments->inProcess,
+                      "Do the checks in this process, one by one and without a time limit, for a debugger");
+    command->add_flag("--quiet", arguments->quiet, "Show no progress line on a terminal");
+    command->footer("Each check runs in a process of its own, so that a crash or a hang of the plug-in is a\n"
+                    "result and not the end.\n\n"
+                    "Exit status: 0 all passed, 1 a check failed, 2 bad usage, 3 a plug-in does not load,\n"
+                    "4 a check crashed or hung.\n\n"
+                    "Example:\n"
+                    "  stepctl check libMyPlugin.so --only persistence --jobs 4");
+    command->callback([&action, arguments] { action = [arguments] { return check(*arguments); }; });
+}
+
+bool isCheckWorker(int argc, char *const argv[])
+{
+    return argc > 1 && std::strcmp(argv[1], workerName) == 0;
+}
+
+int runCheckWorker(int argc, char *argv[])
+{
+    constexpr int expectedArguments = 5;
+    const bool draws = argc == expectedArguments && std::strncmp(argv[3], "icon.", 5) == 0;
+    const std::unique_ptr<QCoreApplication> application =
+        draws ? createDrawingApplication(argc, argv) : std::make_unique<QCoreApplication>(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.size() != expectedArguments)
+        return ExitRefused;
+    return StepHost::runCheckWorker(arguments.at(2), arguments.at(3), arguments.at(4), iconRenderer())
+        ? ExitSuccess
+        : ExitRefused;
+}

@@ -1,0 +1,83 @@
+#include "IconRenderer.h"
+
+#ifdef STEPCTL_DRAWS_ICONS
+#include <QFileInfo>
+#include <QGuiApplication>
+#include <QImage>
+#include <QImageReader>
+#include <QPainter>
+#include <QSvgRenderer>
+
+using namespace StepHost;
+
+namespace
+{
+constexpr QSize drawnSize(64, 64);
+
+bool isBlank(const QImage &image)
+{
+    const QRgb first = image.pixel(0, 0);
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            if (image.pixel(x, y) != first)
+                return false;
+        }
+    }
+    return true;
+}
+
+QImage drawSvg(const QString &path)
+{
+    QSvgRenderer renderer(path);
+    if (!renderer.isValid())
+        return QImage();
+    QImage image(drawnSize, QImage::Format_ARGB32);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    renderer.render(&painter);
+    return image;
+}
+
+QImage drawOther(const QString &path)
+{
+    QImageReader reader(path);
+    reader.setScaledSize(drawnSize);
+    return reader.read();
+}
+
+IconDrawing drawIcon(const QString &path)
+{
+    const QByteArray suffix = QFileInfo(path).suffix().toLower().toLatin1();
+    const bool isSvg = suffix == "svg" || suffix == "svgz";
+    IconDrawing drawing;
+    drawing.isSupported = isSvg || QImageReader::supportedImageFormats().contains(suffix);
+    if (!drawing.isSupported)
+        return drawing;
+    const QImage image = isSvg ? drawSvg(path) : drawOther(path);
+    drawing.isImage = !image.isNull();
+    drawing.isBlank = image.isNull() || isBlank(image);
+    return drawing;
+}
+} // namespace
+
+std::unique_ptr<QCoreApplication> createDrawingApplication(int &argc, char **argv)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    return std::make_unique<QGuiApplication>(argc, argv);
+}
+
+IconRenderer iconRenderer()
+{
+    return drawIcon;
+}
+#else
+std::unique_ptr<QCoreApplication> createDrawingApplication(int &argc, char **argv)
+{
+    return std::make_unique<QCoreApplication>(argc, argv);
+}
+
+StepHost::IconRenderer iconRenderer()
+{
+    return {};
+}
+#endif
