@@ -38,31 +38,35 @@ int invalidLine(const QByteArray &utf8)
 
 InputFile readInputFile(const QString &fileName)
 {
-    const bool isStandardInput = fileName == QLatin1String("-");
     InputFile input;
-    QFile file(fileName);
-    const bool isOpen =
-        isStandardInput ? file.open(stdin, QIODevice::ReadOnly) : file.open(QIODevice::ReadOnly);
-    const QString shownName = isStandardInput ? QStringLiteral("standard input") : fileName;
+    if (fileName.isEmpty()) {
+        input.error = QStringLiteral("the file has no name");
+        return input;
+    }
+    const bool isStandardInput = fileName == QLatin1String("-");
     const auto refuse = [&](const QString &reason) {
         input.bytes.clear();
-        input.error = shownName + QLatin1String(": ") + reason;
+        input.error =
+            (isStandardInput ? QStringLiteral("standard input") : fileName) + QLatin1String(": ") + reason;
+        return input;
     };
-    if (!isStandardInput && QFileInfo(fileName).isDir()) {
-        refuse(QStringLiteral("this is a folder, not a file"));
-    } else if (!isOpen) {
-        refuse(file.errorString());
-    } else {
-        QByteArray chunk;
-        do {
-            chunk = file.read(chunkSize);
-            input.bytes += chunk;
-        } while (!chunk.isEmpty() && input.bytes.size() <= maxSize);
-        if (file.error() != QFileDevice::NoError)
-            refuse(file.errorString());
-        else if (input.bytes.size() > maxSize)
-            refuse(QStringLiteral("the file holds more than 256 MiB"));
+    if (!isStandardInput && QFileInfo(fileName).isDir())
+        return refuse(QStringLiteral("this is a folder, not a file"));
+
+    QFile file(fileName);
+    if (!(isStandardInput ? file.open(stdin, QIODevice::ReadOnly) : file.open(QIODevice::ReadOnly)))
+        return refuse(file.errorString());
+    // The size of a pipe shows only as it is read.
+    QByteArray chunk;
+    bool isTooLarge = file.size() > maxSize;
+    while (!isTooLarge && !(chunk = file.read(chunkSize)).isEmpty()) {
+        input.bytes += chunk;
+        isTooLarge = input.bytes.size() > maxSize;
     }
+    if (isTooLarge)
+        return refuse(QStringLiteral("the file holds more than 256 MiB"));
+    if (file.error() != QFileDevice::NoError)
+        return refuse(file.errorString());
     return input;
 }
 

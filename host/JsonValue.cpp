@@ -34,6 +34,9 @@ const TypedForm *findTypedForm(int type);
 
 void appendDouble(QByteArray &json, double number)
 {
+    // Qt writes a zero without its sign.
+    if (number == 0.0 && std::signbit(number))
+        json += '-';
     QByteArray digits = QByteArray::number(number, 'g', QLocale::FloatingPointShortest);
     if (!digits.contains('.') && !digits.contains('e'))
         digits += ".0";
@@ -80,6 +83,12 @@ bool isPlain(const QVariant &value)
     }
 }
 
+QString checkDepth(int levels)
+{
+    return levels > maxJsonDepth ? QStringLiteral("is nested deeper than %1 levels of JSON").arg(maxJsonDepth)
+                                 : QString();
+}
+
 QString checkSize(const QByteArray &json)
 {
     return json.size() > maxDocumentSize ? QStringLiteral("makes more than 256 MiB of JSON") : QString();
@@ -88,8 +97,9 @@ QString checkSize(const QByteArray &json)
 template<typename Items, typename AppendItem>
 QString appendArray(QByteArray &json, const Items &items, int depth, const AppendItem &appendItem)
 {
-    if (depth >= maxJsonDepth)
-        return QStringLiteral("is nested deeper than %1 levels of JSON").arg(maxJsonDepth);
+    const QString tooDeep = checkDepth(depth + 1);
+    if (!tooDeep.isEmpty())
+        return tooDeep;
     json += '[';
     bool first = true;
     for (auto it = items.begin(); it != items.end(); ++it) {
@@ -114,22 +124,15 @@ QString appendList(QByteArray &json, const QVariant &value, int depth)
 QString appendStringList(QByteArray &json, const QVariant &value, int depth)
 {
     const QStringList list = value.toStringList();
-    return appendArray(json, list, depth, [&](QStringList::const_iterator it) {
-        appendTextAsJson(json, *it);
-        return QString();
-    });
+    return appendArray(json, list, depth,
+                       [&](QStringList::const_iterator it) { return appendAsJson(json, *it, depth + 1); });
 }
 
 QString appendMap(QByteArray &json, const QVariant &value, int depth)
 {
     const QVariantMap map = value.toMap();
     return appendArray(json, map, depth, [&](QVariantMap::const_iterator it) {
-        json += '[';
-        appendTextAsJson(json, it.key());
-        json += ", ";
-        const QString error = appendAsJson(json, it.value(), depth + 2);
-        json += ']';
-        return error;
+        return appendList(json, QVariantList{it.key(), it.value()}, depth + 1);
     });
 }
 
@@ -179,36 +182,35 @@ void appendCodeUnits(QByteArray &json, const QString &text)
 }
 
 // The payload of "$QString".
-QString appendText(QByteArray &json, const QVariant &value, int)
+QString appendText(QByteArray &json, const QVariant &value, int depth)
 {
     const QString text = value.toString();
-    if (text.isValidUtf16())
+    if (text.isValidUtf16()) {
         appendTextAsJson(json, text);
-    else
-        appendCodeUnits(json, text);
-    return QString();
+        return checkSize(json);
+    }
+    appendCodeUnits(json, text);
+    return checkDepth(depth + 1);
 }
 
 QString appendByteArray(QByteArray &json, const QVariant &value, int)
 {
     json += '"' + value.toByteArray().toBase64() + '"';
-    return QString();
+    return checkSize(json);
 }
 
 QString appendTyped(QByteArray &json, const QVariant &value, int depth)
 {
     const TypedForm *form = findTypedForm(value.userType());
     const QByteArray typeName = value.isValid() ? QByteArray(value.typeName()) : QByteArray("QVariant");
-    if (depth >= maxJsonDepth)
-        return QStringLiteral("is nested deeper than %1 levels of JSON").arg(maxJsonDepth);
+    QString error = checkDepth(depth + 1);
     json += "{\"$";
-    QString error;
     if (!form) {
         json += "opaque\": ";
         appendTextAsJson(json, QString::fromUtf8(typeName));
     } else if (value.isValid() && isNullOfItsType(value)) {
         json += "null\": \"" + typeName + '"';
-    } else {
+    } else if (error.isEmpty()) {
         json += typeName + "\": ";
         error = form->append(json, value, depth + 1);
     }
@@ -648,10 +650,6 @@ QString appendAsJson(QByteArray &json, const QVariant &value, int depth)
 {
     if (!isPlain(value))
         return appendTyped(json, value, depth);
-    if (value.userType() == QMetaType::QString) {
-        appendTextAsJson(json, value.toString());
-        return checkSize(json);
-    }
     return findTypedForm(value.userType())->append(json, value, depth);
 }
 

@@ -161,9 +161,13 @@ bool readStep(const Json &json, ScriptStep &step, const StepCatalogue &catalogue
     QString typeId;
     if (!readMemberText(json, "type", typeId, error))
         return false;
+    if (!catalogue.prototype(typeId)) {
+        refuseChoice(error, "step type", typeId, catalogue.typeIds());
+        return refuseBelow(error, QStringLiteral("type"));
+    }
     step.operation.reset(catalogue.create(typeId, nullptr));
     if (!step.operation) {
-        refuseChoice(error, "step type", typeId, catalogue.typeIds());
+        refuseJson(error, QStringLiteral("the step cannot be created: its prototype gives no clone"));
         return refuseBelow(error, QStringLiteral("type"));
     }
     const QStringList settings = settingNames(step.operation->metaObject());

@@ -23,6 +23,7 @@ private slots:
     void namesKeepTheOrderOfDeclaration();
     void removeForgetsTheVariable();
     void valuesReadBeforeAreNotChanged();
+    void writesAreCounted();
 };
 
 void TestVariableScope::declareGivesTheEmptyValue_data()
@@ -205,6 +206,26 @@ void TestVariableScope::valuesReadBeforeAreNotChanged()
     QCOMPARE(copy.get("a"), QVariant(QVariantList{1, 2}));
     const VariableScope moved = std::move(copy);
     QCOMPARE(moved.get("a"), QVariant(QVariantList{1, 2}));
+}
+
+void TestVariableScope::writesAreCounted()
+{
+    VariableScope scope;
+    QCOMPARE(scope.writeCount(), 0ULL);
+    scope.set("x", 1);
+    QCOMPARE(scope.writeCount(), 1ULL);
+    scope.set("$x", 1);
+    QCOMPARE(scope.writeCount(), 2ULL);
+    scope.set("", 1);
+    scope.set("$", 1);
+    scope.declare("y", VarType::List);
+    scope.get("y");
+    scope.remove("y");
+    QCOMPARE(scope.writeCount(), 2ULL);
+    VariableScope copy = scope;
+    copy.set("x", 2);
+    QCOMPARE(copy.writeCount(), 3ULL);
+    QCOMPARE(scope.writeCount(), 2ULL);
 }
 
 QTEST_GUILESS_MAIN(TestVariableScope)

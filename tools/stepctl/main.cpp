@@ -52,7 +52,7 @@ int main(int argc, char *argv[])
     CLI::App app("Runs and inspects step scripts and step plug-ins of the Quillmap automation host.",
                  "stepctl");
     app.set_version_flag("--version", "stepctl " STEPCTL_VERSION);
-    app.require_subcommand(1);
+    app.require_subcommand(0, 1);
     app.footer("Exit status: 0 all is well, 1 a step was skipped or there are findings,\n"
                "2 bad usage, bad input or a refused plug-in.\n\n"
                "Example:\n"
@@ -70,6 +70,10 @@ int main(int argc, char *argv[])
     } catch (const CLI::ParseError &error) {
         const bool isAnswer = app.exit(error, std::cout, std::cerr) == 0;
         return isAnswer ? ExitSuccess : ExitRefused;
+    }
+    if (!action) {
+        std::cerr << "stepctl: a subcommand is required\n\n" << app.help();
+        return ExitRefused;
     }
     return action();
 }

@@ -1,0 +1,173 @@
+#include "host/RunReport.h"
+#include "host/ScriptJson.h"
+#include "host/ScriptRunner.h"
+#include "host/StepCatalogue.h"
+
+#include <QtTest>
+
+#include <cstdio>
+
+using namespace StepHost;
+
+namespace
+{
+const char scriptFolder[] = QUILLMAP_SOURCE_DIR "/tests/scripts";
+
+QStringList scriptNames()
+{
+    QStringList names;
+    for (const QFileInfo &file : QDir(scriptFolder).entryInfoList({"*.json"}, QDir::Files, QDir::Name))
+        names.append(file.completeBaseName());
+    return names;
+}
+
+QString pathOf(const QString &name, const char *suffix)
+{
+    return QString("%1/%2.%3").arg(scriptFolder, name, suffix);
+}
+
+// The lines in which the texts differ: those of `expected` after "-", those of `actual` after "+".
+QString difference(const QByteArray &expected, const QByteArray &actual)
+{
+    QList<QByteArray> removed = expected.split('\n');
+    QList<QByteArray> added = actual.split('\n');
+    int line = 1;
+    while (!removed.isEmpty() && !added.isEmpty() && removed.first() == added.first()) {
+        removed.removeFirst();
+        added.removeFirst();
+        ++line;
+    }
+    while (!removed.isEmpty() && !added.isEmpty() && removed.last() == added.last()) {
+        removed.removeLast();
+        added.removeLast();
+    }
+    QString text = QString("from line %1 on:\n").arg(line);
+    for (const QByteArray &lost : qAsConst(removed))
+        text += '-' + QString::fromUtf8(lost) + '\n';
+    for (const QByteArray &found : qAsConst(added))
+        text += '+' + QString::fromUtf8(found) + '\n';
+    return text;
+}
+} // namespace
+
+/// Runs every script of tests/scripts and compares the report with the file `.expected` beside it. With
+/// the environment variable QUILLMAP_RENEW_GOLDEN set to 1 it writes those files instead.
+class TestGoldenScripts : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void scripts_data();
+    void scripts();
+    void variablesFeedBack_data();
+    void variablesFeedBack();
+    void everyStepHasAScript_data();
+    void everyStepHasAScript();
+    void everyResultHasAScript();
+
+private:
+    StepCatalogue m_catalogue;
+};
+
+void TestGoldenScripts::initTestCase()
+{
+    const StepCatalogue::AddResult added = m_catalogue.addPlugin(LISTOPERPLUGIN_FILE);
+    QVERIFY2(added, qPrintable(added.reason));
+}
+
+void TestGoldenScripts::scripts_data()
+{
+    QTest::addColumn<QString>("name");
+    for (const QString &name : scriptNames())
+        QTest::newRow(qPrintable(name)) << name;
+}
+
+void TestGoldenScripts::scripts()
+{
+    QFETCH(QString, name);
+    const ScriptResult read = readScriptFile(pathOf(name, "json"), m_catalogue);
+    QVERIFY2(read, qPrintable(read.error));
+    VariableScope scope;
+    declareVariables(read.script, scope);
+    const std::vector<ScriptVariable> before = variablesOf(scope);
+    const RunResult result = runScript(read.script, scope);
+    const std::vector<ScriptVariable> after = variablesOf(scope);
+    const WriteResult report = reportToText({read.script, result, after, &before});
+    QVERIFY2(report, qPrintable(report.error));
+
+    QFile expected(pathOf(name, "expected"));
+    if (qgetenv("QUILLMAP_RENEW_GOLDEN") == "1") {
+        QVERIFY2(expected.open(QIODevice::WriteOnly), qPrintable(expected.errorString()));
+        QCOMPARE(expected.write(report.bytes), qint64(report.bytes.size()));
+        return;
+    }
+    QVERIFY2(expected.open(QIODevice::ReadOnly),
+             qPrintable(expected.fileName() + ": " + expected.errorString()));
+    const QByteArray wanted = expected.readAll().replace("\r\n", "\n");
+    if (report.bytes != wanted) {
+        std::fprintf(stderr, "%s %s", qPrintable(expected.fileName()),
+                     difference(wanted, report.bytes).toUtf8().constData());
+        QFAIL("The report differs; QUILLMAP_RENEW_GOLDEN=1 takes it as the expected one.");
+    }
+}
+
+void TestGoldenScripts::variablesFeedBack_data()
+{
+    scripts_data();
+}
+
+void TestGoldenScripts::variablesFeedBack()
+{
+    QFETCH(QString, name);
+    const ScriptResult read = readScriptFile(pathOf(name, "json"), m_catalogue);
+    QVERIFY2(read, qPrintable(read.error));
+    VariableScope scope;
+    declareVariables(read.script, scope);
+    runScript(read.script, scope);
+
+    Script results;
+    results.variables = variablesOf(scope);
+    const WriteResult first = writeScript(results);
+    QVERIFY2(first, qPrintable(first.error));
+    const ScriptResult again = readScript(first.bytes, m_catalogue);
+    QVERIFY2(again, qPrintable(again.error));
+    QCOMPARE(writeScript(again.script).bytes, first.bytes);
+}
+
+void TestGoldenScripts::everyStepHasAScript_data()
+{
+    QTest::addColumn<QString>("typeId");
+    for (const QString &typeId : m_catalogue.typeIds())
+        QTest::newRow(qPrintable(typeId)) << typeId;
+}
+
+void TestGoldenScripts::everyStepHasAScript()
+{
+    QFETCH(QString, typeId);
+    const ScriptResult read = readScriptFile(pathOf(typeId, "json"), m_catalogue);
+    QVERIFY2(read, qPrintable(read.error));
+    VariableScope scope;
+    declareVariables(read.script, scope);
+    const RunResult result = runScript(read.script, scope);
+    int wrote = 0;
+    int warned = 0;
+    for (std::size_t i = 0; i < result.steps.size(); ++i) {
+        if (read.script.steps[i].operation->typeId() == typeId) {
+            wrote += result.steps[i].outcome == StepOutcome::Wrote;
+            warned += !result.steps[i].warnings.isEmpty();
+        }
+    }
+    QVERIFY2(wrote > 0, "no step of this type writes");
+    QVERIFY2(warned > 0, "no step of this type is skipped with a warning");
+}
+
+void TestGoldenScripts::everyResultHasAScript()
+{
+    const QStringList names = scriptNames();
+    for (const QFileInfo &file : QDir(scriptFolder).entryInfoList({"*.expected"}, QDir::Files))
+        QVERIFY2(names.contains(file.completeBaseName()), qPrintable(file.fileName()));
+}
+
+QTEST_GUILESS_MAIN(TestGoldenScripts)
+#include "tst_goldenscripts.moc"

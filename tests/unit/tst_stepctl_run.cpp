@@ -1,0 +1,510 @@
+#include <QtTest>
+
+#include <QJsonDocument>
+
+namespace
+{
+QString fixture(const QString &name)
+{
+    return QString(FIXTURE_DIR "/%1" FIXTURE_SUFFIX).arg(name);
+}
+
+// What a run of the program left behind.
+struct Run
+{
+    int status = -1;
+    QString output;
+    QString errors;
+};
+
+const char sortScript[] = R"({
+    "variables": [{"name": "names", "type": "list", "value": ["b", "a"]}],
+    "steps": [{"type": "list.sort", "targetVar": "names"}]
+})";
+
+const char skippingScript[] = R"({"steps": [{"type": "list.sort", "targetVar": "nowhere"}]})";
+} // namespace
+
+class TestStepctlRun : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void explainsItself_data();
+    void explainsItself();
+    void runsAScript();
+    void runsAScriptAsJson();
+    void showsVariablesBefore();
+    void tellsOfSkippedSteps();
+    void tellsOfDisabledSteps();
+    void takesLists();
+    void takesAListFromStandardInput();
+    void takesValues();
+    void outputFeedsBack();
+    void keepsOddValues();
+    void escapesTextForTheTerminal();
+    void badUsage_data();
+    void badUsage();
+    void badScripts_data();
+    void badScripts();
+    void refusedPlugins_data();
+    void refusedPlugins();
+    void findsPluginsOnThePath();
+    void aStepThatThrows();
+    void writesAFile();
+    void replacesAFileWhole();
+    void leavesTheFileAloneOnFailure_data();
+    void leavesTheFileAloneOnFailure();
+    void refusesAnOutputThatCannotBeWritten();
+    void showsNoProgressWithoutATerminal();
+    void speaksUtf8InAnyLocale();
+    void runsALongScriptOnALongList();
+
+private:
+    Run run(const QStringList &arguments, const QByteArray &input = QByteArray());
+    QString file(const QString &name, const QByteArray &content);
+    QByteArray contentOf(const QString &name);
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    QProcessEnvironment m_environment;
+};
+
+void TestStepctlRun::init()
+{
+    m_folder = std::make_unique<QTemporaryDir>();
+    m_environment = QProcessEnvironment::systemEnvironment();
+    m_environment.remove("QUILLMAP_PLUGIN_PATH");
+}
+
+Run TestStepctlRun::run(const QStringList &arguments, const QByteArray &input)
+{
+    QProcess process;
+    process.setProcessEnvironment(m_environment);
+    process.setWorkingDirectory(m_folder->path());
+    process.start(STEPCTL_FILE, arguments);
+    process.write(input);
+    process.closeWriteChannel();
+    Run result;
+    if (process.waitForFinished(120000) && process.exitStatus() == QProcess::NormalExit)
+        result.status = process.exitCode();
+    result.output = QString::fromUtf8(process.readAllStandardOutput()).remove('\r');
+    result.errors = QString::fromUtf8(process.readAllStandardError()).remove('\r');
+    return result;
+}
+
+// Writes the file `name` and returns the name.
+QString TestStepctlRun::file(const QString &name, const QByteArray &content)
+{
+    QFile out(m_folder->filePath(name));
+    if (!out.open(QIODevice::WriteOnly) || out.write(content) != content.size())
+        qFatal("cannot write %s", qPrintable(out.fileName()));
+    return name;
+}
+
+QByteArray TestStepctlRun::contentOf(const QString &name)
+{
+    QFile in(m_folder->filePath(name));
+    return in.open(QIODevice::ReadOnly) ? in.readAll() : QByteArray("(no file)");
+}
+
+void TestStepctlRun::explainsItself_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("--help") << QStringList{"--help"} << "stepctl run clean.json";
+    QTest::newRow("run --help") << QStringList{"run", "--help"}
+                                << "stepctl run clean.json --list names=@names.txt";
+    QTest::newRow("--version") << QStringList{"--version"} << "stepctl 1.";
+}
+
+void TestStepctlRun::explainsItself()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, text);
+    const Run result = run(arguments);
+    QCOMPARE(result.status, 0);
+    QVERIFY2(result.output.contains(text), qPrintable(result.output));
+    QCOMPARE(result.errors, QString());
+}
+
+void TestStepctlRun::runsAScript()
+{
+    const Run result = run({"run", file("sort.json", sortScript)});
+    QCOMPARE(result.errors, QString());
+    QCOMPARE(result.output,
+             QString::fromUtf8("Steps\n"
+                               "  1  wrote     列表排序: $names (asc)\n"
+                               "\n"
+                               "Variables\n"
+                               "  list    names = [\"a\", \"b\"]\n"
+                               "\n"
+                               "1 step: 1 wrote\n"));
+    QCOMPARE(result.status, 0);
+}
+
+void TestStepctlRun::runsAScriptAsJson()
+{
+    const Run result = run({"run", file("sort.json", sortScript), "--format", "json"});
+    QCOMPARE(result.errors, QString());
+    QCOMPARE(result.output, QString::fromUtf8(R"json({
+  "variables": [
+    {"name": "names", "type": "list", "value": ["a", "b"]}
+  ],
+  "steps": [
+    {"type": "list.sort", "summary": "列表排序: $names (asc)", "outcome": "wrote", "warnings": []}
+  ]
+}
+)json"));
+    QCOMPARE(result.status, 0);
+}
+
+void TestStepctlRun::showsVariablesBefore()
+{
+    const Run result = run({"run", file("sort.json", sortScript), "--before"});
+    QVERIFY(result.output.startsWith("Variables before\n  list    names = [\"b\", \"a\"]\n\nSteps\n"));
+    QVERIFY(result.output.contains("\nVariables after\n  list    names = [\"a\", \"b\"]\n"));
+}
+
+void TestStepctlRun::tellsOfSkippedSteps()
+{
+    const Run result = run({"run", file("skip.json", skippingScript)});
+    QCOMPARE(result.status, 1);
+    QCOMPARE(result.errors, QString());
+    QVERIFY2(result.output.startsWith(
+                 QString::fromUtf8("Steps\n"
+                                   "  1  skipped   列表排序: $nowhere (asc)\n"
+                                   "               [ListOp] 变量 \"nowhere\" 不是列表类型，已跳过\n")),
+             qPrintable(result.output));
+    QVERIFY(result.output.endsWith("\n1 step: 1 skipped\n"));
+
+    // A step without a name says nothing, and is skipped all the same.
+    const Run silent = run({"run", file("silent.json", R"({"steps": [{"type": "list.clear"}]})")});
+    QCOMPARE(silent.status, 1);
+    QVERIFY2(silent.output.contains("1  skipped"), qPrintable(silent.output));
+}
+
+void TestStepctlRun::tellsOfDisabledSteps()
+{
+    const Run result =
+        run({"run", file("off.json", R"({"variables": [{"name": "l", "type": "list", "value": [1]}],
+        "steps": [{"type": "list.clear", "targetVar": "l", "enabled": false}]})")});
+    QCOMPARE(result.status, 0);
+    QVERIFY2(result.output.contains("  1  disabled  "), qPrintable(result.output));
+    QVERIFY2(result.output.contains("l = [1]\n"), qPrintable(result.output));
+}
+
+void TestStepctlRun::takesLists()
+{
+    const QString script =
+        file("lists.json", R"({"variables": [{"name": "a", "type": "list", "value": ["gone"]}]})");
+    file("a.txt",
+         "\xEF\xBB\xBF"
+         "李雷\r\n\r\n韩梅梅\r\n");
+    file("b.txt", "1");
+    const Run result = run({"run", script, "--list", "a=@a.txt", "--list", "$b=@b.txt"});
+    QCOMPARE(result.errors, QString());
+    QVERIFY2(result.output.contains(QString::fromUtf8("  list    a = [\"李雷\", \"\", \"韩梅梅\"]\n"
+                                                      "  list    b = [\"1\"]\n")),
+             qPrintable(result.output));
+    QCOMPARE(result.status, 0);
+}
+
+void TestStepctlRun::takesAListFromStandardInput()
+{
+    const Run result = run({"run", file("sort.json", sortScript), "--list", "names=@-"}, "z\ny\nx\n");
+    QCOMPARE(result.errors, QString());
+    QVERIFY2(result.output.contains("names = [\"x\", \"y\", \"z\"]\n"), qPrintable(result.output));
+}
+
+void TestStepctlRun::takesValues()
+{
+    const QString script = file("values.json", R"({"variables": [
+        {"name": "n", "type": "int"}, {"name": "s", "type": "string"}, {"name": "t", "type": "table"}]})");
+    const Run result = run({"run", script, "--set", "n=-5", "--set", "$s=5=five", "--set", "t=[[1]]", "--set",
+                            "new=[true]", "--set", "word=abc"});
+    QCOMPARE(result.errors, QString());
+    QVERIFY2(result.output.contains("  int     n = -5\n"
+                                    "  string  s = \"5=five\"\n"
+                                    "  table   t = [[1]]\n"
+                                    "  list    new = [true]\n"
+                                    "  string  word = \"abc\"\n"),
+             qPrintable(result.output));
+    QCOMPARE(result.status, 0);
+}
+
+void TestStepctlRun::outputFeedsBack()
+{
+    const QByteArray variables = R"("variables": [
+    {"name": "a", "type": "list", "value": [1, 1.0, -0.0, 1e+22, 5e-324, 3000000000, {"$qlonglong": 1}, 18446744073709551615, null, true, "\u0000\"\\列", {"$QString": [97, 55296]}, {"$double": "nan"}, {"$double": "-inf"}, [[], [1]]]},
+    {"name": "t", "type": "table", "value": [[1, "a"], []]},
+    {"name": "d", "type": "double", "value": 0.1},
+    {"name": "s", "type": "string", "value": ""}
+  ])";
+    const Run first = run({"run", file("first.json", "{" + variables + "}"), "--format", "json"});
+    QCOMPARE(first.errors, QString());
+    QCOMPARE(first.output, QString::fromUtf8("{\n  " + variables + ",\n  \"steps\": []\n}\n"));
+    const Run second = run({"run", file("second.json", first.output.toUtf8()), "--format", "json"});
+    QCOMPARE(second.errors, QString());
+    QCOMPARE(second.output, first.output);
+}
+
+void TestStepctlRun::keepsOddValues()
+{
+    const QString script = file("odd.json", R"({"steps": [{"type": "fixture.write"}]})");
+    const QStringList plugin = {"--plugin", fixture("HostileSteps")};
+    const Run result = run(QStringList{"run", script, "--format", "json"} + plugin);
+    QCOMPARE(result.status, 0);
+    const QString variables = R"("variables": [
+    {"name": "texts", "type": "list", "value": {"$QStringList": ["a", "b"]}},
+    {"name": "bytes", "type": "undeclared", "value": {"$QByteArray": "AP8="}},
+    {"name": "map", "type": "undeclared", "value": {"$QVariantMap": [["key", 1]]}},
+    {"name": "surrogate", "type": "string", "value": {"$QString": [55296]}},
+    {"name": "object", "type": "undeclared", "value": {"$opaque": "QObject*"}},
+    {"name": "nothing", "type": "undeclared", "value": null}
+  ])";
+    QVERIFY2(result.output.contains(variables), qPrintable(result.output));
+    const Run again = run(QStringList{"run", file("again.json", "{" + variables.toUtf8() + "}")} + plugin);
+    QCOMPARE(again.status, 2);
+    QVERIFY2(again.errors.contains("at /variables/4/value: a value of this type was not written"),
+             qPrintable(again.errors));
+}
+
+void TestStepctlRun::escapesTextForTheTerminal()
+{
+    const QString script = file("escape.json", R"({"steps": [{"type": "fixture.escape"}]})");
+    const Run result = run({"run", script, "--plugin", fixture("HostileSteps")});
+    QCOMPARE(result.status, 1);
+    QVERIFY2(result.output.contains("  1  skipped   line\\nbreak\\u001b[31m\n"
+                                    "               first\\nsecond\\u001b[2J\n"),
+             qPrintable(result.output));
+}
+
+void TestStepctlRun::badUsage_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QString>("error");
+    QTest::newRow("nothing") << QStringList{} << "a subcommand is required";
+    QTest::newRow("unknown subcommand") << QStringList{"fly"} << "fly";
+    QTest::newRow("no script") << QStringList{"run"} << "script";
+    QTest::newRow("unknown option") << QStringList{"run", "sort.json", "--fast"} << "--fast";
+    QTest::newRow("two scripts") << QStringList{"run", "sort.json", "sort.json"} << "sort.json";
+    QTest::newRow("unknown format") << QStringList{"run", "sort.json", "--format", "xml"} << "xml";
+    QTest::newRow("list without =") << QStringList{"run", "sort.json", "--list", "names"}
+                                    << "--list names: this should be NAME=@FILE";
+    QTest::newRow("list without @") << QStringList{
+        "run", "sort.json", "--list",
+        "names=n.txt"} << "--list names=n.txt: this should be NAME=@FILE, with the mark @ before the file";
+    QTest::newRow("list without name") << QStringList{"run", "sort.json", "--list", "=@n.txt"}
+                                       << "--list =@n.txt: a variable's name cannot be empty";
+    QTest::newRow("list without file")
+        << QStringList{"run", "sort.json", "--list", "names=@"} << "--list names=@: the file has no name";
+    QTest::newRow("list of a missing file") << QStringList{"run", "sort.json", "--list", "names=@missing.txt"}
+                                            << "--list names=@missing.txt: missing.txt: ";
+    QTest::newRow("list that is not UTF-8")
+        << QStringList{"run", "sort.json", "--list", "names=@latin1.txt"}
+        << "--list names=@latin1.txt: latin1.txt: line 2 is not UTF-8 text";
+    QTest::newRow("list for another type")
+        << QStringList{"run", "int.json", "--list", "n=@n.txt"}
+        << "--list n=@n.txt: the script declares \"n\" with the type int, not as a list";
+    QTest::newRow("standard input twice")
+        << QStringList{"run", "sort.json", "--list", "a=@-", "--list", "b=@-"}
+        << "--list b=@-: standard input can be read only once";
+    QTest::newRow("given twice") << QStringList{"run", "sort.json", "--list", "a=@n.txt", "--set", "$a=1"}
+                                 << "--set $a=1: the variable \"a\" is given twice";
+    QTest::newRow("value without =") << QStringList{"run", "sort.json", "--set", "n"}
+                                     << "--set n: this should be NAME=VALUE";
+    QTest::newRow("value of the wrong type")
+        << QStringList{"run", "int.json", "--set", "n=abc"}
+        << "--set n=abc: \"abc\" is no JSON value; a variable of type int takes "
+           "an integer";
+    QTest::newRow("two marks") << QStringList{"run", "sort.json", "--set", "$$a=1"}
+                               << "--set $$a=1: the variable's name \"$$a\" has more than one \"$\" in front";
+}
+
+void TestStepctlRun::badUsage()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, error);
+    file("sort.json", sortScript);
+    file("int.json", R"({"variables": [{"name": "n", "type": "int"}]})");
+    file("n.txt", "a\n");
+    file("latin1.txt", "a\ncaf\xe9\n");
+    const Run result = run(arguments);
+    QCOMPARE(result.status, 2);
+    QCOMPARE(result.output, QString());
+    QVERIFY2(result.errors.contains(error), qPrintable(result.errors));
+}
+
+void TestStepctlRun::badScripts_data()
+{
+    QTest::addColumn<QByteArray>("script");
+    QTest::addColumn<QString>("error");
+    QTest::newRow("syntax") << QByteArray("{\n  \"steps\": [,]\n}")
+                            << "stepctl: script.json: line 2, column 13: ";
+    QTest::newRow("unknown step")
+        << QByteArray(R"({"steps": [{"type": "list.shuffle"}]})")
+        << "stepctl: script.json: at /steps/0/type: there is no step type \"list.shuffle\"";
+    // The first step could run, but a script with a mistake runs none.
+    QTest::newRow("unknown property")
+        << QByteArray(R"({"variables": [{"name": "l", "type": "list", "value": [1]}],
+                          "steps": [{"type": "list.clear", "targetVar": "l"}, {"type": "list.clear", "target": "l"}]})")
+        << "stepctl: script.json: at /steps/1: there is no property \"target\"; there are \"targetVar\"";
+    QTest::newRow("deeply nested") << QByteArray(100000, '[') << "nested deeper than 512 levels";
+}
+
+void TestStepctlRun::badScripts()
+{
+    QFETCH(QByteArray, script);
+    QFETCH(QString, error);
+    const Run result = run({"run", file("script.json", script)});
+    QCOMPARE(result.status, 2);
+    QCOMPARE(result.output, QString());
+    QVERIFY2(result.errors.contains(error), qPrintable(result.errors));
+    QCOMPARE(result.errors.count('\n'), 1);
+}
+
+void TestStepctlRun::refusedPlugins_data()
+{
+    QTest::addColumn<QStringList>("files");
+    QTest::addColumn<QString>("error");
+    QTest::newRow("no file") << QStringList{"nothing.so"}
+                             << "plug-in \"nothing.so\" is refused: there is no such file";
+    QTest::newRow("no library") << QStringList{"sort.json"} << "plug-in \"sort.json\" is refused: ";
+    QTest::newRow("unknown capability") << QStringList{fixture("UnknownCapability")} << "hasWarpDrive";
+    QTest::newRow("duplicate type id") << QStringList{LISTOPERPLUGIN_FILE, fixture("ListClash")}
+                                       << "has a step of type \"list.sort\" already";
+}
+
+void TestStepctlRun::refusedPlugins()
+{
+    QFETCH(QStringList, files);
+    QFETCH(QString, error);
+    QStringList arguments = {"run", file("sort.json", sortScript)};
+    for (const QString &name : files)
+        arguments += {"--plugin", name};
+    const Run result = run(arguments);
+    QCOMPARE(result.status, 2);
+    QCOMPARE(result.output, QString());
+    QVERIFY2(result.errors.contains(error), qPrintable(result.errors));
+}
+
+void TestStepctlRun::findsPluginsOnThePath()
+{
+    const QString script = file("sort.json", sortScript);
+    m_environment.insert("QUILLMAP_PLUGIN_PATH", QFileInfo(LISTOPERPLUGIN_FILE).path());
+    QCOMPARE(run({"run", script}).status, 0);
+
+    m_environment.insert("QUILLMAP_PLUGIN_PATH", m_folder->path());
+    const Run result = run({"run", script});
+    QCOMPARE(result.status, 2);
+    QVERIFY2(result.errors.contains("no plug-in found in " + m_folder->path()), qPrintable(result.errors));
+    QCOMPARE(run({"run", script, "--plugin", LISTOPERPLUGIN_FILE}).status, 0);
+}
+
+void TestStepctlRun::aStepThatThrows()
+{
+    const QString script =
+        file("throw.json", R"({"steps": [{"type": "fixture.write"}, {"type": "fixture.throw"}]})");
+    const Run result = run({"run", script, "--plugin", fixture("HostileSteps")});
+    QCOMPARE(result.status, 2);
+    QCOMPARE(result.output, QString());
+    QCOMPARE(result.errors, QString("stepctl: step 2 (fixture.throw) threw an exception: out of paper\n"));
+}
+
+void TestStepctlRun::writesAFile()
+{
+    const Run result =
+        run({"run", file("sort.json", sortScript), "--format", "json", "--output", "out.json"});
+    QCOMPARE(result.status, 0);
+    QCOMPARE(result.output, QString());
+    QCOMPARE(result.errors, QString());
+    QVERIFY(QJsonDocument::fromJson(contentOf("out.json")).isObject());
+
+    // A skipped step is a result too.
+    QCOMPARE(run({"run", file("skip.json", skippingScript), "--output", "skip.txt"}).status, 1);
+    QVERIFY(contentOf("skip.txt").endsWith("1 step: 1 skipped\n"));
+}
+
+void TestStepctlRun::replacesAFileWhole()
+{
+    file("out.txt", QByteArray(100000, 'x'));
+    QCOMPARE(run({"run", file("sort.json", sortScript), "--output", "out.txt"}).status, 0);
+    QVERIFY(contentOf("out.txt").startsWith("Steps\n"));
+    QVERIFY(!contentOf("out.txt").contains('x'));
+}
+
+void TestStepctlRun::leavesTheFileAloneOnFailure_data()
+{
+    QTest::addColumn<QByteArray>("script");
+    QTest::newRow("bad script") << QByteArray("{");
+    QTest::newRow("a step throws") << QByteArray(R"({"steps": [{"type": "fixture.throw"}]})");
+}
+
+void TestStepctlRun::leavesTheFileAloneOnFailure()
+{
+    QFETCH(QByteArray, script);
+    file("out.txt", "as it was");
+    const Run result =
+        run({"run", file("script.json", script), "--output", "out.txt", "--plugin", fixture("HostileSteps")});
+    QCOMPARE(result.status, 2);
+    QCOMPARE(contentOf("out.txt"), QByteArray("as it was"));
+    QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files), (QStringList{"out.txt", "script.json"}));
+}
+
+void TestStepctlRun::refusesAnOutputThatCannotBeWritten()
+{
+    const Run result = run({"run", file("sort.json", sortScript), "--output", "no/such/folder/out.txt"});
+    QCOMPARE(result.status, 2);
+    QVERIFY2(result.errors.startsWith("stepctl: no/such/folder/out.txt cannot be written: "),
+             qPrintable(result.errors));
+    const Run folder = run({"run", "sort.json", "--output", m_folder->path()});
+    QCOMPARE(folder.status, 2);
+    QVERIFY2(folder.errors.contains("cannot be written: "), qPrintable(folder.errors));
+}
+
+void TestStepctlRun::showsNoProgressWithoutATerminal()
+{
+    QByteArray steps;
+    for (int i = 0; i < 20000; ++i)
+        steps += QByteArray(i > 0 ? ", " : "") + R"({"type": "list.sort", "targetVar": "names"})";
+    const QString script = file("long.json",
+                                R"({"variables": [{"name": "names", "type": "list",
+        "value": ["b", "a"]}], "steps": [)"
+                                    + steps + "]}");
+    const Run result = run({"run", script});
+    QCOMPARE(result.status, 0);
+    QCOMPARE(result.errors, QString());
+    QVERIFY(result.output.endsWith("\n20000 steps: 20000 wrote\n"));
+}
+
+void TestStepctlRun::speaksUtf8InAnyLocale()
+{
+    m_environment.insert("LC_ALL", "C");
+    file(QString::fromUtf8("名字.txt"), "李雷\n");
+    const Run result = run({"run", file(QString::fromUtf8("脚本.json"), "{}"), "--list",
+                            QString::fromUtf8("名=@名字.txt"), "--set", QString::fromUtf8("城=北京")});
+    QCOMPARE(result.errors, QString());
+    QVERIFY2(
+        result.output.contains(QString::fromUtf8("  list    名 = [\"李雷\"]\n  string  城 = \"北京\"\n")),
+        qPrintable(result.output));
+}
+
+void TestStepctlRun::runsALongScriptOnALongList()
+{
+    QByteArray items;
+    for (int i = 0; i < 200000; ++i)
+        items += QByteArray::number(i * 7919 % 200000) + '\n';
+    file("items.txt", items);
+    const QString script = file("reverse.json", R"({"steps": [{"type": "list.reverse", "targetVar": "items"},
+        {"type": "list.sort", "targetVar": "items"}]})");
+    const Run result =
+        run({"run", script, "--list", "items=@items.txt", "--format", "json", "--output", "out.json"});
+    QCOMPARE(result.errors, QString());
+    QCOMPARE(result.status, 0);
+    QVERIFY(contentOf("out.json")
+                .contains(R"("value": ["0", "1", "10", "100", "1000", "10000", "100000", "100001")"));
+}
+
+QTEST_GUILESS_MAIN(TestStepctlRun)
+#include "tst_stepctl_run.moc"

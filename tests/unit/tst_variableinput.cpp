@@ -1,0 +1,185 @@
+#include "host/VariableInput.h"
+
+#include <QtTest>
+
+using namespace StepHost;
+
+Q_DECLARE_METATYPE(VarType)
+
+class TestVariableInput : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void assignsDeclared_data();
+    void assignsDeclared();
+    void refusesDeclared_data();
+    void refusesDeclared();
+    void addsNew_data();
+    void addsNew();
+    void refusesNew_data();
+    void refusesNew();
+    void assignsLists();
+    void refusesLists();
+};
+
+void TestVariableInput::assignsDeclared_data()
+{
+    QTest::addColumn<VarType>("type");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QVariant>("value");
+    QTest::newRow("int") << VarType::Int << "5" << QVariant(5);
+    QTest::newRow("int with blanks") << VarType::Int << " -5 " << QVariant(-5);
+    QTest::newRow("double") << VarType::Double << "5" << QVariant(5.0);
+    QTest::newRow("nan") << VarType::Double << "{\"$double\": \"inf\"}" << QVariant(qInf());
+    QTest::newRow("text") << VarType::String << "abc" << QVariant("abc");
+    QTest::newRow("empty text") << VarType::String << "" << QVariant("");
+    QTest::newRow("text that looks like a number") << VarType::String << "5" << QVariant("5");
+    QTest::newRow("text that looks like JSON") << VarType::String << "\"5\"" << QVariant("\"5\"");
+    QTest::newRow("bool") << VarType::Bool << "false" << QVariant(false);
+    QTest::newRow("list") << VarType::List << "[1, \"a\"]" << QVariant(QVariantList{1, "a"});
+    QTest::newRow("table") << VarType::Table << "[[1]]" << QVariant(QVariantList{QVariant(QVariantList{1})});
+}
+
+void TestVariableInput::assignsDeclared()
+{
+    QFETCH(VarType, type);
+    QFETCH(QString, text);
+    QFETCH(QVariant, value);
+    for (const char *name : {"x", "$x"}) {
+        Script script;
+        script.variables = {{"w", VarType::Int, 1}, {"x", type, QVariant()}};
+        QCOMPARE(assignText(script, name, text), QString());
+        QCOMPARE(int(script.variables.size()), 2);
+        QVERIFY(script.variables[1].type == type);
+        QCOMPARE(script.variables[1].value.userType(), value.userType());
+        QCOMPARE(script.variables[1].value, value);
+    }
+}
+
+void TestVariableInput::refusesDeclared_data()
+{
+    QTest::addColumn<VarType>("type");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("error");
+    QTest::newRow("text for an int") << VarType::Int << "abc"
+                                     << "\"abc\" is no JSON value; a variable of type int takes an integer";
+    QTest::newRow("nothing for an int") << VarType::Int << ""
+                                        << "\"\" is no JSON value; a variable of type int takes an integer";
+    QTest::newRow("double for an int") << VarType::Int << "1.0"
+                                       << "this is a double, a variable of type int takes an integer";
+    QTest::newRow("yes for a bool")
+        << VarType::Bool << "yes"
+        << "\"yes\" is no JSON value; a variable of type bool takes true or false";
+    QTest::newRow("1 for a bool") << VarType::Bool << "1"
+                                  << "this is an integer, a variable of type bool takes true or false";
+    QTest::newRow("object in a list") << VarType::List << "[1, {}]"
+                                      << "at /1: an object stands for";
+    QTest::newRow("list for a table")
+        << VarType::Table << "[1]"
+        << "this is an array, a variable of type table takes an array of arrays";
+}
+
+void TestVariableInput::refusesDeclared()
+{
+    QFETCH(VarType, type);
+    QFETCH(QString, text);
+    QFETCH(QString, error);
+    Script script;
+    script.variables = {{"x", type, "as it was"}};
+    const QString actual = assignText(script, "x", text);
+    QVERIFY2(actual.startsWith(error), qPrintable(actual));
+    QCOMPARE(script.variables[0].value, QVariant("as it was"));
+}
+
+void TestVariableInput::addsNew_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<VarType>("type");
+    QTest::addColumn<QVariant>("value");
+    QTest::newRow("int") << "5" << VarType::Int << QVariant(5);
+    QTest::newRow("64 bits") << "3000000000" << VarType::Int << QVariant(3000000000LL);
+    QTest::newRow("double") << "5.0" << VarType::Double << QVariant(5.0);
+    QTest::newRow("bool") << "true" << VarType::Bool << QVariant(true);
+    QTest::newRow("list") << "[1]" << VarType::List << QVariant(QVariantList{1});
+    QTest::newRow("nan") << "{\"$double\": \"-inf\"}" << VarType::Double << QVariant(-qInf());
+    QTest::newRow("text in quotes") << "\"5\"" << VarType::String << QVariant("5");
+    QTest::newRow("text") << "abc" << VarType::String << QVariant("abc");
+    QTest::newRow("empty text") << "" << VarType::String << QVariant("");
+    QTest::newRow("no JSON") << "[1" << VarType::String << QVariant("[1");
+}
+
+void TestVariableInput::addsNew()
+{
+    QFETCH(QString, text);
+    QFETCH(VarType, type);
+    QFETCH(QVariant, value);
+    Script script;
+    script.variables = {{"w", VarType::Int, 1}};
+    QCOMPARE(assignText(script, "$x", text), QString());
+    QCOMPARE(int(script.variables.size()), 2);
+    QCOMPARE(script.variables[1].name, QString("x"));
+    QVERIFY(script.variables[1].type == type);
+    QCOMPARE(script.variables[1].value.userType(), value.userType());
+    QCOMPARE(script.variables[1].value, value);
+}
+
+void TestVariableInput::refusesNew_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("error");
+    QTest::newRow("empty name") << ""
+                                << "1"
+                                << "a variable's name cannot be empty";
+    QTest::newRow("two marks") << "$$x"
+                               << "1"
+                               << "the variable's name \"$$x\" has more than one";
+    QTest::newRow("null") << "x"
+                          << "null"
+                          << "\"null\" gives a new variable no type";
+    QTest::newRow("map") << "x"
+                         << "{\"$QVariantMap\": []}"
+                         << "gives a new variable no type";
+    QTest::newRow("object") << "x"
+                            << "{\"a\": 1}"
+                            << "an object stands for a value of a special type";
+}
+
+void TestVariableInput::refusesNew()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, text);
+    QFETCH(QString, error);
+    Script script;
+    const QString actual = assignText(script, name, text);
+    QVERIFY2(actual.contains(error), qPrintable(actual));
+    QVERIFY(script.variables.empty());
+}
+
+void TestVariableInput::assignsLists()
+{
+    Script script;
+    script.variables = {{"x", VarType::List, QVariantList{1}}};
+    QCOMPARE(assignList(script, "$x", {"a", "b"}), QString());
+    QCOMPARE(assignList(script, "$y", {"c"}), QString());
+    QCOMPARE(int(script.variables.size()), 2);
+    QCOMPARE(script.variables[0].value, QVariant(QVariantList{"a", "b"}));
+    QCOMPARE(script.variables[1].name, QString("y"));
+    QVERIFY(script.variables[1].type == VarType::List);
+    QCOMPARE(script.variables[1].value, QVariant(QVariantList{"c"}));
+}
+
+void TestVariableInput::refusesLists()
+{
+    Script script;
+    script.variables = {{"x", VarType::Table, QVariantList()}};
+    QCOMPARE(assignList(script, "x", {"a"}),
+             QString("the script declares \"x\" with the type table, not as a list"));
+    QCOMPARE(assignList(script, "$", {"a"}), QString("a variable's name cannot be empty"));
+    QCOMPARE(int(script.variables.size()), 1);
+    QCOMPARE(script.variables[0].value, QVariant(QVariantList()));
+}
+
+QTEST_GUILESS_MAIN(TestVariableInput)
+#include "tst_variableinput.moc"
