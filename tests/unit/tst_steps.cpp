@@ -149,11 +149,13 @@ void TestSteps::run()
     QVERIFY(step);
     const QVariantMap settingsBefore = settingsOf(*step);
     step->setVariableScope(&scope);
+    const quint64 writesBefore = scope.writeCount();
 
     const WarningLog log;
     step->doOperation();
     QCOMPARE(log.take(), warnings);
 
+    QCOMPARE(scope.writeCount() - writesBefore, written.isEmpty() ? 0u : 1u);
     QCOMPARE(scope.names(), names);
     for (int i = 0; i < variables.size(); ++i) {
         const Variable &variable = variables.at(i);
