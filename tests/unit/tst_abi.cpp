@@ -135,6 +135,7 @@ void addVariableScope(LayoutText &text)
     text.type<VariableScope>("VariableScope");
     text.field(NAMED(VariableScope::m_variables));
     text.field(NAMED(VariableScope::m_order));
+    text.field(NAMED(VariableScope::m_writeCount));
 }
 
 void addPluginInterface(LayoutText &text)
