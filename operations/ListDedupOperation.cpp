@@ -1,5 +1,6 @@
 #include "ListDedupOperation.h"
 
+#include "ElementScan.h"
 #include "ListFunctions.h"
 
 #include <QDataStream>
@@ -50,13 +51,12 @@ void ListDedupOperation::doOperation() const
     QVariantList list;
     if (!readListVariable(m_variableScope, m_targetVar, list))
         return;
-    QVariantList kept;
-    kept.reserve(list.size());
+    ElementScan kept(list.size());
     for (const QVariant &element : qAsConst(list)) {
-        if (!equalsAny(element, kept))
+        if (!kept.contains(element))
             kept.append(element);
     }
-    writeListVariable(m_variableScope, m_targetVar, kept);
+    writeListVariable(m_variableScope, m_targetVar, kept.elements());
 }
 
 void ListDedupOperation::saveOperation(QDataStream &stream) const

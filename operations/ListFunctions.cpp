@@ -1,7 +1,5 @@
 #include "ListFunctions.h"
 
-#include "MergeSort.h"
-
 #include <QDebug>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -157,11 +155,6 @@ QVariant convertToTable(const QVariant &value)
         return QVariantList{value};
     }
     return value.type() == QVariant::String ? parseTableJson(value.toString()) : QVariantList();
-}
-
-bool isNumeric(const QVariant &value)
-{
-    return value.type() != QVariant::String && value.canConvert(QMetaType::Double);
 }
 } // namespace
 
@@ -338,14 +331,6 @@ bool elementsEqual(const QVariant &candidate, const QVariant &other)
     return candidate == other;
 }
 
-int indexOfEqual(const QVariantList &list, const QVariant &value)
-{
-    const auto found = std::find_if(list.cbegin(), list.cend(), [&value](const QVariant &candidate) {
-        return elementsEqual(candidate, value);
-    });
-    return found == list.cend() ? -1 : int(found - list.cbegin());
-}
-
 bool equalsAny(const QVariant &candidate, const QVariantList &others)
 {
     return std::any_of(others.cbegin(), others.cend(),
@@ -354,17 +339,6 @@ bool equalsAny(const QVariant &candidate, const QVariantList &others)
 
 void reverseList(QVariantList &list)
 {
-    std::reverse(list.begin(), list.end());
-}
-
-bool elementLess(const QVariant &left, const QVariant &right)
-{
-    if (isNumeric(left) && isNumeric(right))
-        return left.toDouble() < right.toDouble();
-    return left.toString() < right.toString();
-}
-
-void sortList(QVariantList &list)
-{
-    mergeSort(list.begin(), list.end(), elementLess);
+    for (int first = 0, last = list.size() - 1; first < last; ++first, --last)
+        list.swapItemsAt(first, last);
 }

@@ -91,21 +91,8 @@ bool parseIndexText(const QString &text, int &out);
 /// its type, so the order is part of the rule.
 bool elementsEqual(const QVariant &candidate, const QVariant &other);
 
-/// The position of the first element of \a list that equals \a value; -1 when there is none.
-int indexOfEqual(const QVariantList &list, const QVariant &value);
-
 /// Whether \a candidate equals one of \a others, which are tried from the first to the last.
 bool equalsAny(const QVariant &candidate, const QVariantList &others);
 
 /// Reverses \a list by exchanging elements from both ends, without copying one.
 void reverseList(QVariantList &list);
-
-/// The order of elements: numbers and booleans by their numeric value; any other pair by text, code unit
-/// by code unit, where a value without a text form counts as an empty text.
-///
-/// This is no strict weak ordering: with numbers and texts in one list, or a NaN, it can go in circles.
-bool elementLess(const QVariant &left, const QVariant &right);
-
-/// Sorts \a list ascending by elementLess(). Elements that compare equal keep their order. Stays within
-/// the list and ends after O(n log n) comparisons whatever the relation answers.
-void sortList(QVariantList &list);

@@ -1,5 +1,6 @@
 #include "ListIntersectOperation.h"
 
+#include "ElementScan.h"
 #include "ListFunctions.h"
 
 #include <QDataStream>
@@ -73,12 +74,13 @@ void ListIntersectOperation::doOperation() const
     ListPair lists;
     if (!readListPair(m_variableScope, m_listA, m_listB, m_targetVar, "[ListIntersect] 目标变量", lists))
         return;
-    QVariantList common;
+    ElementScan wanted(lists.b);
+    ElementScan common;
     for (const QVariant &element : qAsConst(lists.a)) {
-        if (equalsAny(element, lists.b) && !equalsAny(element, common))
+        if (wanted.contains(element) && !common.contains(element))
             common.append(element);
     }
-    writeListVariable(m_variableScope, m_targetVar, common);
+    writeListVariable(m_variableScope, m_targetVar, common.elements());
 }
 
 void ListIntersectOperation::saveOperation(QDataStream &stream) const

@@ -1,5 +1,6 @@
 #include "ListRemoveOperation.h"
 
+#include "ElementScan.h"
 #include "ListFunctions.h"
 
 #include <QDataStream>

@@ -1,5 +1,6 @@
 #include "ListSortOperation.h"
 
+#include "ElementSort.h"
 #include "ListFunctions.h"
 
 #include <QDataStream>

@@ -1,5 +1,6 @@
 #include "ListSubtractOperation.h"
 
+#include "ElementScan.h"
 #include "ListFunctions.h"
 
 #include <QDataStream>
@@ -73,9 +74,10 @@ void ListSubtractOperation::doOperation() const
     ListPair lists;
     if (!readListPair(m_variableScope, m_listA, m_listB, m_targetVar, "[ListSubtract] 目标变量", lists))
         return;
+    ElementScan unwanted(lists.b);
     QVariantList rest;
     for (const QVariant &element : qAsConst(lists.a)) {
-        if (!equalsAny(element, lists.b))
+        if (!unwanted.contains(element))
             rest.append(element);
     }
     writeListVariable(m_variableScope, m_targetVar, rest);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cstddef>
 #include <iterator>
 #include <utility>
 #include <vector>
@@ -9,7 +10,7 @@
 ///
 /// The standard library's sorts may leave the range when the relation contradicts itself. This one
 /// compares and moves only elements of the range and makes O(n log n) comparisons, whatever \a less
-/// answers. It keeps at most half of the elements in a buffer.
+/// answers. Its buffer has room for half of the elements.
 
 template<typename Iterator, typename Less>
 void insertionSort(Iterator first, Iterator last, Less less)
@@ -27,26 +28,26 @@ void insertionSort(Iterator first, Iterator last, Less less)
     }
 }
 
-template<typename Iterator, typename Buffer, typename Less>
-void mergeHalves(Iterator first, Iterator middle, Iterator last, Buffer &buffer, Less less)
+template<typename Iterator, typename BufferIterator, typename Less>
+void mergeHalves(Iterator first, Iterator middle, Iterator last, BufferIterator buffer, Less less)
 {
-    buffer.assign(std::make_move_iterator(first), std::make_move_iterator(middle));
-    auto left = buffer.begin();
+    BufferIterator left = buffer;
+    const BufferIterator leftEnd = std::move(first, middle, buffer);
     Iterator right = middle;
     Iterator out = first;
-    while (left != buffer.end() && right != last) {
+    while (left != leftEnd && right != last) {
         if (less(*right, *left))
             *out++ = std::move(*right++);
         else
             *out++ = std::move(*left++);
     }
-    std::move(left, buffer.end(), out);
+    std::move(left, leftEnd, out);
 }
 
-template<typename Iterator, typename Buffer, typename Less>
-void mergeSort(Iterator first, Iterator last, Buffer &buffer, Less less)
+template<typename Iterator, typename BufferIterator, typename Less>
+void mergeSort(Iterator first, Iterator last, BufferIterator buffer, Less less)
 {
-    constexpr auto shortRange = 16;
+    constexpr auto shortRange = 8;
     if (last - first <= shortRange) {
         insertionSort(first, last, less);
         return;
@@ -61,6 +62,7 @@ void mergeSort(Iterator first, Iterator last, Buffer &buffer, Less less)
 template<typename Iterator, typename Less>
 void mergeSort(Iterator first, Iterator last, Less less)
 {
-    std::vector<typename std::iterator_traits<Iterator>::value_type> buffer;
-    mergeSort(first, last, buffer, less);
+    std::vector<typename std::iterator_traits<Iterator>::value_type> buffer(
+        static_cast<std::size_t>(last - first) / 2);
+    mergeSort(first, last, buffer.begin(), less);
 }
