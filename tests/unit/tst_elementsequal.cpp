@@ -1,5 +1,6 @@
 #include "SampleValues.h"
 #include "ShowValue.h"
+#include "operations/ElementScan.h"
 #include "operations/ListFunctions.h"
 
 #include <QRandomGenerator>

@@ -1,7 +1,7 @@
 #include "SampleValues.h"
 #include "ShowValue.h"
 #include "hostapi/VariableScope.h"
-#include "operations/ListFunctions.h"
+#include "operations/ElementSort.h"
 #include "operations/ListSortOperation.h"
 
 #include <QRandomGenerator>
