@@ -23,19 +23,25 @@ quint64 textEnd(const QString &text)
     return end;
 }
 
-void makeImage(const QVariant &element, int &image)
+template<typename Image>
+Image imageOf(const QVariant &element);
+
+template<>
+int imageOf(const QVariant &element)
 {
-    image = element.toInt();
+    return element.toInt();
 }
 
-void makeImage(const QVariant &element, double &image)
+template<>
+double imageOf(const QVariant &element)
 {
-    image = element.toDouble();
+    return element.toDouble();
 }
 
-void makeImage(const QVariant &element, quint64 &image)
+template<>
+quint64 imageOf(const QVariant &element)
 {
-    image = textEnd(element.toString());
+    return textEnd(element.toString());
 }
 
 // Without a way out of the loop, and with a flag as wide as an image, compilers examine several images at
@@ -100,14 +106,8 @@ template<typename Image, typename Matches>
 bool ElementScan::containsMatch(const QVariant &candidate, std::vector<Image> &images, Matches matches)
 {
     const auto size = static_cast<std::size_t>(m_elements.size());
-    if (images.size() < size) {
-        images.reserve(static_cast<std::size_t>(m_elements.size()));
-        while (images.size() < size) {
-            Image image;
-            makeImage(m_elements.at(static_cast<int>(images.size())), image);
-            images.push_back(image);
-        }
-    }
+    while (images.size() < size)
+        images.push_back(imageOf<Image>(m_elements.at(static_cast<int>(images.size()))));
     constexpr std::size_t blockSize = 128;
     for (std::size_t block = 0; block < size; block += blockSize) {
         const std::size_t end = std::min(block + blockSize, size);
