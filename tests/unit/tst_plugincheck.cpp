@@ -1,0 +1,551 @@
+#include "host/PluginCheckReport.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QXmlStreamReader>
+#include <QtTest>
+
+using namespace StepHost;
+
+Q_DECLARE_METATYPE(CheckOutcome)
+Q_DECLARE_METATYPE(CheckVerdict)
+Q_DECLARE_METATYPE(QVector<CheckOutcome>)
+
+namespace
+{
+const QString listPlugin = QStringLiteral(LISTOPERPLUGIN_FILE);
+
+// Long enough for any check on a busy machine, with sanitizers.
+constexpr int patience = 120000;
+
+// Short, for checks that are known to hang.
+constexpr int impatience = 1000;
+
+QString faultyPlugin(const QString &fault)
+{
+    const QStringList files = QDir(QStringLiteral(FAULTY_PLUGIN_DIR)).entryList({fault + ".*"}, QDir::Files);
+    return files.isEmpty() ? QString() : QStringLiteral(FAULTY_PLUGIN_DIR "/") + files.first();
+}
+
+CheckRunOptions inWorkers(int jobs = 2, int timeLimit = patience)
+{
+    CheckRunOptions options;
+    options.program = QStringLiteral(STEPCTL_FILE);
+    options.arguments = QStringList{"check-worker"};
+    options.jobs = jobs;
+    options.timeLimit = timeLimit;
+    return options;
+}
+
+QVector<CheckResult> check(const QString &file, const QVector<PluginCheck> &checks,
+                           const CheckRunOptions &options = inWorkers())
+{
+    return checkPlugins({file}, checks, options).first().results;
+}
+
+QVector<PluginCheck> checksOf(const QStringList &ids)
+{
+    QVector<PluginCheck> checks;
+    for (const QString &id : ids)
+        checks.append(*findPluginCheck(id));
+    return checks;
+}
+
+// What is not "passed", one text for each.
+QStringList findings(const QVector<CheckResult> &results)
+{
+    QStringList texts;
+    for (const CheckResult &result : results) {
+        if (result.outcome != CheckOutcome::Passed)
+            texts.append(result.id + ' ' + outcomeWord(result.outcome) + ": " + result.reason);
+    }
+    return texts;
+}
+
+QStringList idsOf(const QVector<CheckResult> &results)
+{
+    QStringList ids;
+    for (const CheckResult &result : results)
+        ids.append(result.id);
+    return ids;
+}
+
+struct Exit
+{
+    int status = -1;
+    QByteArray output;
+    QByteArray errors;
+};
+
+Exit stepctl(const QStringList &arguments)
+{
+    QProcess process;
+    process.start(QStringLiteral(STEPCTL_FILE), arguments);
+    if (!process.waitForFinished(5 * patience) || process.exitStatus() != QProcess::NormalExit)
+        return {};
+    return {process.exitCode(), process.readAllStandardOutput(), process.readAllStandardError()};
+}
+
+#ifdef Q_OS_LINUX
+// A process that has ended may stay as a zombie for a while.
+bool isRunning(qint64 id)
+{
+    QFile file(QStringLiteral("/proc/%1/stat").arg(id));
+    if (!file.open(QIODevice::ReadOnly))
+        return false;
+    const QByteArray stat = file.readAll();
+    const QByteArray state = stat.mid(stat.lastIndexOf(')') + 2, 1);
+    return state != "Z" && state != "X";
+}
+#endif
+
+PluginReport sampleReport()
+{
+    return {"/plugins/libA.so",
+            {{"library.loads", CheckOutcome::Passed, QString(), 12},
+             {"clone.parent", CheckOutcome::Failed, "A: clone(parent) has \"no\" parent <&>", 1500},
+             {"icon.size", CheckOutcome::Warning, "rather large", 3},
+             {"icon.renders", CheckOutcome::Skipped, "images cannot be drawn here", 4},
+             {"texts.pure", CheckOutcome::Crashed, QString("bad ") + QChar(1) + QChar(0xd800), 5},
+             {"texts.quiet", CheckOutcome::TimedOut, "no end", 6}}};
+}
+} // namespace
+
+class TestPluginCheck : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void idsAreUnique();
+    void everyCheckHasAPluginThatFailsIt_data();
+    void everyCheckHasAPluginThatFailsIt();
+    void soundPluginsPass_data();
+    void soundPluginsPass();
+    void theRestIsUnharmed_data();
+    void theRestIsUnharmed();
+    void reasonsSayWhatHappened_data();
+    void reasonsSayWhatHappened();
+    void aLibraryThatStaysInMemory();
+    void whatACheckStartedEndsWithIt();
+    void withoutLoadingNothingElseIsChecked_data();
+    void withoutLoadingNothingElseIsChecked();
+    void aWorkerThatDoesNotStart();
+    void orderAndProgress_data();
+    void orderAndProgress();
+    void verdicts_data();
+    void verdicts();
+    void textReportIsStable();
+    void jsonReportHoldsEverything();
+    void junitReportIsWellFormed();
+    void exitStatus_data();
+    void exitStatus();
+    void listNamesEveryCheck();
+    void outputFormats();
+};
+
+void TestPluginCheck::initTestCase()
+{
+    // The faults leak on purpose; that is not what the checks look for.
+    qputenv("ASAN_OPTIONS", qgetenv("ASAN_OPTIONS") + ":detect_leaks=0");
+}
+
+void TestPluginCheck::idsAreUnique()
+{
+    QSet<QString> ids;
+    for (const PluginCheck &check : pluginChecks()) {
+        QVERIFY2(!ids.contains(check.id), qPrintable(check.id));
+        QVERIFY2(check.id.count('.') == 1 && !check.protects.isEmpty(), qPrintable(check.id));
+        QCOMPARE(findPluginCheck(check.id), &check);
+        ids.insert(check.id);
+    }
+    QVERIFY(ids.size() >= 50);
+    QVERIFY(!findPluginCheck("no.such"));
+}
+
+void TestPluginCheck::everyCheckHasAPluginThatFailsIt_data()
+{
+    QTest::addColumn<CheckOutcome>("outcome");
+    const QSet<QString> crashing{"texts.hostile", "running.no-scope", "running.wrong-types"};
+    const QSet<QString> hanging{"persistence.mutation", "running.hostile-settings"};
+    for (const PluginCheck &check : pluginChecks())
+        QTest::newRow(qPrintable(check.id)) << (crashing.contains(check.id)      ? CheckOutcome::Crashed
+                                                    : hanging.contains(check.id) ? CheckOutcome::TimedOut
+                                                                                 : CheckOutcome::Failed);
+}
+
+void TestPluginCheck::everyCheckHasAPluginThatFailsIt()
+{
+    QFETCH(CheckOutcome, outcome);
+    const QString id = QTest::currentDataTag();
+    const QString file = faultyPlugin(id);
+    QVERIFY2(!file.isEmpty(), "there is no broken plug-in that fails this check");
+    const int timeLimit = outcome == CheckOutcome::TimedOut ? impatience : patience;
+    const QVector<CheckResult> results = check(file, checksOf({id}), inWorkers(1, timeLimit));
+    QCOMPARE(idsOf(results), QStringList{id});
+    const CheckResult &result = results.first();
+#ifndef Q_OS_LINUX
+    if (result.outcome == CheckOutcome::Skipped)
+        QSKIP(qPrintable(result.reason));
+#endif
+    QVERIFY2(result.outcome == outcome, qPrintable(outcomeWord(result.outcome) + ": " + result.reason));
+    QVERIFY(!result.reason.isEmpty());
+    QVERIFY2(!result.reason.contains('\n'), qPrintable(result.reason));
+}
+
+void TestPluginCheck::soundPluginsPass_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::newRow("list steps") << listPlugin;
+    QTest::newRow("the broken plug-ins without a fault") << faultyPlugin("none");
+}
+
+void TestPluginCheck::soundPluginsPass()
+{
+    QFETCH(QString, file);
+    const QVector<CheckResult> results = check(file, pluginChecks());
+    QCOMPARE(results.size(), pluginChecks().size());
+    QCOMPARE(findings(results), QStringList());
+}
+
+void TestPluginCheck::theRestIsUnharmed_data()
+{
+    QTest::addColumn<QStringList>("harmed");
+    QTest::addColumn<CheckOutcome>("outcome");
+    QTest::newRow("running.no-scope")
+        << QStringList{"running.no-scope", "running.detached-scope"} << CheckOutcome::Crashed;
+    QTest::newRow("exits") << QStringList{"running.hostile-settings"} << CheckOutcome::Crashed;
+    QTest::newRow("clone.settings") << QStringList{"clone.settings"} << CheckOutcome::Failed;
+}
+
+void TestPluginCheck::theRestIsUnharmed()
+{
+    QFETCH(QStringList, harmed);
+    QFETCH(CheckOutcome, outcome);
+    const QVector<CheckResult> results = check(faultyPlugin(QTest::currentDataTag()), pluginChecks());
+    QCOMPARE(results.size(), pluginChecks().size());
+    for (const CheckResult &result : results)
+        QVERIFY2(result.outcome == (harmed.contains(result.id) ? outcome : CheckOutcome::Passed),
+                 qPrintable(result.id + ' ' + outcomeWord(result.outcome) + ": " + result.reason));
+}
+
+void TestPluginCheck::reasonsSayWhatHappened_data()
+{
+    QTest::addColumn<QString>("check");
+    QTest::addColumn<QString>("reason");
+    const auto row = [](const char *fault, const char *check, const char *reason) {
+        QTest::newRow(fault) << check << reason;
+    };
+    row("library.loads", "library.loads",
+        "the root object, a QObject, does not implement IOperationPlugin; it needs "
+        "Q_INTERFACES(IOperationPlugin)");
+    row("library.interface-id", "library.interface-id",
+        "the metadata names the interface \"com.tallowby.Quillmap.IOperationPlugin/9.9\" instead of "
+        "\"com.tallowby.Quillmap.IOperationPlugin/1.0\"");
+    row("identity.type-weights-complete", "identity.type-weights-complete",
+        "OtherStep: manifest().typeOrder has no weight for \"sample.second\"");
+    row("clone.settings", "clone.settings",
+        "SampleStep: in the clone, the setting \"target\" is \"\" instead of \" value 1 of  \"; "
+        "OtherStep: in the clone, the setting \"target\" is \"\" instead of \" value 1 of  \"");
+    row("schema.prefixes", "schema.prefixes",
+        "UnknownPrefixStep: \"hint_target\" begins with none of prop_, editor_, varname_type_, "
+        "varref_kind_, varref_type_, choices_, show_when_");
+    row("running.empty-scope", "running.empty-scope",
+        "SampleStep: the plug-in threw \"no variables\"; OtherStep: the plug-in threw \"no variables\"");
+    row("exits", "running.hostile-settings", "the process ended before the check was done (exit code 0)");
+}
+
+void TestPluginCheck::reasonsSayWhatHappened()
+{
+    QFETCH(QString, reason);
+    QFETCH(QString, check);
+    const QVector<CheckResult> results = ::check(faultyPlugin(QTest::currentDataTag()), checksOf({check}));
+    QCOMPARE(results.first().reason, reason);
+}
+
+void TestPluginCheck::aLibraryThatStaysInMemory()
+{
+#ifdef Q_OS_LINUX
+    const QVector<CheckResult> results =
+        check(faultyPlugin("stays-in-memory"),
+              checksOf({"library.unloads", "library.reload-memory", "library.reload-resources"}));
+    QCOMPARE(
+        findings(results),
+        QStringList({"library.unloads warning: the library stays in memory after it was unloaded",
+                     "library.reload-resources skipped: the library stays in memory after it was unloaded, "
+                     "and its resources with it"}));
+#else
+    QSKIP("such a library cannot be built here");
+#endif
+}
+
+void TestPluginCheck::whatACheckStartedEndsWithIt()
+{
+#ifdef Q_OS_LINUX
+    const QTemporaryDir directory;
+    const QString idsFile = directory.filePath("ids");
+    qputenv("STARTED_PROCESSES_FILE", idsFile.toUtf8());
+    const QVector<CheckResult> results =
+        check(faultyPlugin("starts-processes"), checksOf({"running.hostile-settings"}), inWorkers(1, 5000));
+    QVERIFY2(results.first().outcome == CheckOutcome::TimedOut, qPrintable(results.first().reason));
+    QFile file(idsFile);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QList<QByteArray> ids = file.readAll().split(' ');
+    QCOMPARE(ids.size(), 2);
+    for (const QByteArray &id : ids) {
+        QVERIFY(id.toLongLong() > 0);
+        QTRY_VERIFY(!isRunning(id.toLongLong()));
+    }
+#else
+    QSKIP("the test looks at processes in a way that only Linux has");
+#endif
+}
+
+void TestPluginCheck::withoutLoadingNothingElseIsChecked_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<CheckOutcome>("outcome");
+    QTest::addColumn<CheckVerdict>("verdict");
+    QTest::newRow("missing file") << "/no/such/plugin.so" << CheckOutcome::Failed
+                                  << CheckVerdict::NotLoadable;
+    QTest::newRow("directory") << QDir::tempPath() << CheckOutcome::Failed << CheckVerdict::NotLoadable;
+    QTest::newRow("no library") << QStringLiteral(QUILLMAP_SOURCE_DIR "/CMakeLists.txt")
+                                << CheckOutcome::Failed << CheckVerdict::NotLoadable;
+    QTest::newRow("library without metadata")
+        << faultyPlugin("*FaultySteps") << CheckOutcome::Failed << CheckVerdict::NotLoadable;
+    QTest::newRow("other contract") << faultyPlugin("library.loads") << CheckOutcome::Failed
+                                    << CheckVerdict::NotLoadable;
+    QTest::newRow("crash") << faultyPlugin("crashes-on-load") << CheckOutcome::Crashed
+                           << CheckVerdict::Crashed;
+}
+
+void TestPluginCheck::withoutLoadingNothingElseIsChecked()
+{
+    QFETCH(QString, file);
+    QFETCH(CheckOutcome, outcome);
+    QFETCH(CheckVerdict, verdict);
+    const QVector<PluginReport> reports =
+        checkPlugins({file}, checksOf({"clone.parent", "texts.pure"}), inWorkers());
+    const QVector<CheckResult> &results = reports.first().results;
+    QCOMPARE(idsOf(results), QStringList({"library.loads", "clone.parent", "texts.pure"}));
+    QVERIFY2(results.at(0).outcome == outcome, qPrintable(results.at(0).reason));
+    QVERIFY(!results.at(0).reason.isEmpty());
+    QVERIFY(results.at(1).outcome == CheckOutcome::Skipped);
+    QVERIFY(results.at(2).outcome == CheckOutcome::Skipped);
+    QVERIFY(verdictOf(reports) == verdict);
+}
+
+void TestPluginCheck::aWorkerThatDoesNotStart()
+{
+    CheckRunOptions options = inWorkers();
+    options.program = "/no/such/program";
+    const QVector<CheckResult> results = check(listPlugin, checksOf({"library.loads"}), options);
+    QCOMPARE(results.size(), 1);
+    QVERIFY(results.first().outcome == CheckOutcome::Crashed);
+    QVERIFY2(results.first().reason.startsWith("the process of the check does not start: "),
+             qPrintable(results.first().reason));
+}
+
+void TestPluginCheck::orderAndProgress_data()
+{
+    QTest::addColumn<int>("jobs");
+    QTest::addColumn<bool>("isInProcess");
+    QTest::newRow("one by one") << 1 << false;
+    QTest::newRow("more jobs than checks") << 50 << false;
+    QTest::newRow("in this process") << 1 << true;
+}
+
+void TestPluginCheck::orderAndProgress()
+{
+    QFETCH(int, jobs);
+    QFETCH(bool, isInProcess);
+    const QStringList ids{"library.loads", "library.unloads",      "identity.prefix", "clone.parent",
+                          "texts.pure",    "persistence.mutation", "running.twice"};
+    CheckRunOptions options = inWorkers(jobs);
+    if (isInProcess)
+        options.program.clear();
+    QVector<QPair<int, int>> progress;
+    options.progress = [&progress](int done, int total) { progress.append({done, total}); };
+    const QVector<PluginReport> reports = checkPlugins({listPlugin, listPlugin}, checksOf(ids), options);
+    QCOMPARE(reports.size(), 2);
+    for (const PluginReport &report : reports) {
+        QCOMPARE(report.fileName, listPlugin);
+        QCOMPARE(idsOf(report.results), ids);
+        QCOMPARE(findings(report.results), QStringList());
+    }
+    QCOMPARE(progress.size(), 2 * ids.size());
+    for (int i = 0; i < progress.size(); ++i)
+        QCOMPARE(progress.at(i), qMakePair(i + 1, progress.size()));
+}
+
+void TestPluginCheck::verdicts_data()
+{
+    QTest::addColumn<QVector<CheckOutcome>>("outcomes");
+    QTest::addColumn<CheckVerdict>("verdict");
+    QTest::addColumn<QString>("line");
+    using O = CheckOutcome;
+    const auto row = [](const char *name, const QVector<O> &outcomes, CheckVerdict verdict,
+                        const char *line) { QTest::newRow(name) << outcomes << verdict << QString(line); };
+    row("all passed", {O::Passed, O::Passed}, CheckVerdict::Passed, "passed: 2 passed");
+    row("a warning", {O::Passed, O::Warning}, CheckVerdict::Passed, "passed: 1 passed, 1 warning");
+    row("skipped", {O::Passed, O::Skipped}, CheckVerdict::Passed, "passed: 1 passed, 1 skipped");
+    row("failed", {O::Passed, O::Failed, O::Failed}, CheckVerdict::Failed, "failed: 1 passed, 2 failed");
+    row("not loadable", {O::Failed, O::Skipped}, CheckVerdict::NotLoadable,
+        "not loadable: 1 skipped, 1 failed");
+    row("crashed", {O::Passed, O::Failed, O::Crashed}, CheckVerdict::Crashed,
+        "crashed: 1 passed, 1 failed, 1 crashed");
+    row("timed out", {O::Passed, O::TimedOut}, CheckVerdict::Crashed, "crashed: 1 passed, 1 timed out");
+}
+
+void TestPluginCheck::verdicts()
+{
+    QFETCH(QVector<CheckOutcome>, outcomes);
+    QFETCH(CheckVerdict, verdict);
+    QFETCH(QString, line);
+    PluginReport report{"p", {}};
+    for (int i = 0; i < outcomes.size(); ++i)
+        report.results.append({pluginChecks().at(i).id, outcomes.at(i), QString(), 1});
+    QVERIFY(verdictOf({report}) == verdict);
+    QCOMPARE(verdictLine({report}), line);
+    const PluginReport passed{"q", {{"library.loads", CheckOutcome::Passed, QString(), 1}}};
+    QVERIFY(verdictOf({passed, report}) == verdict);
+    QVERIFY(verdictOf({report, passed}) == verdict);
+}
+
+void TestPluginCheck::textReportIsStable()
+{
+    QCOMPARE(textReport({sampleReport()}),
+             QString("/plugins/libA.so\n"
+                     "  passed    library.loads\n"
+                     "  failed    clone.parent: A: clone(parent) has \"no\" parent <&>\n"
+                     "  warning   icon.size: rather large\n"
+                     "  skipped   icon.renders: images cannot be drawn here\n"
+                     "  crashed   texts.pure: bad ")
+                 + QChar(1) + QChar(0xd800)
+                 + "\n"
+                   "  timed out texts.quiet: no end\n"
+                   "crashed: 1 passed, 1 warning, 1 skipped, 1 failed, 1 crashed, 1 timed out\n");
+}
+
+void TestPluginCheck::jsonReportHoldsEverything()
+{
+    const PluginReport sample = sampleReport();
+    QJsonParseError error;
+    const QJsonObject report = QJsonDocument::fromJson(jsonReport({sample, sample}), &error).object();
+    QVERIFY2(error.error == QJsonParseError::NoError, qPrintable(error.errorString()));
+    QCOMPARE(report["verdict"].toString(), QString("crashed"));
+    QCOMPARE(report["plugins"].toArray().size(), 2);
+    const QJsonObject plugin = report["plugins"].toArray().at(1).toObject();
+    QCOMPARE(plugin["file"].toString(), sample.fileName);
+    QCOMPARE(plugin["verdict"].toString(), QString("crashed"));
+    const QJsonArray checks = plugin["checks"].toArray();
+    QCOMPARE(checks.size(), sample.results.size());
+    const QJsonObject check = checks.at(1).toObject();
+    QCOMPARE(check["id"].toString(), QString("clone.parent"));
+    QCOMPARE(check["protects"].toString(), findPluginCheck("clone.parent")->protects);
+    QCOMPARE(check["outcome"].toString(), QString("failed"));
+    QCOMPARE(check["reason"].toString(), sample.results.at(1).reason);
+    QCOMPARE(check["milliseconds"].toInt(), 1500);
+}
+
+void TestPluginCheck::junitReportIsWellFormed()
+{
+    const PluginReport sample = sampleReport();
+    QXmlStreamReader xml(junitReport({sample, sample}));
+    QStringList elements;
+    QStringList cases;
+    while (!xml.atEnd()) {
+        if (xml.readNext() != QXmlStreamReader::StartElement)
+            continue;
+        const QXmlStreamAttributes attributes = xml.attributes();
+        if (xml.name() == QLatin1String("testsuite")) {
+            QCOMPARE(attributes.value("name").toString(), QString("libA.so"));
+            QCOMPARE(attributes.value("tests").toInt(), 6);
+            QCOMPARE(attributes.value("failures").toInt(), 1);
+            QCOMPARE(attributes.value("errors").toInt(), 2);
+            QCOMPARE(attributes.value("skipped").toInt(), 1);
+            QCOMPARE(attributes.value("time").toString(), QString("1.530"));
+        } else if (xml.name() == QLatin1String("testcase")) {
+            cases.append(attributes.value("classname") + '/' + attributes.value("name"));
+        } else if (xml.name() == QLatin1String("failure")) {
+            QCOMPARE(attributes.value("message").toString(), sample.results.at(1).reason);
+        }
+        elements.append(xml.name().toString());
+    }
+    QVERIFY2(!xml.hasError(), qPrintable(xml.errorString()));
+    const QStringList suite{"testsuite", "testcase", "testcase", "failure", "testcase", "system-out",
+                            "testcase",  "skipped",  "testcase", "error",   "testcase", "error"};
+    QCOMPARE(elements, QStringList{"testsuites"} + suite + suite);
+    QCOMPARE(cases.mid(0, 2), QStringList({"library/loads", "clone/parent"}));
+}
+
+void TestPluginCheck::exitStatus_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<int>("status");
+    QTest::addColumn<QString>("error");
+    const auto row = [](const char *name, const QStringList &arguments, int status, const char *error = "") {
+        QTest::newRow(name) << QStringList{"check"} + arguments << status << error;
+    };
+    row("all passed", {listPlugin, "--only", "identity", "--jobs", "2"}, 0);
+    row("a failure", {faultyPlugin("clone.parent"), "--only", "clone.parent"}, 1);
+    row("another check of it", {faultyPlugin("clone.parent"), "--only", "texts.pure"}, 0);
+    row("a family", {faultyPlugin("clone.parent"), "--only", "clone"}, 1);
+    row("not loadable", {"/no/such/plugin.so"}, 3);
+    row("a crash", {faultyPlugin("texts.hostile"), "--only", "texts.hostile"}, 4);
+    row("a hang",
+        {faultyPlugin("persistence.mutation"), "--only", "persistence.mutation", "--time-limit", "0.5"}, 4);
+    row("a crash while loading", {faultyPlugin("crashes-on-load")}, 4);
+    row("the worst of several", {faultyPlugin("crashes-on-load"), listPlugin, "--only", "library"}, 4);
+    row("in process", {faultyPlugin("clone.parent"), "--only", "clone.parent", "--in-process"}, 1);
+    row("no plug-in", {}, 2, "stepctl: check: name at least one plug-in\n");
+    row("no such check", {listPlugin, "--only", "clone.parents"}, 2,
+        "stepctl: --only clone.parents: there is no such check; --list shows them all\n");
+    row("no such format", {listPlugin, "--format", "yaml"}, 2, "--format: yaml not in {text,json,junit}");
+    row("no jobs", {listPlugin, "--jobs", "0"}, 2, "--jobs: Value 0 not in range 1 to 256");
+    row("no time", {listPlugin, "--time-limit", "0"}, 2, "--time-limit: Value 0 not in range");
+}
+
+void TestPluginCheck::exitStatus()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(int, status);
+    QFETCH(QString, error);
+    const Exit exit = stepctl(arguments);
+    QVERIFY2(exit.status == status, exit.output + exit.errors);
+    if (error.isEmpty())
+        QVERIFY2(exit.errors.isEmpty(), exit.errors);
+    else
+        QVERIFY2(exit.errors.startsWith(error.toUtf8()), exit.errors);
+}
+
+void TestPluginCheck::listNamesEveryCheck()
+{
+    const Exit exit = stepctl({"check", "--list"});
+    QCOMPARE(exit.status, 0);
+    const QStringList lines = QString::fromUtf8(exit.output).split('\n', Qt::SkipEmptyParts);
+    QCOMPARE(lines.size(), pluginChecks().size());
+    for (int i = 0; i < lines.size(); ++i) {
+        QCOMPARE(lines.at(i).section(' ', 0, 0), pluginChecks().at(i).id);
+        QVERIFY(lines.at(i).endsWith("  " + pluginChecks().at(i).protects));
+    }
+}
+
+void TestPluginCheck::outputFormats()
+{
+    const QStringList arguments{"check", listPlugin, "--only", "clone.parent", "--format"};
+    const Exit text = stepctl(arguments + QStringList{"text"});
+    QCOMPARE(QString::fromUtf8(text.output), listPlugin + "\n  passed    clone.parent\npassed: 1 passed\n");
+    const Exit json = stepctl(arguments + QStringList{"json"});
+    QCOMPARE(QJsonDocument::fromJson(json.output).object()["verdict"].toString(), QString("passed"));
+    QXmlStreamReader xml(stepctl(arguments + QStringList{"junit"}).output);
+    QVERIFY(xml.readNextStartElement());
+    QCOMPARE(xml.name().toString(), QString("testsuites"));
+}
+
+QTEST_GUILESS_MAIN(TestPluginCheck)
+
+#include "tst_plugincheck.moc"
