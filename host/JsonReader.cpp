@@ -221,10 +221,9 @@ bool parseJson(const QByteArray &text, Json &document, JsonError &error)
     return true;
 }
 
-QString textOf(const Json &string)
+QString textOf(const std::string &utf8)
 {
     static const std::string mark = "\xEF\xBB\xBF";
-    const std::string &utf8 = string.get_ref<const std::string &>();
     std::size_t marks = 0;
     while (utf8.compare(marks * mark.size(), mark.size(), mark) == 0)
         ++marks;

@@ -5,6 +5,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include <string>
+
 namespace StepHost
 {
 using Json = nlohmann::json;
@@ -38,6 +40,6 @@ bool refuseBelow(JsonError &error, const QString &key);
 /// why not.
 bool parseJson(const QByteArray &text, Json &document, JsonError &error);
 
-/// The characters of a JSON string. Unlike `QString::fromUtf8`, a U+FEFF in front is kept.
-QString textOf(const Json &string);
+/// The characters of a JSON string or key. Unlike `QString::fromUtf8`, a U+FEFF in front is kept.
+QString textOf(const std::string &utf8);
 } // namespace StepHost

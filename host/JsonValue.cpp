@@ -299,7 +299,7 @@ bool readFloat(const Json &json, QVariant &value, JsonError &error)
 bool readText(const Json &json, QVariant &value, JsonError &error)
 {
     if (json.is_string()) {
-        value = textOf(json);
+        value = textOf(json.get_ref<const std::string &>());
         return true;
     }
     if (!json.is_array())
@@ -421,21 +421,26 @@ const TypedForm *findTypedForm(int type)
     return nullptr;
 }
 
+QByteArray nameOf(const TypedForm &form)
+{
+    return form.type == QMetaType::UnknownType ? QByteArray("QVariant")
+                                               : QByteArray(QMetaType::typeName(form.type));
+}
+
 const TypedForm *findTypedForm(const QByteArray &typeName)
 {
-    if (typeName == "QVariant")
-        return findTypedForm(QMetaType::UnknownType);
-    const int type = QMetaType::type(typeName);
-    return type == QMetaType::UnknownType ? nullptr : findTypedForm(type);
+    for (const TypedForm &form : typedForms) {
+        if (nameOf(form) == typeName)
+            return &form;
+    }
+    return nullptr;
 }
 
 QString typedFormNames()
 {
     QStringList names;
-    for (const TypedForm &form : typedForms) {
-        const char *name = form.type == QMetaType::UnknownType ? "QVariant" : QMetaType::typeName(form.type);
-        names.append(QLatin1Char('$') + QLatin1String(name));
-    }
+    for (const TypedForm &form : typedForms)
+        names.append(QLatin1Char('$') + QString::fromLatin1(nameOf(form)));
     names.append(QStringLiteral("$null"));
     return names.join(QLatin1String(", "));
 }
@@ -455,7 +460,7 @@ bool readTyped(const Json &json, QVariant &value, JsonError &error)
 {
     const std::string key = json.size() == 1 ? json.begin().key() : std::string();
     const TypedForm *form =
-        key.empty() || key[0] != '$' ? nullptr : findTypedForm(QByteArray(key.c_str() + 1));
+        key.empty() || key[0] != '$' ? nullptr : findTypedForm(QByteArray::fromStdString(key.substr(1)));
     if (key == "$opaque")
         return refuseJson(error,
                           QStringLiteral("a value of this type was not written and cannot be read back"));

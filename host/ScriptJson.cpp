@@ -34,7 +34,7 @@ bool checkKeys(const Json &object, const QStringList &known, JsonError &error)
     if (!object.is_object())
         return refuseKind(error, object, "an object");
     for (auto it = object.begin(); it != object.end(); ++it) {
-        const QString key = QString::fromStdString(it.key());
+        const QString key = textOf(it.key());
         if (!known.contains(key))
             return refuseChoice(error, "key", key, known);
     }
@@ -88,9 +88,8 @@ bool readVariables(const Json &json, Script &script, JsonError &error)
     if (!json.is_array())
         return refuseKind(error, json, "an array");
     QSet<QString> names;
-    script.variables.resize(json.size());
     for (std::size_t i = 0; i < json.size(); ++i) {
-        ScriptVariable &variable = script.variables[i];
+        ScriptVariable variable;
         if (!readVariable(json[i], variable, error))
             return refuseBelow(error, QString::number(i));
         if (names.contains(variable.name)) {
@@ -99,8 +98,14 @@ bool readVariables(const Json &json, Script &script, JsonError &error)
             return refuseBelow(error, QString::number(i));
         }
         names.insert(variable.name);
+        script.variables.push_back(variable);
     }
     return true;
+}
+
+bool isKeyOfEveryStep(const QString &key)
+{
+    return key == QLatin1String("type") || key == QLatin1String("enabled");
 }
 
 // The settings of a step: its own properties that can be written, not those of every QObject.
@@ -108,8 +113,9 @@ QStringList settingNames(const QMetaObject *metaObject)
 {
     QStringList names;
     for (int i = QObject::staticMetaObject.propertyCount(); i < metaObject->propertyCount(); ++i) {
-        if (metaObject->property(i).isWritable())
-            names.append(QLatin1String(metaObject->property(i).name()));
+        const QString name = QLatin1String(metaObject->property(i).name());
+        if (metaObject->property(i).isWritable() && !isKeyOfEveryStep(name))
+            names.append(name);
     }
     return names;
 }
@@ -170,19 +176,17 @@ bool readStep(const Json &json, ScriptStep &step, const StepCatalogue &catalogue
         refuseJson(error, QStringLiteral("the step cannot be created: its prototype gives no clone"));
         return refuseBelow(error, QStringLiteral("type"));
     }
+    const auto enabled = json.find("enabled");
+    if (enabled != json.end() && !enabled->is_boolean()) {
+        refuseKind(error, *enabled, "true or false");
+        return refuseBelow(error, QStringLiteral("enabled"));
+    }
+    step.enabled = enabled == json.end() || enabled->get<bool>();
     const QStringList settings = settingNames(step.operation->metaObject());
     for (auto it = json.begin(); it != json.end(); ++it) {
-        const QString key = QString::fromStdString(it.key());
-        if (key == QLatin1String("type"))
+        const QString key = textOf(it.key());
+        if (isKeyOfEveryStep(key))
             continue;
-        if (key == QLatin1String("enabled")) {
-            if (!it->is_boolean()) {
-                refuseKind(error, *it, "true or false");
-                return refuseBelow(error, key);
-            }
-            step.enabled = it->get<bool>();
-            continue;
-        }
         if (!settings.contains(key))
             return refuseChoice(error, "property", key, settings);
         if (!readProperty(*step.operation, key, *it, error))
@@ -195,10 +199,11 @@ bool readSteps(const Json &json, Script &script, const StepCatalogue &catalogue,
 {
     if (!json.is_array())
         return refuseKind(error, json, "an array");
-    script.steps.resize(json.size());
     for (std::size_t i = 0; i < json.size(); ++i) {
-        if (!readStep(json[i], script.steps[i], catalogue, error))
+        ScriptStep step;
+        if (!readStep(json[i], step, catalogue, error))
             return refuseBelow(error, QString::number(i));
+        script.steps.push_back(std::move(step));
     }
     return true;
 }

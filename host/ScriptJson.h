@@ -20,7 +20,8 @@
 ///
 /// Both lists may be left out. A variable without a value gets its type's empty value. All keys of a step
 /// other than "type" and "enabled" (true unless said) are its properties; one that is left out keeps the
-/// value that the prototype has. The forms of values are those of JsonValue.h.
+/// value that the prototype has. A property called "type" or "enabled" is out of a script's reach. The
+/// forms of values are those of JsonValue.h.
 namespace StepHost
 {
 /// A script that was read, or the reason why there is none.

@@ -83,6 +83,7 @@ class SettingsStep : public FixtureStep
     Q_PROPERTY(QVariant anything MEMBER m_anything)
     Q_PROPERTY(Color color MEMBER m_color)
     Q_PROPERTY(int fixed READ fixed)
+    Q_PROPERTY(int enabled MEMBER m_enabled)
 
 public:
     enum Color { Red, Green };
@@ -111,6 +112,39 @@ private:
     QStringList m_words;
     QVariant m_anything;
     Color m_color = Red;
+    int m_enabled = 0;
+};
+
+// Throws an exception of its own while it is edited.
+class BrittleStep : public FixtureStep
+{
+    Q_OBJECT
+    Q_PROPERTY(int mood READ mood WRITE setMood)
+
+public:
+    using FixtureStep::FixtureStep;
+
+    int mood() const
+    {
+        return 0;
+    }
+    void setMood(int)
+    {
+        throw BadMood();
+    }
+    Operation *clone(QObject *parent) const override
+    {
+        return new BrittleStep(typeId(), parent);
+    }
+
+private:
+    struct BadMood : std::exception
+    {
+        const char *what() const noexcept override
+        {
+            return "bad mood";
+        }
+    };
 };
 
 class HostileSteps : public FixturePlugin
@@ -121,9 +155,9 @@ class HostileSteps : public FixturePlugin
 public:
     QList<Operation *> createPrototypes() override
     {
-        return {new ThrowingStep("fixture.throw"), new EscapingStep("fixture.escape"),
-                new WritingStep("fixture.write"), new UnclonableStep("fixture.unclonable"),
-                new SettingsStep("fixture.settings")};
+        return {new ThrowingStep("fixture.throw"),    new EscapingStep("fixture.escape"),
+                new WritingStep("fixture.write"),     new UnclonableStep("fixture.unclonable"),
+                new SettingsStep("fixture.settings"), new BrittleStep("fixture.brittle")};
     }
 };
 

@@ -291,6 +291,8 @@ void TestJsonValue::refuses_data()
                               << "an object stands for a value of a special type";
     QTest::newRow("unknown type") << QByteArray("{\"$QDate\": 1}")
                                   << "one of these keys: $QVariant, $bool, $int, $uint";
+    QTest::newRow("NUL in a key") << QByteArray("{\"$int\\u0000\": 1}")
+                                  << "an object stands for a value of a special type";
     QTest::newRow("out of range") << QByteArray("[{\"$uint\": -1}]") << "at /0/$uint: -1 is out of range";
     QTest::newRow("int out of range") << QByteArray("{\"$int\": 2147483648}") << "2147483648 is out of range";
     QTest::newRow("short out of range") << QByteArray("{\"$short\": 32768}") << "32768 is out of range";

@@ -242,6 +242,9 @@ void TestScriptJson::refuses_data()
         << R"(there is no property "objectName"; there are "targetVar")";
     QTest::newRow("read-only property") << step(R"({"type": "fixture.settings", "fixed": 1})")
                                         << R"(there is no property "fixed"; there are "ratio", "size")";
+    QTest::newRow("byte order mark in a key") << step("{\"type\": \"list.clear\", \"\xEF\xBB\xBF"
+                                                      "enabled\": true}")
+                                              << "there is no property";
     QTest::newRow("no properties at all")
         << step(R"({"type": "fixture.throw", "a": 1})") << R"(there is no property "a"; there are none)";
     QTest::newRow("enabled") << step(R"({"type": "list.clear", "enabled": 1})")

@@ -52,6 +52,7 @@ private slots:
     void refusedPlugins();
     void findsPluginsOnThePath();
     void aStepThatThrows();
+    void aSetterThatThrows();
     void writesAFile();
     void replacesAFileWhole();
     void leavesTheFileAloneOnFailure_data();
@@ -410,6 +411,15 @@ void TestStepctlRun::aStepThatThrows()
     QCOMPARE(result.status, 2);
     QCOMPARE(result.output, QString());
     QCOMPARE(result.errors, QString("stepctl: step 2 (fixture.throw) threw an exception: out of paper\n"));
+}
+
+void TestStepctlRun::aSetterThatThrows()
+{
+    const QString script = file("throw.json", R"({"steps": [{"type": "fixture.brittle", "mood": 1}]})");
+    const Run result = run({"run", script, "--plugin", fixture("HostileSteps")});
+    QCOMPARE(result.status, 2);
+    QCOMPARE(result.output, QString());
+    QCOMPARE(result.errors, QString("stepctl: an unexpected exception ended the work: bad mood\n"));
 }
 
 void TestStepctlRun::writesAFile()

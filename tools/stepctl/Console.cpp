@@ -4,6 +4,7 @@
 #include <QSaveFile>
 
 #include <cstdio>
+#include <exception>
 #include <iostream>
 
 #ifdef Q_OS_WIN
@@ -16,6 +17,18 @@ int refuse(const QString &reason)
 {
     std::cerr << "stepctl: " << reason.toStdString() << std::endl;
     return ExitRefused;
+}
+
+int refuseExceptions(const std::function<int()> &work)
+{
+    const QString lead = QStringLiteral("an unexpected exception ended the work");
+    try {
+        return work();
+    } catch (const std::exception &exception) {
+        return refuse(lead + QLatin1String(": ") + QString::fromUtf8(exception.what()));
+    } catch (...) {
+        return refuse(lead);
+    }
 }
 
 bool writeResult(const QByteArray &bytes, const QString &fileName)

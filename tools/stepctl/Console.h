@@ -5,8 +5,15 @@
 #include <QByteArray>
 #include <QString>
 
+#include <functional>
+
 /// Tells the user on standard error why the work was not done. Returns ExitRefused.
 int refuse(const QString &reason);
+
+/// Does \a work and returns what it returns. An exception, which the contract lets no plug-in throw, is told
+/// to the user on standard error and gives ExitRefused. To be called while the plug-ins are still loaded:
+/// the exception may belong to one.
+int refuseExceptions(const std::function<int()> &work);
 
 /// Writes \a bytes to the file \a fileName, which is replaced whole or stays as it was, or to standard
 /// output when the name is empty. Returns whether it could; tells the user on standard error if not.

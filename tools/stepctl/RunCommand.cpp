@@ -110,11 +110,8 @@ RunResult runWithProgress(const Script &script, VariableScope &scope, bool showP
     return runScript(script, scope, observer);
 }
 
-int run(const RunArguments &arguments)
+int run(const RunArguments &arguments, const StepCatalogue &catalogue)
 {
-    StepCatalogue catalogue;
-    if (!arguments.plugins.load(catalogue))
-        return ExitRefused;
     ScriptResult read = readScriptFile(QString::fromStdString(arguments.script), catalogue);
     if (!read)
         return refuse(read.error);
@@ -182,5 +179,12 @@ void addRunCommand(CLI::App &app, Action &action)
                     "2 bad usage, bad script, a refused plug-in or a failed step.\n\n"
                     "Example:\n"
                     "  stepctl run clean.json --list names=@names.txt --set limit=10 --format json");
-    command->callback([&action, arguments] { action = [arguments] { return run(*arguments); }; });
+    command->callback([&action, arguments] {
+        action = [arguments]() -> int {
+            StepCatalogue catalogue;
+            if (!arguments->plugins.load(catalogue))
+                return ExitRefused;
+            return refuseExceptions([&] { return run(*arguments, catalogue); });
+        };
+    });
 }
