@@ -753,7 +753,7 @@ void TestListFunctions::addConversionToUnknownTypes()
                                QVariant::fromValue(Opaque())};
     for (const int type : {0, 7, 8, -1, INT_MAX, INT_MIN}) {
         for (const QVariant &value : values)
-            QTest::addRow("to %d: %s", type, qPrintable(shown(value)))
+            QTest::addRow("to %d: %s", type, qUtf8Printable(shown(value)))
                 << VarType(type) << value << true << value;
     }
 }

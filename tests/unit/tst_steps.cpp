@@ -487,7 +487,7 @@ void TestSteps::getConverts_data()
         };
         for (const Cell &cell : cells) {
             const bool accepted = cell.result.isValid();
-            QTest::addRow("%s to %s", qPrintable(shown(kind.element)), qPrintable(shown(cell.target.value)))
+            QTest::addRow("%s to %s", qUtf8Printable(shown(kind.element)), qUtf8Printable(shown(cell.target.value)))
                 << "list.get" << QVariantMap{{"sourceVar", "source"}, {"index", "0"}, {"targetVar", "target"}}
                 << Variables{listVariable("source", QVariantList() << kind.element), cell.target}
                 << (accepted ? "target" : "") << cell.result
@@ -639,7 +639,7 @@ void TestSteps::addTargetRows(const QString &typeId, const char *tag)
             << QVariant() << warnings;
     };
     const auto notTarget = [tag](const QString &name) {
-        return warning(qPrintable(QString(tag) + " 目标变量"), name, "未声明为列表，已跳过");
+        return warning(qUtf8Printable(QString(tag) + " 目标变量"), name, "未声明为列表，已跳过");
     };
     row("", "int", "missing", {});
     row("int", "text", "missing", {notAList("int")});
