@@ -1,6 +1,10 @@
 # What every target of the project has in common. Flags are set per target, so that a project that embeds
 # this one keeps its own.
 
+set(QUILLMAP_WARNING_OPTIONS -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Wcast-align -Wunused)
+set(QUILLMAP_SANITIZER_OPTIONS
+    -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+
 function(quillmap_configure target)
     target_compile_definitions(${target} PRIVATE
         QT_NO_CAST_TO_ASCII
@@ -13,14 +17,12 @@ function(quillmap_configure target)
         endif()
         return()
     endif()
-    target_compile_options(${target} PRIVATE
-        -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Wcast-align -Wunused)
+    target_compile_options(${target} PRIVATE ${QUILLMAP_WARNING_OPTIONS})
     if(QUILLMAP_WERROR)
         target_compile_options(${target} PRIVATE -Werror)
     endif()
     if(QUILLMAP_SANITIZE)
-        target_compile_options(${target} PRIVATE
-            -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+        target_compile_options(${target} PRIVATE ${QUILLMAP_SANITIZER_OPTIONS})
         target_link_options(${target} PRIVATE -fsanitize=address,undefined)
     endif()
     if(QUILLMAP_FUZZ)

@@ -10,7 +10,6 @@ namespace StepHost
 {
 namespace
 {
-constexpr int maxSize = 1 << 28;
 constexpr int chunkSize = 1 << 20;
 
 bool decodeUtf8(const char *bytes, int size, QString &text)
@@ -58,10 +57,10 @@ InputFile readInputFile(const QString &fileName)
         return refuse(file.errorString());
     // The size of a pipe shows only as it is read.
     QByteArray chunk;
-    bool isTooLarge = file.size() > maxSize;
+    bool isTooLarge = file.size() > maxInputSize;
     while (!isTooLarge && !(chunk = file.read(chunkSize)).isEmpty()) {
         input.bytes += chunk;
-        isTooLarge = input.bytes.size() > maxSize;
+        isTooLarge = input.bytes.size() > maxInputSize;
     }
     if (isTooLarge)
         return refuse(QStringLiteral("the file holds more than 256 MiB"));

@@ -6,6 +6,9 @@
 
 namespace StepHost
 {
+/// No file larger than this, in bytes, is read or made.
+constexpr int maxInputSize = 1 << 28;
+
 /// What a file holds, or the reason why it could not be read.
 struct InputFile
 {

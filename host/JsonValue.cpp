@@ -1,5 +1,6 @@
 #include "JsonValue.h"
 
+#include "InputFile.h"
 #include "JsonTree.h"
 #include "QuotedText.h"
 #include "Script.h"
@@ -16,9 +17,6 @@ namespace StepHost
 {
 namespace
 {
-// No more than an input file may have.
-constexpr int maxDocumentSize = 1 << 28;
-
 using ReadPayload = bool (*)(const Json &payload, QVariant &value, JsonError &error);
 using AppendPayload = QString (*)(QByteArray &json, const QVariant &value, int depth);
 
@@ -91,7 +89,7 @@ QString checkDepth(int levels)
 
 QString checkSize(const QByteArray &json)
 {
-    return json.size() > maxDocumentSize ? QStringLiteral("makes more than 256 MiB of JSON") : QString();
+    return json.size() > maxInputSize ? QStringLiteral("makes more than 256 MiB of JSON") : QString();
 }
 
 template<typename Items, typename AppendItem>

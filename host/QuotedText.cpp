@@ -22,4 +22,12 @@ QString quoted(const QString &text)
         result += QStringLiteral("... (%1 characters)").arg(text.size());
     return result;
 }
+
+QString notAmong(const char *what, const QString &name, const QStringList &choices)
+{
+    const QString list = choices.isEmpty()
+        ? QStringLiteral("none")
+        : QLatin1Char('"') + choices.join(QLatin1String("\", \"")) + QLatin1Char('"');
+    return QStringLiteral("there is no %1 %2; there are %3").arg(QLatin1String(what), quoted(name), list);
+}
 } // namespace StepHost

@@ -1,9 +1,9 @@
 #include "ScriptJson.h"
 
-#include "InputFile.h"
 #include "JsonTree.h"
 #include "JsonValue.h"
 #include "QuotedText.h"
+#include "ScriptTree.h"
 
 #include <QMetaEnum>
 #include <QMetaProperty>
@@ -16,17 +16,9 @@ namespace
 // How many arrays and objects a variable's value or a step's property stands in.
 constexpr int memberDepth = 3;
 
-QString quotedList(const QStringList &names)
-{
-    return names.isEmpty() ? QStringLiteral("none")
-                           : QLatin1Char('"') + names.join(QLatin1String("\", \"")) + QLatin1Char('"');
-}
-
 bool refuseChoice(JsonError &error, const char *what, const QString &name, const QStringList &choices)
 {
-    return refuseJson(error,
-                      QStringLiteral("there is no %1 %2; there are %3")
-                          .arg(QLatin1String(what), quoted(name), quotedList(choices)));
+    return refuseJson(error, notAmong(what, name, choices));
 }
 
 bool checkKeys(const Json &object, const QStringList &known, JsonError &error)
@@ -81,26 +73,6 @@ bool readVariable(const Json &json, ScriptVariable &variable, JsonError &error)
     }
     return readVariableValue(*value, variable.type, variable.value, error)
         || refuseBelow(error, QStringLiteral("value"));
-}
-
-bool readVariables(const Json &json, Script &script, JsonError &error)
-{
-    if (!json.is_array())
-        return refuseKind(error, json, "an array");
-    QSet<QString> names;
-    for (std::size_t i = 0; i < json.size(); ++i) {
-        ScriptVariable variable;
-        if (!readVariable(json[i], variable, error))
-            return refuseBelow(error, QString::number(i));
-        if (names.contains(variable.name)) {
-            refuseJson(error,
-                       QStringLiteral("the variable %1 is declared already").arg(quoted(variable.name)));
-            return refuseBelow(error, QString::number(i));
-        }
-        names.insert(variable.name);
-        script.variables.push_back(variable);
-    }
-    return true;
 }
 
 bool isKeyOfEveryStep(const QString &key)
@@ -249,6 +221,26 @@ QString appendStep(QByteArray &json, const ScriptStep &step)
 }
 } // namespace
 
+bool readVariables(const Json &json, Script &script, JsonError &error)
+{
+    if (!json.is_array())
+        return refuseKind(error, json, "an array");
+    QSet<QString> names;
+    for (std::size_t i = 0; i < json.size(); ++i) {
+        ScriptVariable variable;
+        if (!readVariable(json[i], variable, error))
+            return refuseBelow(error, QString::number(i));
+        if (names.contains(variable.name)) {
+            refuseJson(error,
+                       QStringLiteral("the variable %1 is declared already").arg(quoted(variable.name)));
+            return refuseBelow(error, QString::number(i));
+        }
+        names.insert(variable.name);
+        script.variables.push_back(variable);
+    }
+    return true;
+}
+
 ScriptResult readScript(const QByteArray &json, const StepCatalogue &catalogue)
 {
     ScriptResult result;
@@ -257,20 +249,6 @@ ScriptResult readScript(const QByteArray &json, const StepCatalogue &catalogue)
         result.script = Script();
         result.error = error.toString();
     }
-    return result;
-}
-
-ScriptResult readScriptFile(const QString &fileName, const StepCatalogue &catalogue)
-{
-    ScriptResult result;
-    const InputFile file = readInputFile(fileName);
-    if (!file) {
-        result.error = file.error;
-        return result;
-    }
-    result = readScript(file.bytes, catalogue);
-    if (!result)
-        result.error.prepend(fileName + QLatin1String(": "));
     return result;
 }
 

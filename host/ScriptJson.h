@@ -39,9 +39,6 @@ struct ScriptResult
 /// Reads \a json. The steps are made by \a catalogue. A mistake in one place refuses the whole script.
 ScriptResult readScript(const QByteArray &json, const StepCatalogue &catalogue);
 
-/// Reads the file \a fileName like readScript(). An error begins with the file's name.
-ScriptResult readScriptFile(const QString &fileName, const StepCatalogue &catalogue);
-
 /// What was written, or the reason why it could not be: a value that is nested too deep or too large.
 struct WriteResult
 {

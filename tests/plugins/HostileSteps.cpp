@@ -15,6 +15,10 @@ public:
     {
         throw std::runtime_error("out of paper");
     }
+    void loadOperation(QDataStream &) override
+    {
+        throw std::runtime_error("out of glasses");
+    }
     Operation *clone(QObject *parent) const override
     {
         return new ThrowingStep(typeId(), parent);

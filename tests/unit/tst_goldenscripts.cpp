@@ -1,5 +1,5 @@
 #include "host/RunReport.h"
-#include "host/ScriptJson.h"
+#include "host/ScriptFile.h"
 #include "host/ScriptRunner.h"
 #include "host/StepCatalogue.h"
 

@@ -1,4 +1,4 @@
-#include "host/ScriptJson.h"
+#include "host/ScriptFile.h"
 
 #include <QtTest>
 

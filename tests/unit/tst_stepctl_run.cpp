@@ -1,3 +1,5 @@
+#include "StepctlFolder.h"
+
 #include <QtTest>
 
 #include <QJsonDocument>
@@ -8,14 +10,6 @@ QString fixture(const QString &name)
 {
     return QString(FIXTURE_DIR "/%1" FIXTURE_SUFFIX).arg(name);
 }
-
-// What a run of the program left behind.
-struct Run
-{
-    int status = -1;
-    QString output;
-    QString errors;
-};
 
 const char sortScript[] = R"({
     "variables": [{"name": "names", "type": "list", "value": ["b", "a"]}],
@@ -63,50 +57,25 @@ private slots:
     void runsALongScriptOnALongList();
 
 private:
-    Run run(const QStringList &arguments, const QByteArray &input = QByteArray());
-    QString file(const QString &name, const QByteArray &content);
-    QByteArray contentOf(const QString &name);
+    Run run(const QStringList &arguments, const QByteArray &input = QByteArray())
+    {
+        return m_folder->run(arguments, input);
+    }
+    QString file(const QString &name, const QByteArray &content)
+    {
+        return m_folder->write(name, content);
+    }
+    QByteArray contentOf(const QString &name)
+    {
+        return m_folder->contentOf(name);
+    }
 
-    std::unique_ptr<QTemporaryDir> m_folder;
-    QProcessEnvironment m_environment;
+    std::unique_ptr<StepctlFolder> m_folder;
 };
 
 void TestStepctlRun::init()
 {
-    m_folder = std::make_unique<QTemporaryDir>();
-    m_environment = QProcessEnvironment::systemEnvironment();
-    m_environment.remove("QUILLMAP_PLUGIN_PATH");
-}
-
-Run TestStepctlRun::run(const QStringList &arguments, const QByteArray &input)
-{
-    QProcess process;
-    process.setProcessEnvironment(m_environment);
-    process.setWorkingDirectory(m_folder->path());
-    process.start(STEPCTL_FILE, arguments);
-    process.write(input);
-    process.closeWriteChannel();
-    Run result;
-    if (process.waitForFinished(120000) && process.exitStatus() == QProcess::NormalExit)
-        result.status = process.exitCode();
-    result.output = QString::fromUtf8(process.readAllStandardOutput()).remove('\r');
-    result.errors = QString::fromUtf8(process.readAllStandardError()).remove('\r');
-    return result;
-}
-
-// Writes the file `name` and returns the name.
-QString TestStepctlRun::file(const QString &name, const QByteArray &content)
-{
-    QFile out(m_folder->filePath(name));
-    if (!out.open(QIODevice::WriteOnly) || out.write(content) != content.size())
-        qFatal("cannot write %s", qPrintable(out.fileName()));
-    return name;
-}
-
-QByteArray TestStepctlRun::contentOf(const QString &name)
-{
-    QFile in(m_folder->filePath(name));
-    return in.open(QIODevice::ReadOnly) ? in.readAll() : QByteArray("(no file)");
+    m_folder = std::make_unique<StepctlFolder>();
 }
 
 void TestStepctlRun::explainsItself_data()
@@ -393,10 +362,10 @@ void TestStepctlRun::refusedPlugins()
 void TestStepctlRun::findsPluginsOnThePath()
 {
     const QString script = file("sort.json", sortScript);
-    m_environment.insert("QUILLMAP_PLUGIN_PATH", QFileInfo(LISTOPERPLUGIN_FILE).path());
+    m_folder->environment.insert("QUILLMAP_PLUGIN_PATH", QFileInfo(LISTOPERPLUGIN_FILE).path());
     QCOMPARE(run({"run", script}).status, 0);
 
-    m_environment.insert("QUILLMAP_PLUGIN_PATH", m_folder->path());
+    m_folder->environment.insert("QUILLMAP_PLUGIN_PATH", m_folder->path());
     const Run result = run({"run", script});
     QCOMPARE(result.status, 2);
     QVERIFY2(result.errors.contains("no plug-in found in " + m_folder->path()), qPrintable(result.errors));
@@ -490,7 +459,7 @@ void TestStepctlRun::showsNoProgressWithoutATerminal()
 
 void TestStepctlRun::speaksUtf8InAnyLocale()
 {
-    m_environment.insert("LC_ALL", "C");
+    m_folder->environment.insert("LC_ALL", "C");
     file(QString::fromUtf8("名字.txt"), "李雷\n");
     const Run result = run({"run", file(QString::fromUtf8("脚本.json"), "{}"), "--list",
                             QString::fromUtf8("名=@名字.txt"), "--set", QString::fromUtf8("城=北京")});

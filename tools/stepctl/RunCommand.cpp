@@ -7,7 +7,7 @@
 #include "host/InputFile.h"
 #include "host/QuotedText.h"
 #include "host/RunReport.h"
-#include "host/ScriptJson.h"
+#include "host/ScriptFile.h"
 #include "host/ScriptRunner.h"
 #include "host/VariableInput.h"
 
@@ -150,8 +150,8 @@ void addRunCommand(CLI::App &app, Action &action)
         app.add_subcommand("run", "Run a script and print its variables and what each step did");
     const auto arguments = std::make_shared<RunArguments>();
 
-    command->add_option("script", arguments->script, "The script, a JSON file")
-        ->type_name("SCRIPT.json")
+    command->add_option("script", arguments->script, "The script, in JSON or in the binary form")
+        ->type_name("SCRIPT")
         ->required();
     arguments->plugins.addTo(*command);
     command

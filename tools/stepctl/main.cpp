@@ -1,4 +1,5 @@
 #include "CheckCommand.h"
+#include "ConvertCommand.h"
 #include "NewPluginCommand.h"
 #include "PaletteCommand.h"
 #include "RunCommand.h"
@@ -63,6 +64,7 @@ int main(int argc, char *argv[])
     addPaletteCommand(app, action);
     addDescribeCommand(app, action);
     addCheckCommand(app, action);
+    addConvertCommand(app, action);
     addNewPluginCommand(app, action);
 
     try {
