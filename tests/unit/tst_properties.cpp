@@ -189,7 +189,7 @@ private slots:
 void TestProperties::initTestCase()
 {
     if (!qEnvironmentVariableIsSet("RC_PARAMS"))
-        qputenv("RC_PARAMS", "max_success=2000 max_size=40");
+        qputenv("RC_PARAMS", "max_success=2000 max_size=25");
 }
 
 void TestProperties::add()
