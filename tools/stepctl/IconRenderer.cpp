@@ -62,7 +62,8 @@ IconDrawing drawIcon(const QString &path)
 
 std::unique_ptr<QCoreApplication> createDrawingApplication(int &argc, char **argv)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    // No window system, and unlike "offscreen" it frees all it allocates.
+    qputenv("QT_QPA_PLATFORM", "minimal");
     return std::make_unique<QGuiApplication>(argc, argv);
 }
 
