@@ -1,5 +1,7 @@
 #include "QuotedText.h"
 
+#include "JsonValue.h"
+
 namespace StepHost
 {
 QString quoted(const QString &text)
@@ -21,5 +23,19 @@ QString quoted(const QString &text)
     if (text.size() > shown)
         result += QStringLiteral("... (%1 characters)").arg(text.size());
     return result;
+}
+
+QString inOneLine(const QString &text)
+{
+    QString line;
+    line.reserve(text.size());
+    for (const QChar c : text) {
+        const QString escape = controlEscape(c);
+        if (escape.isEmpty())
+            line += c;
+        else
+            line += escape;
+    }
+    return line;
 }
 } // namespace StepHost

@@ -7,4 +7,8 @@ namespace StepHost
 /// \a text in double quotes, fit for one line of a message: control characters and lone surrogates are
 /// shown as `\uXXXX`, and of a text longer than 60 characters only the beginning is shown, with its length.
 QString quoted(const QString &text);
+
+/// The whole of \a text without anything that would end a line or command a terminal: control characters are
+/// written as in JSON.
+QString inOneLine(const QString &text);
 } // namespace StepHost
