@@ -24,17 +24,6 @@ QVector<PaletteEntry> orderedSteps(const StepCatalogue &catalogue)
     return paletteOrder(sources);
 }
 
-// `text` without anything that would end the line or command a terminal.
-QString inOneLine(const QString &text)
-{
-    QString line;
-    for (const QChar c : text) {
-        const QString escape = controlEscape(c);
-        line += escape.isEmpty() ? QString(c) : escape;
-    }
-    return line;
-}
-
 QByteArray defaultAsJson(const Operation &prototype, const SettingSchema &setting)
 {
     const QVariant value = prototype.property(setting.property.toUtf8().constData());

@@ -1,5 +1,7 @@
 #include "PluginCheckReport.h"
 
+#include "QuotedText.h"
+
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -161,11 +163,11 @@ QString textReport(const QVector<PluginReport> &reports)
 {
     QString text;
     for (const PluginReport &report : reports) {
-        text += report.fileName + QLatin1Char('\n');
+        text += inOneLine(report.fileName) + QLatin1Char('\n');
         for (const CheckResult &result : report.results) {
             text += QStringLiteral("  %1 %2").arg(outcomeWord(result.outcome), -9).arg(result.id);
             if (!result.reason.isEmpty())
-                text += QLatin1String(": ") + result.reason;
+                text += QLatin1String(": ") + inOneLine(result.reason);
             text += QLatin1Char('\n');
         }
     }

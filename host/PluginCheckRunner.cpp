@@ -148,6 +148,7 @@ public:
 
 private:
     QVector<CheckResult> runHere(const QVector<PluginCheck> &checks) const;
+    QVector<CheckResult> notStarted(const QVector<PluginCheck> &checks) const;
     void startMore();
 
     QString m_fileName;
@@ -165,6 +166,8 @@ QVector<CheckResult> PluginRun::run(const QVector<PluginCheck> &checks)
 {
     if (m_options.program.isEmpty())
         return runHere(checks);
+    if (!m_directory.isValid())
+        return notStarted(checks);
     m_checks = checks;
     m_results = QVector<CheckResult>(checks.size());
     m_started = 0;
@@ -181,6 +184,18 @@ QVector<CheckResult> PluginRun::runHere(const QVector<PluginCheck> &checks) cons
     QVector<CheckResult> results;
     for (const PluginCheck &check : checks) {
         results.append(runPluginCheck(check, m_fileName, m_options.renderer));
+        m_progress();
+    }
+    return results;
+}
+
+QVector<CheckResult> PluginRun::notStarted(const QVector<PluginCheck> &checks) const
+{
+    QVector<CheckResult> results;
+    for (const PluginCheck &check : checks) {
+        results.append(
+            {check.id, CheckOutcome::Crashed,
+             QStringLiteral("there is no folder for its result: %1").arg(m_directory.errorString()), 0});
         m_progress();
     }
     return results;

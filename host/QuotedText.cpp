@@ -1,5 +1,7 @@
 #include "QuotedText.h"
 
+#include "JsonValue.h"
+
 namespace StepHost
 {
 QString quoted(const QString &text)
@@ -29,5 +31,19 @@ QString notAmong(const char *what, const QString &name, const QStringList &choic
         ? QStringLiteral("none")
         : QLatin1Char('"') + choices.join(QLatin1String("\", \"")) + QLatin1Char('"');
     return QStringLiteral("there is no %1 %2; there are %3").arg(QLatin1String(what), quoted(name), list);
+}
+
+QString inOneLine(const QString &text)
+{
+    QString line;
+    line.reserve(text.size());
+    for (const QChar c : text) {
+        const QString escape = controlEscape(c);
+        if (escape.isEmpty())
+            line += c;
+        else
+            line += escape;
+    }
+    return line;
 }
 } // namespace StepHost

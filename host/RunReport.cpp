@@ -10,21 +10,6 @@ namespace
 const StepOutcome countedOutcomes[] = {StepOutcome::Wrote, StepOutcome::Skipped, StepOutcome::Disabled,
                                        StepOutcome::Failed, StepOutcome::NotRun};
 
-// `text` without anything that would end the line or command a terminal.
-QByteArray inOneLine(const QString &text)
-{
-    QString line;
-    line.reserve(text.size());
-    for (const QChar c : text) {
-        const QString escape = controlEscape(c);
-        if (escape.isEmpty())
-            line += c;
-        else
-            line += escape;
-    }
-    return line.toUtf8();
-}
-
 QByteArray padded(const QString &text, int width)
 {
     return text.leftJustified(width).toUtf8();
@@ -33,7 +18,8 @@ QByteArray padded(const QString &text, int width)
 QString appendVariableLines(QByteArray &text, const std::vector<ScriptVariable> &variables)
 {
     for (const ScriptVariable &variable : variables) {
-        text += "  " + padded(varTypeName(variable.type), 6) + "  " + inOneLine(variable.name) + " = ";
+        text +=
+            "  " + padded(varTypeName(variable.type), 6) + "  " + inOneLine(variable.name).toUtf8() + " = ";
         const QString error = appendVariableAsJson(text, variable.value, variable.type);
         if (!error.isEmpty())
             return QStringLiteral("the value of %1 %2").arg(quoted(variable.name), error);
@@ -50,11 +36,11 @@ void appendStepLines(QByteArray &text, const RunReport &report)
         const StepResult &result = report.result.steps[i];
         text += "  " + QByteArray::number(qulonglong(i + 1)).rightJustified(numberWidth) + "  "
             + padded(outcomeName(result.outcome), 8) + "  "
-            + inOneLine(report.script.steps[i].operation->toString()) + '\n';
+            + inOneLine(report.script.steps[i].operation->toString()).toUtf8() + '\n';
         for (const QString &warning : result.warnings)
-            text += indent + inOneLine(warning) + '\n';
+            text += indent + inOneLine(warning).toUtf8() + '\n';
         if (!result.failure.isEmpty())
-            text += indent + inOneLine(result.failure) + '\n';
+            text += indent + inOneLine(result.failure).toUtf8() + '\n';
     }
 }
 

@@ -134,6 +134,7 @@ private slots:
     void withoutLoadingNothingElseIsChecked_data();
     void withoutLoadingNothingElseIsChecked();
     void aWorkerThatDoesNotStart();
+    void noFolderForResults();
     void orderAndProgress_data();
     void orderAndProgress();
     void verdicts_data();
@@ -218,15 +219,19 @@ void TestPluginCheck::theRestIsUnharmed_data()
     QTest::newRow("running.no-scope")
         << QStringList{"running.no-scope", "running.detached-scope"} << CheckOutcome::Crashed;
     QTest::newRow("exits") << QStringList{"running.hostile-settings"} << CheckOutcome::Crashed;
-    QTest::newRow("clone.settings") << QStringList{"clone.settings"} << CheckOutcome::Failed;
 }
 
 void TestPluginCheck::theRestIsUnharmed()
 {
     QFETCH(QStringList, harmed);
     QFETCH(CheckOutcome, outcome);
-    const QVector<CheckResult> results = check(faultyPlugin(QTest::currentDataTag()), pluginChecks());
-    QCOMPARE(results.size(), pluginChecks().size());
+    QVector<PluginCheck> checks;
+    for (const PluginCheck &check : pluginChecks()) {
+        if (!check.id.startsWith("library.") && !check.id.startsWith("schema."))
+            checks.append(check);
+    }
+    const QVector<CheckResult> results = check(faultyPlugin(QTest::currentDataTag()), checks);
+    QCOMPARE(results.size(), checks.size());
     for (const CheckResult &result : results)
         QVERIFY2(result.outcome == (harmed.contains(result.id) ? outcome : CheckOutcome::Passed),
                  qPrintable(result.id + ' ' + outcomeWord(result.outcome) + ": " + result.reason));
@@ -349,6 +354,21 @@ void TestPluginCheck::aWorkerThatDoesNotStart()
              qPrintable(results.first().reason));
 }
 
+void TestPluginCheck::noFolderForResults()
+{
+    const QByteArray previous = qgetenv("TMPDIR");
+    qputenv("TMPDIR", QUILLMAP_SOURCE_DIR "/CMakeLists.txt"); // A file, and no folder.
+    const QVector<CheckResult> results = check(listPlugin, checksOf({"library.loads"}));
+    previous.isNull() ? qunsetenv("TMPDIR") : qputenv("TMPDIR", previous);
+#ifndef Q_OS_UNIX
+    QSKIP("the folder for temporary files is chosen in another way");
+#endif
+    QCOMPARE(results.size(), 1);
+    QVERIFY(results.first().outcome == CheckOutcome::Crashed);
+    QVERIFY2(results.first().reason.startsWith("there is no folder for its result: "),
+             qPrintable(results.first().reason));
+}
+
 void TestPluginCheck::orderAndProgress_data()
 {
     QTest::addColumn<int>("jobs");
@@ -423,8 +443,8 @@ void TestPluginCheck::textReportIsStable()
                      "  failed    clone.parent: A: clone(parent) has \"no\" parent <&>\n"
                      "  warning   icon.size: rather large\n"
                      "  skipped   icon.renders: images cannot be drawn here\n"
-                     "  crashed   texts.pure: bad ")
-                 + QChar(1) + QChar(0xd800)
+                     "  crashed   texts.pure: bad \\u0001")
+                 + QChar(0xd800)
                  + "\n"
                    "  timed out texts.quiet: no end\n"
                    "crashed: 1 passed, 1 warning, 1 skipped, 1 failed, 1 crashed, 1 timed out\n");

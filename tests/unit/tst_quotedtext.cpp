@@ -9,6 +9,7 @@ class TestQuotedText : public QObject
 private slots:
     void quoted_data();
     void quoted();
+    void inOneLine();
 };
 
 void TestQuotedText::quoted_data()
@@ -35,6 +36,14 @@ void TestQuotedText::quoted()
     QFETCH(QString, text);
     QFETCH(QString, expected);
     QCOMPARE(StepHost::quoted(text), expected);
+}
+
+void TestQuotedText::inOneLine()
+{
+    QCOMPARE(
+        StepHost::inOneLine(QString("a\n\r\t") + QChar(0) + QChar(0x1b) + QString::fromUtf8("列表 \"x\"")),
+        QString::fromUtf8("a\\n\\r\\t\\u0000\\u001b列表 \"x\""));
+    QCOMPARE(StepHost::inOneLine(QString(100000, 'x')).size(), 100000);
 }
 
 QTEST_GUILESS_MAIN(TestQuotedText)

@@ -18,6 +18,9 @@ namespace
 const char *activeFault = "";
 
 int callCount = 0;
+
+// Keeps the compiler from leaving out an allocation that nobody uses.
+char *volatile lostMemory = nullptr;
 } // namespace
 
 bool has(const char *id)
@@ -48,7 +51,7 @@ FaultyPlugin::FaultyPlugin()
     if (has("library.unloads"))
         QLibrary(QStringLiteral(SELF_LOADING_PLUGIN)).load();
     if (has("library.reload-memory"))
-        std::memset(new char[1024 * 1024], 1, 1024 * 1024);
+        std::memset(lostMemory = new char[1024 * 1024], 1, 1024 * 1024);
     if (has("library.reload-handles"))
         std::tmpfile();
     // None of what stays behind may lie in this library: it will be gone.
