@@ -152,8 +152,11 @@ void TestStepsGuide::initTestCase()
 
 const Section &TestStepsGuide::section(const QString &typeId) const
 {
-    return *std::find_if(m_sections.begin(), m_sections.end(),
-                         [&](const Section &section) { return section.typeId == typeId; });
+    for (const Section &section : m_sections) {
+        if (section.typeId == typeId)
+            return section;
+    }
+    qFatal("the guide has no section on %s", qPrintable(typeId));
 }
 
 RunResult TestStepsGuide::run(const Example &example, QByteArray &report)
