@@ -13,10 +13,11 @@ Q_DECLARE_METATYPE(PluginSkeleton)
 
 namespace
 {
+// Whatever line ends the tree was checked out with.
 QByteArray contentOf(const QString &fileName)
 {
     QFile file(fileName);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    return file.open(QIODevice::ReadOnly) ? file.readAll().replace("\r\n", "\n") : QByteArray();
 }
 
 QStringList filesBelow(const QString &folder)
