@@ -59,8 +59,8 @@ set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION devel)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR}/hostapi)
-# To load the drawings of the steps; to build plug-ins.
-set(CPACK_DEBIAN_PACKAGE_SUGGESTS "libqt5svg5, cmake, qtbase5-dev")
+# To build plug-ins.
+set(CPACK_DEBIAN_PACKAGE_SUGGESTS "cmake, qtbase5-dev")
 if(WIN32)
     set(CPACK_GENERATOR ZIP)
 else()

@@ -13,10 +13,11 @@ Q_DECLARE_METATYPE(PluginSkeleton)
 
 namespace
 {
+// Whatever line ends the tree was checked out with.
 QByteArray contentOf(const QString &fileName)
 {
     QFile file(fileName);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    return file.open(QIODevice::ReadOnly) ? file.readAll().replace("\r\n", "\n") : QByteArray();
 }
 
 QStringList filesBelow(const QString &folder)
@@ -36,7 +37,7 @@ QStringList sorted(QStringList texts)
 }
 } // namespace
 
-class tst_PluginSkeleton : public QObject
+class TestPluginSkeleton : public QObject
 {
     Q_OBJECT
 
@@ -61,13 +62,13 @@ private:
     std::unique_ptr<QTemporaryDir> m_folder;
 };
 
-void tst_PluginSkeleton::init()
+void TestPluginSkeleton::init()
 {
     m_folder.reset(new QTemporaryDir);
     QVERIFY(m_folder->isValid());
 }
 
-void tst_PluginSkeleton::writesWhatTheExampleBeganAs_data()
+void TestPluginSkeleton::writesWhatTheExampleBeganAs_data()
 {
     QTest::addColumn<QString>("file");
     // The files that the example has not filled in.
@@ -76,7 +77,7 @@ void tst_PluginSkeleton::writesWhatTheExampleBeganAs_data()
         QTest::newRow(file) << file;
 }
 
-void tst_PluginSkeleton::writesWhatTheExampleBeganAs()
+void TestPluginSkeleton::writesWhatTheExampleBeganAs()
 {
     QFETCH(QString, file);
     PluginSkeleton skeleton;
@@ -89,7 +90,7 @@ void tst_PluginSkeleton::writesWhatTheExampleBeganAs()
     QCOMPARE(contentOf(path("text-steps/") + file), expected);
 }
 
-void tst_PluginSkeleton::derivesNames_data()
+void TestPluginSkeleton::derivesNames_data()
 {
     QTest::addColumn<QString>("folder");
     QTest::addColumn<PluginSkeleton>("skeleton");
@@ -103,7 +104,7 @@ void tst_PluginSkeleton::derivesNames_data()
     const PluginSkeleton empty;
     row("text-steps", empty, "CMakeLists.txt", "project(TextSteps ");
     row("text_steps.2", empty, "CMakeLists.txt", "project(TextSteps2 ");
-    row("TextSteps", empty, "tests/tst_textsteps.cpp", "class tst_TextSteps :");
+    row("TextSteps", empty, "tests/tst_textsteps.cpp", "class TestTextSteps :");
     row("text-steps", empty, "TextSteps.cpp", "\"com.example.TextSteps\"");
     row("text-steps", empty, "TextSteps.cpp", "\"text.\"");
     row("text-steps", empty, "TextSetOperation.cpp", "tr(\"Text\")");
@@ -125,7 +126,7 @@ void tst_PluginSkeleton::derivesNames_data()
     row("x", given, "images/num_half.svg", "<svg ");
 }
 
-void tst_PluginSkeleton::derivesNames()
+void TestPluginSkeleton::derivesNames()
 {
     QFETCH(QString, folder);
     QFETCH(PluginSkeleton, skeleton);
@@ -138,7 +139,7 @@ void tst_PluginSkeleton::derivesNames()
     QVERIFY2(content.contains(text), content.constData());
 }
 
-void tst_PluginSkeleton::fillsAllMarks()
+void TestPluginSkeleton::fillsAllMarks()
 {
     const SkeletonResult result = writePluginSkeleton(PluginSkeleton(), path("new-steps"));
     QVERIFY2(result, qPrintable(result.error));
@@ -152,7 +153,7 @@ void tst_PluginSkeleton::fillsAllMarks()
     QCOMPARE(filesBelow(m_folder->path()).size(), result.files.size());
 }
 
-void tst_PluginSkeleton::refusesNames_data()
+void TestPluginSkeleton::refusesNames_data()
 {
     QTest::addColumn<PluginSkeleton>("skeleton");
     QTest::addColumn<QString>("error");
@@ -187,7 +188,7 @@ void tst_PluginSkeleton::refusesNames_data()
     row("step twice", {"Text", "", "", "", {{"join", ""}, {"join", ""}}}, "the step \"join\" is named twice");
 }
 
-void tst_PluginSkeleton::refusesNames()
+void TestPluginSkeleton::refusesNames()
 {
     QFETCH(PluginSkeleton, skeleton);
     QFETCH(QString, error);
@@ -197,7 +198,7 @@ void tst_PluginSkeleton::refusesNames()
     QVERIFY(QDir(m_folder->path()).isEmpty());
 }
 
-void tst_PluginSkeleton::keepsWhatIsThere()
+void TestPluginSkeleton::keepsWhatIsThere()
 {
     QVERIFY(QDir(m_folder->path()).mkdir("folder"));
     QFile file(path("file"));
@@ -212,12 +213,12 @@ void tst_PluginSkeleton::keepsWhatIsThere()
     QVERIFY(QDir(path("folder")).isEmpty());
 }
 
-void tst_PluginSkeleton::refusesMissingParent()
+void TestPluginSkeleton::refusesMissingParent()
 {
     const SkeletonResult result = writePluginSkeleton(PluginSkeleton(), path("missing/new"));
     QCOMPARE(result.error, path("missing") + ": there is no such folder");
     QVERIFY(QDir(m_folder->path()).isEmpty());
 }
 
-QTEST_GUILESS_MAIN(tst_PluginSkeleton)
+QTEST_GUILESS_MAIN(TestPluginSkeleton)
 #include "tst_pluginskeleton.moc"

@@ -7,7 +7,7 @@
 
 #include <memory>
 
-class tst_TextSteps : public QObject
+class TestTextSteps : public QObject
 {
     Q_OBJECT
 
@@ -29,7 +29,7 @@ private:
     VariableScope m_variables;
 };
 
-void tst_TextSteps::initTestCase()
+void TestTextSteps::initTestCase()
 {
     auto *plugin = qobject_cast<IOperationPlugin *>(m_loader.instance());
     QVERIFY2(plugin, qPrintable(m_loader.errorString()));
@@ -44,12 +44,12 @@ void tst_TextSteps::initTestCase()
     m_variables.set("list", QVariantList{"before"});
 }
 
-void tst_TextSteps::cleanupTestCase()
+void TestTextSteps::cleanupTestCase()
 {
     qDeleteAll(m_prototypes);
 }
 
-std::unique_ptr<Operation> tst_TextSteps::createStep(const QString &typeId, const QVariantMap &settings) const
+std::unique_ptr<Operation> TestTextSteps::createStep(const QString &typeId, const QVariantMap &settings) const
 {
     for (const Operation *prototype : m_prototypes) {
         if (prototype->typeId() != typeId)
@@ -62,7 +62,7 @@ std::unique_ptr<Operation> tst_TextSteps::createStep(const QString &typeId, cons
     return nullptr;
 }
 
-void tst_TextSteps::run_data()
+void TestTextSteps::run_data()
 {
     QTest::addColumn<QString>("typeId");
     QTest::addColumn<QVariantMap>("settings");
@@ -92,7 +92,7 @@ void tst_TextSteps::run_data()
     split("nothing by length", {{"value", ""}, {"mode", 1}, {"length", "1"}}, {});
 }
 
-void tst_TextSteps::run()
+void TestTextSteps::run()
 {
     QFETCH(QString, typeId);
     QFETCH(QVariantMap, settings);
@@ -106,7 +106,7 @@ void tst_TextSteps::run()
     QCOMPARE(scope.get(target), expected);
 }
 
-void tst_TextSteps::skip_data()
+void TestTextSteps::skip_data()
 {
     QTest::addColumn<QString>("typeId");
     QTest::addColumn<QVariantMap>("settings");
@@ -134,7 +134,7 @@ void tst_TextSteps::skip_data()
     }
 }
 
-void tst_TextSteps::skip()
+void TestTextSteps::skip()
 {
     QFETCH(QString, typeId);
     QFETCH(QVariantMap, settings);
@@ -150,7 +150,7 @@ void tst_TextSteps::skip()
         QCOMPARE(scope.get(name), m_variables.get(name));
 }
 
-void tst_TextSteps::records_data()
+void TestTextSteps::records_data()
 {
     QTest::addColumn<QString>("typeId");
     QTest::addColumn<QVariantMap>("settings");
@@ -164,7 +164,7 @@ void tst_TextSteps::records_data()
         << QVariantMap{{"value", "$a"}, {"mode", 1}, {"separator", ","}, {"length", "3"}, {"targetVar", "l"}};
 }
 
-void tst_TextSteps::records()
+void TestTextSteps::records()
 {
     QFETCH(QString, typeId);
     QFETCH(QVariantMap, settings);
@@ -184,5 +184,5 @@ void tst_TextSteps::records()
         QCOMPARE(copy->property(it.key().toUtf8().constData()), it.value());
 }
 
-QTEST_GUILESS_MAIN(tst_TextSteps)
+QTEST_GUILESS_MAIN(TestTextSteps)
 #include "tst_textsteps.moc"
