@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <QVector>
+
+namespace Workbench
+{
+/// The rows of \a text, read as comma-separated values with quotation marks.
+///
+/// Lines may end in LF, CR LF or CR; a line break within quotation marks belongs to the cell. A doubled
+/// quotation mark within quoted text is one. An empty line is a row with one empty cell, except after the
+/// last line break.
+///
+/// \return whether \a text has that form. If not, \a error names the line at which a quoted cell was opened
+/// and not closed, or was followed by something else than a separator; \a rows is left alone.
+bool parseCsv(const QString &text, QVector<QStringList> &rows, QString &error);
+
+/// \a rows as comma-separated values, one line each, in a form that parseCsv() reads back.
+QString formatCsv(const QVector<QStringList> &rows);
+} // namespace Workbench

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+class QCoreApplication;
+
+namespace Workbench
+{
+/// The languages that the program's texts are there in.
+namespace Language
+{
+/// Their codes, as `--lang` takes them.
+QStringList codes();
+
+/// The code of the language to speak to a user whose system asks for \a systemLanguages, the preferred one
+/// first, such as `zh-Hans-CN`: the first that there is, else English.
+QString codeFor(const QStringList &systemLanguages);
+
+/// Has \a application speak the language \a code, one of codes().
+void install(QCoreApplication &application, const QString &code);
+} // namespace Language
+} // namespace Workbench
