@@ -1,0 +1,661 @@
+#include "tools/workbench/LogModel.h"
+#include "tools/workbench/PaletteModel.h"
+#include "tools/workbench/RunSession.h"
+#include "tools/workbench/ScriptDocument.h"
+#include "tools/workbench/ScriptModel.h"
+#include "tools/workbench/StepMime.h"
+
+#include "host/BinaryScript.h"
+#include "host/StepCatalogue.h"
+
+#include <QAbstractItemModelTester>
+#include <QMimeData>
+#include <QSemaphore>
+#include <QtTest>
+
+using namespace Workbench;
+
+namespace
+{
+/// A step that waits in its run until the test lets it go on.
+class WaitingStep : public Operation
+{
+public:
+    WaitingStep(QSemaphore &begun, QSemaphore &mayEnd) : Operation(nullptr), m_begun(begun), m_mayEnd(mayEnd)
+    {
+    }
+
+    QString root() const override
+    {
+        return "Test";
+    }
+    QString typeId() const override
+    {
+        return "test.wait";
+    }
+    QString typeName() const override
+    {
+        return "Wait";
+    }
+    QString icon() const override
+    {
+        return QString();
+    }
+    void doOperation() const override
+    {
+        m_begun.release();
+        m_mayEnd.acquire();
+    }
+    QString toString() const override
+    {
+        return "Wait";
+    }
+    QString description() const override
+    {
+        return "Waits";
+    }
+    Operation *clone(QObject *) const override
+    {
+        return new WaitingStep(m_begun, m_mayEnd);
+    }
+
+private:
+    QSemaphore &m_begun;
+    QSemaphore &m_mayEnd;
+};
+
+QList<int> rows(std::initializer_list<int> list)
+{
+    return QList<int>(list);
+}
+} // namespace
+
+class TestWorkbenchScript : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+
+    void paletteListsTheSteps();
+    void placeAndRemove();
+    void moves_data();
+    void moves();
+    void dragsWithinTheScript();
+    void dropsFromThePalette();
+    void dropsOfAnotherScriptMoveNothing();
+    void duplicateAndPaste();
+    void pasteRefusesOtherTexts();
+    void enable();
+    void settingsMergeIntoOneUndo();
+    void variablesAreUndone();
+    void everythingIsUndone();
+
+    void savesAndOpens_data();
+    void savesAndOpens();
+    void saveKeepsTheOldFile();
+    void openRefusesAndChangesNothing_data();
+    void openRefusesAndChangesNothing();
+
+    void runsAll();
+    void runsToAStep();
+    void runsOneStepOnWhatTheLastRunLeft();
+    void restoresTheVariables();
+    void runLeavesTheScriptAlone();
+    void stopsBetweenSteps();
+    void resultsFollowTheirSteps();
+    void anotherScriptEndsTheRun();
+
+private:
+    void place(ScriptDocument &document, std::initializer_list<const char *> targets) const;
+    QStringList targets(const ScriptDocument &document) const;
+    void waitForEnd(const RunSession &session) const;
+    StepHost::StepOutcome outcome(const ScriptDocument &document, int row) const;
+
+    StepHost::StepCatalogue m_catalogue;
+};
+
+void TestWorkbenchScript::initTestCase()
+{
+    const StepHost::StepCatalogue::AddResult added =
+        m_catalogue.addPlugin(QStringLiteral(LISTOPERPLUGIN_FILE));
+    QVERIFY2(added, qPrintable(added.reason));
+}
+
+/// Places one step for each of \a targets and tells them apart by that setting.
+void TestWorkbenchScript::place(ScriptDocument &document, std::initializer_list<const char *> targets) const
+{
+    for (const char *target : targets) {
+        const int row = document.model().rowCount();
+        document.placeStep("list.clear", row);
+        document.setSetting(row, "targetVar", QString::fromUtf8(target));
+    }
+}
+
+QStringList TestWorkbenchScript::targets(const ScriptDocument &document) const
+{
+    QStringList names;
+    for (int row = 0; row < document.model().rowCount(); ++row)
+        names.append(document.model().step(row).property("targetVar").toString());
+    return names;
+}
+
+void TestWorkbenchScript::waitForEnd(const RunSession &session) const
+{
+    QTRY_VERIFY_WITH_TIMEOUT(!session.isRunning(), 60000);
+}
+
+StepHost::StepOutcome TestWorkbenchScript::outcome(const ScriptDocument &document, int row) const
+{
+    return StepHost::StepOutcome(document.model().index(row).data(ScriptModel::OutcomeRole).toInt());
+}
+
+void TestWorkbenchScript::paletteListsTheSteps()
+{
+    PaletteModel palette(m_catalogue);
+    const QAbstractItemModelTester tester(&palette);
+    QCOMPARE(palette.rowCount(), 1);
+    const QModelIndex category = palette.index(0, 0);
+    QCOMPARE(palette.rowCount(category), 10);
+    const QModelIndex first = palette.index(0, 0, category);
+    QCOMPARE(first.data(PaletteModel::TypeIdRole).toString(), QString("list.sort"));
+    QVERIFY(!first.data(Qt::DecorationRole).value<QIcon>().pixmap(24).isNull());
+    QVERIFY(!palette.mimeData({category}));
+    QCOMPARE(palette.supportedDragActions(), Qt::DropActions(Qt::CopyAction));
+    const std::unique_ptr<QMimeData> data(palette.mimeData({first}));
+    QCOMPARE(data->data(StepMime::stepType()), QByteArray("list.sort"));
+}
+
+void TestWorkbenchScript::placeAndRemove()
+{
+    ScriptDocument document(m_catalogue);
+    const QAbstractItemModelTester tester(&document.model());
+    place(document, {"a", "b", "c", "d"});
+    document.placeStep("no.such.step", 0);
+    QCOMPARE(targets(document), QStringList({"a", "b", "c", "d"}));
+    document.removeSteps(rows({3, 0, 1}));
+    QCOMPARE(targets(document), QStringList({"c"}));
+    document.undoStack().undo();
+    QCOMPARE(targets(document), QStringList({"a", "b", "c", "d"}));
+    document.undoStack().redo();
+    QCOMPARE(targets(document), QStringList({"c"}));
+    document.removeSteps({});
+    QCOMPARE(document.undoStack().index(), document.undoStack().count());
+}
+
+void TestWorkbenchScript::moves_data()
+{
+    QTest::addColumn<QList<int>>("moved");
+    QTest::addColumn<int>("target");
+    QTest::addColumn<QString>("order");
+    QTest::newRow("one down") << rows({0}) << 3 << "bcade";
+    QTest::newRow("one up") << rows({4}) << 1 << "aebcd";
+    QTest::newRow("to the end") << rows({1}) << 5 << "acdeb";
+    QTest::newRow("scattered, downwards") << rows({0, 2}) << 5 << "bdeac";
+    QTest::newRow("scattered, upwards") << rows({2, 4}) << 0 << "ceabd";
+    QTest::newRow("from both sides") << rows({0, 4}) << 2 << "baecd";
+    QTest::newRow("in any order") << rows({4, 0}) << 2 << "baecd";
+    QTest::newRow("between themselves") << rows({1, 2}) << 2 << "abcde";
+    QTest::newRow("where they stand") << rows({1, 2}) << 1 << "abcde";
+    QTest::newRow("all") << rows({0, 1, 2, 3, 4}) << 3 << "abcde";
+}
+
+void TestWorkbenchScript::moves()
+{
+    QFETCH(QList<int>, moved);
+    QFETCH(int, target);
+    QFETCH(QString, order);
+    ScriptDocument document(m_catalogue);
+    const QAbstractItemModelTester tester(&document.model());
+    place(document, {"a", "b", "c", "d", "e"});
+    const int commands = document.undoStack().count();
+    document.moveSteps(moved, target);
+    QCOMPARE(targets(document).join(QString()), order);
+    QCOMPARE(document.undoStack().count() > commands, order != "abcde");
+    if (order == "abcde")
+        return;
+    document.undoStack().undo();
+    QCOMPARE(targets(document).join(QString()), QString("abcde"));
+    document.undoStack().redo();
+    QCOMPARE(targets(document).join(QString()), order);
+}
+
+void TestWorkbenchScript::dragsWithinTheScript()
+{
+    ScriptDocument document(m_catalogue);
+    place(document, {"a", "b", "c"});
+    ScriptModel &model = document.model();
+    const std::unique_ptr<QMimeData> data(model.mimeData({model.index(0), model.index(1)}));
+    QVERIFY(model.canDropMimeData(data.get(), Qt::MoveAction, 3, 0, QModelIndex()));
+    // A view that is told that the drop worked would remove the rows.
+    QVERIFY(!model.dropMimeData(data.get(), Qt::MoveAction, 3, 0, QModelIndex()));
+    QCOMPARE(targets(document), QStringList({"c", "a", "b"}));
+    const std::unique_ptr<QMimeData> last(model.mimeData({model.index(2)}));
+    QVERIFY(!model.dropMimeData(last.get(), Qt::CopyAction, 0, 0, QModelIndex()));
+    QCOMPARE(targets(document), QStringList({"b", "c", "a", "b"}));
+}
+
+void TestWorkbenchScript::dropsFromThePalette()
+{
+    ScriptDocument document(m_catalogue);
+    place(document, {"a", "b"});
+    QMimeData data;
+    data.setData(StepMime::stepType(), "list.sort");
+    QVERIFY(document.model().dropMimeData(&data, Qt::CopyAction, 1, 0, QModelIndex()));
+    QCOMPARE(targets(document), QStringList({"a", "", "b"}));
+    QCOMPARE(document.model().step(1).typeId(), QString("list.sort"));
+    QVERIFY(document.model().dropMimeData(&data, Qt::CopyAction, -1, -1, QModelIndex()));
+    QCOMPARE(document.model().step(3).typeId(), QString("list.sort"));
+    QMimeData other;
+    other.setText("list.sort");
+    QVERIFY(!document.model().canDropMimeData(&other, Qt::CopyAction, 0, 0, QModelIndex()));
+    QVERIFY(!document.model().dropMimeData(&other, Qt::CopyAction, 0, 0, QModelIndex()));
+}
+
+void TestWorkbenchScript::dropsOfAnotherScriptMoveNothing()
+{
+    ScriptDocument document(m_catalogue);
+    ScriptDocument other(m_catalogue);
+    place(document, {"a", "b"});
+    place(other, {"x", "y"});
+    const std::unique_ptr<QMimeData> data(other.model().mimeData({other.model().index(1)}));
+    document.model().dropMimeData(data.get(), Qt::MoveAction, 0, 0, QModelIndex());
+    QCOMPARE(targets(document), QStringList({"a", "b"}));
+    QMimeData broken;
+    broken.setData(StepMime::rows(), "broken");
+    document.model().dropMimeData(&broken, Qt::MoveAction, 0, 0, QModelIndex());
+    QCOMPARE(targets(document), QStringList({"a", "b"}));
+}
+
+void TestWorkbenchScript::duplicateAndPaste()
+{
+    ScriptDocument document(m_catalogue);
+    const QAbstractItemModelTester tester(&document.model());
+    place(document, {"a", "b", "c"});
+    document.setEnabled(rows({1}), false);
+    document.duplicateSteps(rows({1, 0}), 2);
+    QCOMPARE(targets(document), QStringList({"a", "b", "a", "b", "c"}));
+    QVERIFY(!document.model().isEnabled(3));
+    const QByteArray copied = document.stepsAs(StepHost::ScriptForm::Binary, rows({4, 3}));
+    document.insertScript(copied, 0);
+    QCOMPARE(targets(document), QStringList({"b", "c", "a", "b", "a", "b", "c"}));
+    QVERIFY(!document.model().isEnabled(0));
+    document.undoStack().undo();
+    document.undoStack().undo();
+    QCOMPARE(targets(document), QStringList({"a", "b", "c"}));
+}
+
+void TestWorkbenchScript::pasteRefusesOtherTexts()
+{
+    ScriptDocument document(m_catalogue);
+    const QSignalSpy refused(&document, &ScriptDocument::refused);
+    document.insertScript("anything", 0);
+    document.insertScript(R"({"steps": [{"type": "no.such.step"}]})", 0);
+    QCOMPARE(refused.count(), 2);
+    QVERIFY(refused.last().first().toString().contains("no.such.step"));
+    document.insertScript("{}", 0);
+    QCOMPARE(document.model().rowCount(), 0);
+    QVERIFY(document.undoStack().isClean());
+}
+
+void TestWorkbenchScript::enable()
+{
+    ScriptDocument document(m_catalogue);
+    place(document, {"a", "b"});
+    document.setEnabled(rows({0}), false);
+    const int commands = document.undoStack().count();
+    document.setEnabled(rows({0}), false);
+    QCOMPARE(document.undoStack().count(), commands);
+    document.setEnabled(rows({0, 1}), false);
+    QVERIFY(!document.model().isEnabled(1));
+    document.undoStack().undo();
+    QVERIFY(!document.model().isEnabled(0));
+    QVERIFY(document.model().isEnabled(1));
+    QVERIFY(document.model().setData(document.model().index(0), Qt::Checked, Qt::CheckStateRole));
+    QVERIFY(document.model().isEnabled(0));
+}
+
+void TestWorkbenchScript::settingsMergeIntoOneUndo()
+{
+    ScriptDocument document(m_catalogue);
+    document.placeStep("list.add", 0);
+    const int commands = document.undoStack().count();
+    for (const char *text : {"n", "na", "nam"})
+        document.setSetting(0, "targetVar", QString(text));
+    QCOMPARE(document.undoStack().count(), commands + 1);
+    document.setSetting(0, "value", QString("x"));
+    QCOMPARE(document.undoStack().count(), commands + 2);
+    document.undoStack().undo();
+    document.undoStack().undo();
+    QCOMPARE(document.model().step(0).property("targetVar").toString(), QString());
+
+    document.setSetting(0, "targetVar", QString("n"));
+    document.setSetting(0, "targetVar", QString());
+    QCOMPARE(document.undoStack().count(), commands);
+}
+
+void TestWorkbenchScript::variablesAreUndone()
+{
+    ScriptDocument document(m_catalogue);
+    const QSignalSpy changes(&document, &ScriptDocument::variablesChanged);
+    VariableScope variables;
+    variables.set("a", 1);
+    document.setVariables(variables, "Add");
+    QCOMPARE(document.variables().names(), QStringList("a"));
+    QCOMPARE(document.undoStack().undoText(), QString("Add"));
+    document.undoStack().undo();
+    QVERIFY(document.variables().names().isEmpty());
+    document.undoStack().redo();
+    QCOMPARE(document.variables().get("a"), QVariant(1));
+    QCOMPARE(changes.count(), 3);
+}
+
+void TestWorkbenchScript::everythingIsUndone()
+{
+    ScriptDocument document(m_catalogue);
+    const QAbstractItemModelTester tester(&document.model());
+    place(document, {"a", "b", "c"});
+    document.moveSteps(rows({0}), 3);
+    document.duplicateSteps(rows({1}), 2);
+    document.setEnabled(rows({0, 2}), false);
+    document.removeSteps(rows({1, 3}));
+    document.insertScript(R"({"steps": [{"type": "list.add", "value": "$x"}]})", 1);
+    const QByteArray end = document.stepsAs(StepHost::ScriptForm::Binary, rows({0, 1, 2}));
+    while (document.undoStack().canUndo())
+        document.undoStack().undo();
+    QCOMPARE(document.model().rowCount(), 0);
+    while (document.undoStack().canRedo())
+        document.undoStack().redo();
+    QCOMPARE(document.stepsAs(StepHost::ScriptForm::Binary, rows({0, 1, 2})), end);
+}
+
+void TestWorkbenchScript::savesAndOpens_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<bool>("isBinary");
+    QTest::newRow("JSON") << "script.json" << false;
+    QTest::newRow("binary") << "script.qms" << true;
+    QTest::newRow("another suffix") << "script.txt" << false;
+}
+
+void TestWorkbenchScript::savesAndOpens()
+{
+    QFETCH(QString, name);
+    QFETCH(bool, isBinary);
+    const QTemporaryDir folder;
+    const QString fileName = folder.filePath(name);
+    ScriptDocument document(m_catalogue);
+    place(document, {"a", "b"});
+    document.setEnabled(rows({1}), false);
+    VariableScope variables;
+    variables.declare("a", VarType::List);
+    variables.set("a", QVariantList{1, 1.0, "x", QVariant()});
+    document.setVariables(variables, "Change");
+    QVERIFY(!document.undoStack().isClean());
+    QCOMPARE(document.save(fileName), QString());
+    QVERIFY(document.undoStack().isClean());
+    QCOMPARE(document.fileName(), QFileInfo(fileName).absoluteFilePath());
+    QFile file(fileName);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(StepHost::isBinaryScript(file.readAll()), isBinary);
+
+    ScriptDocument opened(m_catalogue);
+    place(opened, {"old"});
+    QCOMPARE(opened.open(fileName), QString());
+    QCOMPARE(targets(opened), QStringList({"a", "b"}));
+    QVERIFY(opened.model().isEnabled(0));
+    QVERIFY(!opened.model().isEnabled(1));
+    QCOMPARE(opened.variables().get("a"), variables.get("a"));
+    QCOMPARE(opened.variables().typeOf("a"), VarType::List);
+    QVERIFY(!opened.undoStack().canUndo());
+    opened.clear();
+    QCOMPARE(opened.model().rowCount(), 0);
+    QVERIFY(opened.fileName().isEmpty());
+    QVERIFY(opened.variables().names().isEmpty());
+}
+
+void TestWorkbenchScript::saveKeepsTheOldFile()
+{
+    const QTemporaryDir folder;
+    ScriptDocument document(m_catalogue);
+    place(document, {"a"});
+    const QString error = document.save(folder.filePath("no folder/script.json"));
+    QVERIFY(error.contains("script.json"));
+    QVERIFY(!document.undoStack().isClean());
+    QVERIFY(document.fileName().isEmpty());
+
+    // What cannot be written at all leaves the file as it was.
+    QVariantList deep;
+    for (int i = 0; i < 1000; ++i)
+        deep = QVariantList{QVariant(deep)};
+    VariableScope variables;
+    variables.set("deep", deep);
+    const QString fileName = folder.filePath("script.json");
+    QCOMPARE(document.save(fileName), QString());
+    document.setVariables(variables, "Change");
+    QVERIFY(!document.save(fileName).isEmpty());
+    QVERIFY(!document.undoStack().isClean());
+    ScriptDocument opened(m_catalogue);
+    QCOMPARE(opened.open(fileName), QString());
+    QCOMPARE(targets(opened), QStringList("a"));
+}
+
+void TestWorkbenchScript::openRefusesAndChangesNothing_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::newRow("no JSON") << QByteArray("steps");
+    QTest::newRow("unknown step") << QByteArray(R"({"steps": [{"type": "no.such.step"}]})");
+    QTest::newRow("half a file") << QByteArray(R"({"steps": [{"type": "list.sort")");
+    QTest::newRow("missing") << QByteArray();
+}
+
+void TestWorkbenchScript::openRefusesAndChangesNothing()
+{
+    QFETCH(QByteArray, content);
+    const QTemporaryDir folder;
+    const QString fileName = folder.filePath("bad.json");
+    if (!content.isEmpty()) {
+        QFile file(fileName);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(content);
+    }
+    ScriptDocument document(m_catalogue);
+    place(document, {"a"});
+    QVERIFY(document.open(fileName).contains("bad.json"));
+    QCOMPARE(targets(document), QStringList("a"));
+    QVERIFY(document.undoStack().canUndo());
+    QVERIFY(document.fileName().isEmpty());
+}
+
+namespace
+{
+/// Sorts names, fails to clear a variable that there is not, and takes the first name.
+const char exampleScript[] = R"({
+    "variables": [{"name": "names", "type": "list", "value": ["b", "a"]}, {"name": "first", "type": "string"}],
+    "steps": [
+        {"type": "list.sort", "targetVar": "names"},
+        {"type": "list.clear", "targetVar": "missing"},
+        {"type": "list.clear", "targetVar": "names", "enabled": false},
+        {"type": "list.get", "sourceVar": "names", "index": "0", "targetVar": "first"}
+    ]
+})";
+
+QString writeExample(const QTemporaryDir &folder)
+{
+    QFile file(folder.filePath("example.json"));
+    if (!file.open(QIODevice::WriteOnly))
+        return QString();
+    file.write(exampleScript);
+    return file.fileName();
+}
+} // namespace
+
+void TestWorkbenchScript::runsAll()
+{
+    const QTemporaryDir folder;
+    ScriptDocument document(m_catalogue);
+    LogModel log;
+    RunSession session(document, log);
+    QCOMPARE(document.open(writeExample(folder)), QString());
+    session.runAll();
+    QVERIFY(session.isRunning());
+    waitForEnd(session);
+    QVERIFY(session.hasResult());
+    QCOMPARE(session.before().get("first"), QVariant(""));
+    QCOMPARE(session.after().get("first"), QVariant("a"));
+    QCOMPARE(outcome(document, 0), StepHost::StepOutcome::Wrote);
+    QCOMPARE(outcome(document, 1), StepHost::StepOutcome::Skipped);
+    QCOMPARE(outcome(document, 2), StepHost::StepOutcome::Disabled);
+    QCOMPARE(outcome(document, 3), StepHost::StepOutcome::Wrote);
+    const QStringList warnings = document.model().index(1).data(ScriptModel::WarningsRole).toStringList();
+    QCOMPARE(warnings.size(), 1);
+    QVERIFY(warnings.first().contains("missing"));
+    QVERIFY(document.model().index(1).data(Qt::ToolTipRole).toString().contains(warnings.first()));
+
+    QCOMPARE(log.rowCount(), 2);
+    QCOMPARE(log.index(0, LogModel::MessageColumn).data().toString(), warnings.first());
+    QCOMPARE(log.index(0, 0).data(LogModel::StepRole).toInt(), 1);
+    QVERIFY(!log.index(1, 0).data(LogModel::WarningRole).toBool());
+}
+
+void TestWorkbenchScript::runsToAStep()
+{
+    const QTemporaryDir folder;
+    ScriptDocument document(m_catalogue);
+    LogModel log;
+    RunSession session(document, log);
+    QCOMPARE(document.open(writeExample(folder)), QString());
+    session.runTo(0);
+    waitForEnd(session);
+    QCOMPARE(session.after().get("names"), QVariant(QVariantList{"a", "b"}));
+    QCOMPARE(outcome(document, 0), StepHost::StepOutcome::Wrote);
+    QCOMPARE(outcome(document, 1), StepHost::StepOutcome::NotRun);
+    session.runTo(4);
+    session.runTo(-1);
+    QVERIFY(!session.isRunning());
+}
+
+void TestWorkbenchScript::runsOneStepOnWhatTheLastRunLeft()
+{
+    const QTemporaryDir folder;
+    ScriptDocument document(m_catalogue);
+    LogModel log;
+    RunSession session(document, log);
+    QCOMPARE(document.open(writeExample(folder)), QString());
+    session.runStep(3);
+    waitForEnd(session);
+    QCOMPARE(session.after().get("first"), QVariant("b"));
+    session.runStep(0);
+    waitForEnd(session);
+    session.runStep(3);
+    waitForEnd(session);
+    QCOMPARE(session.before().get("first"), QVariant("b"));
+    QCOMPARE(session.after().get("first"), QVariant("a"));
+    QCOMPARE(outcome(document, 0), StepHost::StepOutcome::Wrote);
+}
+
+void TestWorkbenchScript::restoresTheVariables()
+{
+    const QTemporaryDir folder;
+    ScriptDocument document(m_catalogue);
+    LogModel log;
+    RunSession session(document, log);
+    QCOMPARE(document.open(writeExample(folder)), QString());
+    session.runAll();
+    waitForEnd(session);
+    session.restore();
+    QVERIFY(!session.hasResult());
+    QCOMPARE(outcome(document, 0), StepHost::StepOutcome::NotRun);
+    session.runStep(3);
+    waitForEnd(session);
+    QCOMPARE(session.after().get("first"), QVariant("b"));
+}
+
+void TestWorkbenchScript::runLeavesTheScriptAlone()
+{
+    const QTemporaryDir folder;
+    ScriptDocument document(m_catalogue);
+    LogModel log;
+    RunSession session(document, log);
+    QCOMPARE(document.open(writeExample(folder)), QString());
+    session.runAll();
+    waitForEnd(session);
+    QCOMPARE(document.variables().get("names"), QVariant(QVariantList{"b", "a"}));
+    QVERIFY(document.undoStack().isClean());
+}
+
+namespace
+{
+std::vector<StepHost::ScriptStep> waitingSteps(int count, QSemaphore &begun, QSemaphore &mayEnd)
+{
+    std::vector<StepHost::ScriptStep> steps;
+    for (int i = 0; i < count; ++i) {
+        StepHost::ScriptStep step;
+        step.operation = std::make_unique<WaitingStep>(begun, mayEnd);
+        steps.push_back(std::move(step));
+    }
+    return steps;
+}
+} // namespace
+
+void TestWorkbenchScript::stopsBetweenSteps()
+{
+    QSemaphore begun;
+    QSemaphore mayEnd;
+    ScriptDocument document(m_catalogue);
+    LogModel log;
+    document.model().setSteps(waitingSteps(3, begun, mayEnd));
+    RunSession session(document, log);
+    session.runAll();
+    begun.acquire();
+    session.stop();
+    session.restore();
+    session.runStep(0);
+    QVERIFY(session.isRunning());
+    mayEnd.release();
+    waitForEnd(session);
+    QCOMPARE(outcome(document, 0), StepHost::StepOutcome::Skipped);
+    QCOMPARE(outcome(document, 1), StepHost::StepOutcome::NotRun);
+    QVERIFY(log.index(0, LogModel::MessageColumn).data().toString().startsWith("Run stopped"));
+}
+
+void TestWorkbenchScript::resultsFollowTheirSteps()
+{
+    QSemaphore begun;
+    QSemaphore mayEnd;
+    ScriptDocument document(m_catalogue);
+    LogModel log;
+    document.model().setSteps(waitingSteps(2, begun, mayEnd));
+    RunSession session(document, log);
+    session.runAll();
+    begun.acquire();
+    document.placeStep("list.sort", 0);
+    document.removeSteps(rows({2}));
+    mayEnd.release(2);
+    waitForEnd(session);
+    QCOMPARE(outcome(document, 0), StepHost::StepOutcome::NotRun);
+    QCOMPARE(outcome(document, 1), StepHost::StepOutcome::Skipped);
+}
+
+void TestWorkbenchScript::anotherScriptEndsTheRun()
+{
+    QSemaphore begun;
+    QSemaphore mayEnd;
+    ScriptDocument document(m_catalogue);
+    LogModel log;
+    document.model().setSteps(waitingSteps(2, begun, mayEnd));
+    RunSession session(document, log);
+    session.runAll();
+    begun.acquire();
+    mayEnd.release();
+    begun.acquire();
+    mayEnd.release();
+    document.clear();
+    QVERIFY(!session.isRunning());
+    QVERIFY(!session.hasResult());
+    QCoreApplication::processEvents();
+    QVERIFY(!session.hasResult());
+}
+
+QTEST_MAIN(TestWorkbenchScript)
+#include "tst_workbenchscript.moc"

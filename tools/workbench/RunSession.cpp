@@ -1,0 +1,197 @@
+#include "RunSession.h"
+
+#include "LogModel.h"
+#include "ScriptDocument.h"
+#include "ScriptModel.h"
+
+#include <QHash>
+#include <QThread>
+
+#include <atomic>
+
+namespace Workbench
+{
+namespace
+{
+constexpr int progressIntervalMs = 50;
+}
+
+/// A run that goes on. Its thread alone uses the script, the variables and the result until it has ended.
+struct RunSession::Run
+{
+    StepHost::Script script;
+    QVector<const Operation *>
+        originals; ///< The document's steps that were copied; just for telling them apart.
+    VariableScope variables;
+    StepHost::RunResult result;
+    std::atomic<int> done{0};
+    std::atomic<bool> shouldStop{false};
+    QElapsedTimer clock;
+    std::unique_ptr<QThread> thread;
+
+    ~Run()
+    {
+        shouldStop = true;
+        thread->wait();
+    }
+
+    void execute()
+    {
+        StepHost::RunObserver observer;
+        observer.progress = [this](int count, int) { done = count; };
+        observer.shouldStop = [this] { return shouldStop.load(); };
+        result = StepHost::runScript(script, variables, observer);
+    }
+};
+
+RunSession::RunSession(ScriptDocument &document, LogModel &log, QObject *parent)
+    : QObject(parent), m_document(document), m_log(log)
+{
+    m_progressTimer.setInterval(progressIntervalMs);
+    connect(&m_progressTimer, &QTimer::timeout, this, &RunSession::showProgress);
+    connect(&document, &ScriptDocument::replaced, this, &RunSession::abandon);
+}
+
+RunSession::~RunSession() = default;
+
+bool RunSession::isRunning() const
+{
+    return m_run != nullptr;
+}
+
+bool RunSession::hasResult() const
+{
+    return m_hasResult;
+}
+
+const VariableScope &RunSession::before() const
+{
+    return m_before;
+}
+
+const VariableScope &RunSession::after() const
+{
+    return m_after;
+}
+
+void RunSession::runAll()
+{
+    runTo(m_document.model().rowCount() - 1);
+}
+
+void RunSession::runTo(int row)
+{
+    if (m_run)
+        return;
+    m_document.model().clearResults();
+    start(0, row, m_document.variables());
+}
+
+void RunSession::runStep(int row)
+{
+    start(row, row, m_hasResult ? m_after : m_document.variables());
+}
+
+void RunSession::start(int firstRow, int lastRow, const VariableScope &variables)
+{
+    ScriptModel &model = m_document.model();
+    if (m_run || firstRow < 0 || lastRow < firstRow || lastRow >= model.rowCount())
+        return;
+    m_run = std::make_unique<Run>();
+    for (int row = firstRow; row <= lastRow; ++row) {
+        const Operation &step = model.step(row);
+        m_run->originals.append(&step);
+        m_run->script.steps.push_back(m_document.copyStep(row));
+    }
+    m_run->variables = variables;
+    m_before = variables;
+    m_run->clock.start();
+    m_run->thread.reset(QThread::create([run = m_run.get()] { run->execute(); }));
+    connect(m_run->thread.get(), &QThread::finished, this, &RunSession::finish);
+    m_progressTimer.start();
+    m_run->thread->start();
+    emit changed();
+}
+
+void RunSession::showProgress()
+{
+    const int done = m_run->done;
+    const int total = m_run->originals.size();
+    if (done < total)
+        m_document.model().setRunningRow(m_document.model().rowOf(m_run->originals.at(done)));
+    emit progressed(done, total);
+}
+
+void RunSession::finish()
+{
+    if (!m_run || !m_run->thread->isFinished())
+        return;
+    m_progressTimer.stop();
+    const std::unique_ptr<Run> run = std::move(m_run);
+    m_document.model().setRunningRow(-1);
+    m_after = run->variables;
+    m_hasResult = true;
+    report(*run);
+    emit changed();
+}
+
+void RunSession::report(const Run &run)
+{
+    ScriptModel &model = m_document.model();
+    QHash<const Operation *, int> rows;
+    for (int row = 0; row < model.rowCount(); ++row)
+        rows.insert(&model.step(row), row);
+    for (int i = 0; i < run.originals.size(); ++i) {
+        const StepHost::StepResult &result = run.result.steps.at(size_t(i));
+        const int row = rows.value(run.originals.at(i), -1);
+        if (row >= 0 && result.outcome != StepHost::StepOutcome::NotRun)
+            model.setResult(row, result);
+        const QString summary = run.script.steps.at(size_t(i)).operation->toString();
+        for (const QString &warning : result.warnings)
+            m_log.appendWarning(warning, row, summary);
+        if (result.outcome == StepHost::StepOutcome::Failed)
+            m_log.appendWarning(tr("The step failed: %1").arg(result.failure), row, summary);
+    }
+
+    const QString counts = tr("%1 wrote, %2 skipped, %3 disabled, in %4 ms")
+                               .arg(run.result.count(StepHost::StepOutcome::Wrote))
+                               .arg(run.result.count(StepHost::StepOutcome::Skipped))
+                               .arg(run.result.count(StepHost::StepOutcome::Disabled))
+                               .arg(run.clock.elapsed());
+    switch (run.result.end) {
+    case StepHost::RunEnd::Completed:
+        m_log.append(tr("Run completed: %1").arg(counts));
+        break;
+    case StepHost::RunEnd::Stopped:
+        m_log.append(tr("Run stopped: %1").arg(counts));
+        break;
+    case StepHost::RunEnd::StepFailed:
+        m_log.appendWarning(tr("Run ended by a step that failed: %1").arg(counts));
+        break;
+    }
+}
+
+void RunSession::stop()
+{
+    if (m_run)
+        m_run->shouldStop = true;
+}
+
+void RunSession::restore()
+{
+    if (m_run)
+        return;
+    m_hasResult = false;
+    m_before = VariableScope();
+    m_after = VariableScope();
+    m_document.model().clearResults();
+    emit changed();
+}
+
+void RunSession::abandon()
+{
+    m_progressTimer.stop();
+    m_run.reset();
+    restore();
+}
+} // namespace Workbench

@@ -1,0 +1,161 @@
+#include "ScriptCommands.h"
+
+#include "ScriptDocument.h"
+#include "ScriptModel.h"
+
+#include <algorithm>
+
+namespace Workbench
+{
+InsertStepsCommand::InsertStepsCommand(ScriptDocument &document, int row,
+                                       std::vector<StepHost::ScriptStep> steps, const QString &text)
+    : QUndoCommand(text), m_document(document), m_row(row), m_count(int(steps.size())),
+      m_steps(std::move(steps))
+{
+}
+
+void InsertStepsCommand::redo()
+{
+    for (int i = 0; i < m_count; ++i)
+        m_document.model().insertStep(m_row + i, std::move(m_steps.at(size_t(i))));
+    m_steps.clear();
+    emit m_document.touched(m_row, m_count);
+}
+
+void InsertStepsCommand::undo()
+{
+    for (int i = 0; i < m_count; ++i)
+        m_steps.push_back(m_document.model().takeStep(m_row));
+}
+
+RemoveStepsCommand::RemoveStepsCommand(ScriptDocument &document, const QList<int> &rows, const QString &text)
+    : QUndoCommand(text), m_document(document), m_rows(rows)
+{
+}
+
+void RemoveStepsCommand::redo()
+{
+    for (auto row = m_rows.crbegin(); row != m_rows.crend(); ++row)
+        m_steps.push_back(m_document.model().takeStep(*row));
+}
+
+void RemoveStepsCommand::undo()
+{
+    for (const int row : qAsConst(m_rows)) {
+        m_document.model().insertStep(row, std::move(m_steps.back()));
+        m_steps.pop_back();
+    }
+    emit m_document.touched(m_rows.first(), 1);
+}
+
+MoveStepsCommand::MoveStepsCommand(ScriptDocument &document, const QList<int> &rows, int target,
+                                   const QString &text)
+    : QUndoCommand(text), m_document(document)
+{
+    // Those above the target from the last, those below it from the first: so no move changes the row of one
+    // that is still to come.
+    const auto below = std::lower_bound(rows.cbegin(), rows.cend(), target);
+    int to = target;
+    for (auto row = below; row != rows.cbegin();)
+        m_moves.append({*--row, --to});
+    to = target;
+    for (auto row = below; row != rows.cend(); ++row)
+        m_moves.append({*row, to++});
+    m_moves.erase(
+        std::remove_if(m_moves.begin(), m_moves.end(), [](const Move &move) { return move.from == move.to; }),
+        m_moves.end());
+}
+
+bool MoveStepsCommand::isEmpty() const
+{
+    return m_moves.isEmpty();
+}
+
+void MoveStepsCommand::redo()
+{
+    for (const Move &move : qAsConst(m_moves))
+        m_document.model().moveStep(move.from, move.to);
+}
+
+void MoveStepsCommand::undo()
+{
+    for (auto move = m_moves.crbegin(); move != m_moves.crend(); ++move)
+        m_document.model().moveStep(move->to, move->from);
+}
+
+EnableStepsCommand::EnableStepsCommand(ScriptDocument &document, const QList<int> &rows, bool enabled,
+                                       const QString &text)
+    : QUndoCommand(text), m_document(document), m_rows(rows), m_enabled(enabled)
+{
+}
+
+void EnableStepsCommand::apply(bool enabled)
+{
+    for (const int row : qAsConst(m_rows))
+        m_document.model().setEnabled(row, enabled);
+}
+
+void EnableStepsCommand::redo()
+{
+    apply(m_enabled);
+}
+
+void EnableStepsCommand::undo()
+{
+    apply(!m_enabled);
+}
+
+ChangeSettingCommand::ChangeSettingCommand(ScriptDocument &document, int row, const QString &property,
+                                           const QVariant &value, const QString &text)
+    : QUndoCommand(text), m_document(document), m_row(row), m_property(property),
+      m_before(document.model().step(row).property(property.toUtf8().constData())), m_after(value)
+{
+}
+
+int ChangeSettingCommand::id() const
+{
+    return 1;
+}
+
+bool ChangeSettingCommand::mergeWith(const QUndoCommand *other)
+{
+    const auto *later = static_cast<const ChangeSettingCommand *>(other);
+    if (later->m_row != m_row || later->m_property != m_property)
+        return false;
+    m_after = later->m_after;
+    setObsolete(m_after == m_before && m_after.userType() == m_before.userType());
+    return true;
+}
+
+void ChangeSettingCommand::apply(const QVariant &value)
+{
+    m_document.model().setSetting(m_row, m_property, value);
+    emit m_document.touched(m_row, 1);
+}
+
+void ChangeSettingCommand::redo()
+{
+    apply(m_after);
+}
+
+void ChangeSettingCommand::undo()
+{
+    apply(m_before);
+}
+
+ChangeVariablesCommand::ChangeVariablesCommand(ScriptDocument &document, const VariableScope &variables,
+                                               const QString &text)
+    : QUndoCommand(text), m_document(document), m_before(document.variables()), m_after(variables)
+{
+}
+
+void ChangeVariablesCommand::redo()
+{
+    m_document.showVariables(m_after);
+}
+
+void ChangeVariablesCommand::undo()
+{
+    m_document.showVariables(m_before);
+}
+} // namespace Workbench
