@@ -1,0 +1,38 @@
+#include "ChoiceEditor.h"
+
+#include <QComboBox>
+#include <QHBoxLayout>
+
+namespace Workbench
+{
+ChoiceEditor::ChoiceEditor(const QStringList &choices, QWidget *parent)
+    : PropertyEditor(parent), m_combo(new QComboBox)
+{
+    m_combo->addItems(choices);
+    auto *layout = new QHBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_combo);
+    setFocusProxy(m_combo);
+    connect(m_combo, QOverload<int>::of(&QComboBox::activated), this, [this](int index) {
+        m_value = index;
+        emit edited();
+    });
+}
+
+QVariant ChoiceEditor::value() const
+{
+    return m_value;
+}
+
+void ChoiceEditor::setValue(const QVariant &value)
+{
+    m_value = value.toInt();
+    m_combo->setCurrentIndex(m_value >= 0 && m_value < m_combo->count() ? m_value : -1);
+}
+
+QString ChoiceEditor::hint() const
+{
+    return m_combo->currentIndex() < 0 ? tr("The present value, %1, is none of the choices.").arg(m_value)
+                                       : QString();
+}
+} // namespace Workbench

@@ -1,0 +1,34 @@
+#include "IntegerEditor.h"
+
+#include "ReferenceCompleter.h"
+
+#include <QLineEdit>
+
+namespace Workbench
+{
+IntegerEditor::IntegerEditor(int type, QWidget *parent) : TextEditor(type, parent)
+{
+    lineEdit()->setPlaceholderText(tr("An integer"));
+}
+
+void IntegerEditor::setVariables(const VariableScope &variables)
+{
+    m_variables = variables;
+}
+
+QString IntegerEditor::hint() const
+{
+    const QString text = lineEdit()->text().trimmed();
+    bool isInteger = false;
+    text.toInt(&isInteger);
+    if (text.isEmpty() || isInteger)
+        return TextEditor::hint();
+    if (ReferenceCompleter::isReference(text)) {
+        const QString unknown = ReferenceCompleter::unknownVariable(text, m_variables);
+        if (!unknown.isEmpty())
+            return tr("There is no variable “%1” yet.").arg(unknown);
+        return tr("A reference. Not every step looks one up here.");
+    }
+    return tr("Not an integer. The step may skip its work.");
+}
+} // namespace Workbench

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "TextEditor.h"
+
+namespace Workbench
+{
+/// Edits an integer that may also be a reference to a variable. Any other text is pointed out and let
+/// through: what it means is up to the step.
+class IntegerEditor : public TextEditor
+{
+    Q_OBJECT
+
+public:
+    explicit IntegerEditor(int type, QWidget *parent = nullptr);
+
+    void setVariables(const VariableScope &variables) override;
+    QString hint() const override;
+
+private:
+    VariableScope m_variables;
+};
+} // namespace Workbench

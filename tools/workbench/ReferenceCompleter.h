@@ -1,0 +1,40 @@
+#pragma once
+
+#include "hostapi/VariableScope.h"
+
+#include <QCompleter>
+#include <QVector>
+
+class QLineEdit;
+class QStringListModel;
+
+namespace Workbench
+{
+/// Completes references to variables in a line edit: names after a "$", members after a ".".
+class ReferenceCompleter : public QCompleter
+{
+    Q_OBJECT
+
+public:
+    /// Completes in \a edit, which owns the completer.
+    explicit ReferenceCompleter(QLineEdit *edit);
+
+    /// Offers the variables of \a variables whose type is one of \a types, or all when \a types is empty.
+    /// Lists and tables are always offered for their members.
+    void setVariables(const VariableScope &variables, const QVector<VarType> &types);
+
+    /// Whether \a text is a reference: a "$" and at least one character more.
+    static bool isReference(const QString &text);
+
+    /// The name of the variable that the reference \a text is about, when \a variables has none of that
+    /// name; otherwise empty.
+    static QString unknownVariable(const QString &text, const VariableScope &variables);
+
+private:
+    void update(const QString &text);
+
+    QStringListModel *m_model;
+    QStringList m_names;
+    QStringList m_members;
+};
+} // namespace Workbench

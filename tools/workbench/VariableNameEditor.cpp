@@ -1,0 +1,87 @@
+#include "VariableNameEditor.h"
+
+#include "UndoRelay.h"
+
+#include <QComboBox>
+#include <QCompleter>
+#include <QHBoxLayout>
+#include <QLineEdit>
+#include <QSignalBlocker>
+
+namespace Workbench
+{
+VariableNameEditor::VariableNameEditor(StepHost::VariableKind kind, QWidget *parent)
+    : PropertyEditor(parent), m_kind(kind), m_combo(new QComboBox)
+{
+    m_combo->setEditable(true);
+    m_combo->setInsertPolicy(QComboBox::NoInsert);
+    m_combo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    m_combo->setMinimumContentsLength(8);
+    m_combo->completer()->setCompletionMode(QCompleter::PopupCompletion);
+    auto *layout = new QHBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_combo);
+    setFocusProxy(m_combo);
+    UndoRelay::install(m_combo->lineEdit());
+    connect(m_combo, &QComboBox::editTextChanged, this, &VariableNameEditor::edited);
+}
+
+QVariant VariableNameEditor::value() const
+{
+    return m_combo->currentText();
+}
+
+void VariableNameEditor::setValue(const QVariant &value)
+{
+    if (m_combo->currentText() == value.toString())
+        return;
+    const QSignalBlocker blocker(m_combo);
+    m_combo->setEditText(value.toString());
+}
+
+bool VariableNameEditor::isOffered(VarType type) const
+{
+    switch (m_kind) {
+    case StepHost::VariableKind::List:
+        return type == VarType::List;
+    case StepHost::VariableKind::Scalar:
+        return type == VarType::Int || type == VarType::Double || type == VarType::String
+            || type == VarType::Bool;
+    case StepHost::VariableKind::Any:
+        break;
+    }
+    return true;
+}
+
+void VariableNameEditor::setVariables(const VariableScope &variables)
+{
+    m_variables = variables;
+    QStringList names;
+    for (const QString &name : variables.names()) {
+        if (isOffered(variables.typeOf(QLatin1Char('$') + name)))
+            names.append(name);
+    }
+    QStringList present;
+    for (int i = 0; i < m_combo->count(); ++i)
+        present.append(m_combo->itemText(i));
+    if (names == present)
+        return;
+    const QSignalBlocker blocker(m_combo);
+    const QString text = m_combo->currentText();
+    m_combo->clear();
+    m_combo->addItems(names);
+    m_combo->setEditText(text);
+}
+
+QString VariableNameEditor::hint() const
+{
+    const QString name = m_combo->currentText();
+    if (name.isEmpty())
+        return tr("No variable is chosen.");
+    if (!m_variables.contains(name))
+        return tr("There is no variable “%1” yet.").arg(name);
+    if (m_kind == StepHost::VariableKind::List && !isOffered(m_variables.typeOf(name)))
+        return tr("“%1” is not a list.").arg(name);
+    return QString();
+}
+} // namespace Workbench
