@@ -1,0 +1,63 @@
+#pragma once
+
+#include "ItemValue.h"
+
+#include "hostapi/VariableScope.h"
+
+#include <QDialog>
+#include <QVariantList>
+
+class QAbstractItemModel;
+class QLabel;
+class QTableView;
+class QToolBar;
+
+namespace Workbench
+{
+class ListValueModel;
+class TableValueModel;
+
+/// Edits the value of a list or table variable: a list with one item a line and the type of each, a table
+/// as a grid of cells.
+class ValueDialog : public QDialog
+{
+    Q_OBJECT
+
+public:
+    /// \param type VarType::List or VarType::Table
+    ValueDialog(const QString &name, VarType type, const QVariantList &value, QWidget *parent = nullptr);
+
+    /// The value as edited.
+    QVariantList value() const;
+
+    /// Reads the value from the file \a fileName. If that cannot be read, says why and changes nothing.
+    void importFile(const QString &fileName);
+
+    /// Writes the value to the file \a fileName, or says why it cannot be written.
+    void exportFile(const QString &fileName);
+
+private:
+    QToolBar *createToolBar();
+    void addTypeMenu(QToolBar *bar);
+    void setValue(const QVariantList &value);
+    QList<int> selectedRows() const;
+    void insertItem();
+    void removeItems();
+    void insertColumn();
+    void removeColumns();
+    void moveItems(int distance);
+    void convertSelected(ItemKind kind);
+    void chooseImport();
+    void chooseExport();
+    void showMessage(const QString &message);
+    void showCount();
+
+    VarType m_type;
+    ListValueModel *m_list = nullptr; ///< Null for a table.
+    TableValueModel *m_table = nullptr; ///< Null for a list.
+    QAbstractItemModel *m_model = nullptr; ///< The one of the two that there is.
+    QTableView *m_view;
+    QLabel *m_count;
+    QLabel *m_message;
+};
+} // namespace Workbench

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QWidget>
+
+class QAction;
+class QModelIndex;
+class QTableView;
+
+namespace Workbench
+{
+class RunSession;
+class ScriptDocument;
+class VariablesModel;
+
+/// The table of the script's variables, and the actions that change them.
+class VariablesPane : public QWidget
+{
+    Q_OBJECT
+
+public:
+    VariablesPane(ScriptDocument &document, RunSession &session, QWidget *parent = nullptr);
+
+    VariablesModel &model() const;
+
+signals:
+    /// An edit was not carried out, for \a reason.
+    void refused(const QString &reason);
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void createView();
+    void showResult();
+    void updateActions();
+    void addVariable();
+    void removeVariable();
+    void activate(const QModelIndex &index);
+    void editValue(int row);
+    void keepResults();
+
+    ScriptDocument &m_document;
+    RunSession &m_session;
+    VariablesModel *m_model;
+    QTableView *m_view;
+    QAction *m_remove = nullptr;
+    QAction *m_edit = nullptr;
+    QAction *m_keep = nullptr;
+};
+} // namespace Workbench

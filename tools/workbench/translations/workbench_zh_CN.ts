@@ -1,0 +1,834 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="zh_CN" sourcelanguage="en">
+<context>
+    <name>Workbench::BoolEditor</name>
+    <message>
+        <source>Yes</source>
+        <translation>是</translation>
+    </message>
+    <message>
+        <source>No</source>
+        <translation>否</translation>
+    </message>
+</context>
+<context>
+    <name>Workbench::ChoiceEditor</name>
+    <message>
+        <source>The present value, %1, is none of the choices.</source>
+        <translation>当前值 %1 不在选项之中。</translation>
+    </message>
+</context>
+<context>
+    <name>Workbench::CsvReader</name>
+    <message>
+        <source>line %1: a comma or the end of the line has to follow the closing quotation mark</source>
+        <translation>第 %1 行：右引号之后应为逗号或行尾</translation>
+    </message>
+    <message>
+        <source>line %1: the quotation mark that opens here is never closed</source>
+        <translation>第 %1 行：此处的左引号没有对应的右引号</translation>
+    </message>
+</context>
+<context>
+    <name>Workbench::FileText</name>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1：%2</translation>
+    </message>
+</context>
+<context>
+    <name>Workbench::IntegerEditor</name>
+    <message>
+        <source>An integer</source>
+        <translation>整数</translation>
+    </message>
+    <message>
+        <source>There is no variable “%1” yet.</source>
+        <translation>还没有变量“%1”。</translation>
+    </message>
+    <message>
+        <source>A reference. Not every step looks one up here.</source>
+        <translation>这是引用。并非每个步骤都会在此解析引用。</translation>
+    </message>
+    <message>
+        <source>Not an integer. The step may skip its work.</source>
+        <translation>不是整数，步骤可能会跳过。</translation>
+    </message>
+</context>
+<context>
+    <name>Workbench::ItemValue</name>
+    <message>
+        <source>“%1” is not a list such as [1, &quot;a&quot;, true]: %2</source>
+        <translation>“%1”不是列表（例如 [1, &quot;a&quot;, true]）：%2</translation>
+    </message>
+    <message>
+        <source>“%1” is not a list such as [1, &quot;a&quot;, true]</source>
+        <translation>“%1”不是列表（例如 [1, &quot;a&quot;, true]）</translation>
+    </message>
+    <message>
+        <source>Empty</source>
+        <translation>空</translation>
+    </message>
+    <message>
+        <source>Integer</source>
+        <translation>整数</translation>
+    </message>
+    <message>
+        <source>Decimal</source>
+        <translation>小数</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>文本</translation>
+    </message>
+    <message>
+        <source>Yes/no</source>
+        <translation>布尔</translation>
+    </message>
+    <message>
+        <source>List</source>
+        <translation>列表</translation>
+    </message>
+    <message>
+        <source>Other</source>
+        <translation>其他</translation>
+    </message>
+    <message>
+        <source>“%1” is not an integer between -9223372036854775808 and 9223372036854775807</source>
+        <translation>“%1”不是 -9223372036854775808 到 9223372036854775807 之间的整数</translation>
+    </message>
+    <message>
+        <source>“%1” is not a number such as 2.5 or 1e3</source>
+        <translation>“%1”不是数字（例如 2.5 或 1e3）</translation>
+    </message>
+    <message>
+        <source>“%1” is neither true nor false</source>
+        <translation>“%1”既不是 true 也不是 false</translation>
+    </message>
+    <message>
+        <source>a value of this type cannot be written as text</source>
+        <translation>此类型的值无法写成文本</translation>
+    </message>
+    <message>
+        <source>“%1” is not a whole number</source>
+        <translation>“%1”不是整数</translation>
+    </message>
+</context>
+<context>
+    <name>Workbench::ListValueModel</name>
+    <message numerus="yes">
+        <source>%n item(s) kept the old type: %1</source>
+        <translation>
+            <numerusform>%n 项保留原类型：%1</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>值</translation>
+    </message>
+    <message>
+        <source>Type</source>
+        <translation>类型</translation>
+    </message>
+</context>
+<context>
+    <name>Workbench::LogModel</name>
+    <message>
+        <source>Time</source>
+        <translation>时间</translation>
+    </message>
+    <message>
+        <source>Step</source>
+        <translation>步骤</translation>
+    </message>
+    <message>
+        <source>Message</source>
+        <translation>消息</translation>
+    </message>
+</context>
+<context>
+    <name>Workbench::LogPane</name>
+    <message>
+        <source>Log</source>
+        <translation>日志</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>复制</translation>
+    </message>
+    <message>
+        <source>Clear log</source>
+        <translation>清空日志</translation>
+    </message>
+</context>
+<context>
+    <name>Workbench::MainWindow</name>
+    <message>
+        <source>Tools</source>
+        <translation>工具栏</translation>
+    </message>
+    <message>
+        <source>Go to “%1”</source>
+        <translation>转到“%1”</translation>
+    </message>
+    <message>
+        <source>Palette</source>
+        <translation>步骤库</translation>
+    </message>
+    <message>
+        <source>Settings</source>
+        <translation>设置</translation>
+    </message>
+    <message>
+        <source>Variables</source>
+        <translation>变量</translation>
+    </message>
+    <message>
+        <source>Log</source>
+        <translation>日志</translation>
+    </message>
+    <message>
+        <source>Go to the script</source>
+        <translation>转到脚本</translation>
+    </message>
+    <message>
+        <source>&amp;File</source>
+        <translation>文件(&amp;F)</translation>
+    </message>
+    <message>
+        <source>&amp;New</source>
+        <translation>新建(&amp;N)</translation>
+    </message>
+    <message>
+        <source>&amp;Open…</source>
+        <translation>打开(&amp;O)…</translation>
+    </message>
+    <message>
+        <source>Open &amp;recent</source>
+        <translation>最近的文件(&amp;R)</translation>
+    </message>
+    <message>
+        <source>&amp;Save</source>
+        <translation>保存(&amp;S)</translation>
+    </message>
+    <message>
+        <source>Save &amp;as…</source>
+        <translation>另存为(&amp;A)…</translation>
+    </message>
+    <message>
+        <source>&amp;Quit</source>
+        <translation>退出(&amp;Q)</translation>
+    </message>
+    <message>
+        <source>&amp;Edit</source>
+        <translation>编辑(&amp;E)</translation>
+    </message>
+    <message>
+        <source>&amp;Undo</source>
+        <translation>撤销(&amp;U)</translation>
+    </message>
+    <message>
+        <source>&amp;Redo</source>
+        <translation>重做(&amp;R)</translation>
+    </message>
+    <message>
+        <source>&amp;Run</source>
+        <translation>运行(&amp;R)</translation>
+    </message>
+    <message>
+        <source>Run to &amp;here</source>
+        <translation>运行到此(&amp;H)</translation>
+    </message>
+    <message>
+        <source>Run &amp;step</source>
+        <translation>单步运行(&amp;S)</translation>
+    </message>
+    <message>
+        <source>S&amp;top</source>
+        <translation>停止(&amp;T)</translation>
+    </message>
+    <message>
+        <source>&amp;Put variables back</source>
+        <translation>还原变量(&amp;P)</translation>
+    </message>
+    <message>
+        <source>Run the whole script on its start values (%1)</source>
+        <translation>从初始值开始运行整个脚本（%1）</translation>
+    </message>
+    <message>
+        <source>Run the script up to the current step (%1)</source>
+        <translation>运行脚本到当前步骤为止（%1）</translation>
+    </message>
+    <message>
+        <source>Run the current step alone, on what the last run left (%1)</source>
+        <translation>在上次运行的结果上只运行当前步骤（%1）</translation>
+    </message>
+    <message>
+        <source>Stop before the next step (%1)</source>
+        <translation>在下一步骤之前停止（%1）</translation>
+    </message>
+    <message>
+        <source>Put the variables back to what they were before the run (%1)</source>
+        <translation>把变量还原为运行之前的值（%1）</translation>
+    </message>
+    <message>
+        <source>&amp;View</source>
+        <translation>视图(&amp;V)</translation>
+    </message>
+    <message>
+        <source>&amp;Help</source>
+        <translation>帮助(&amp;H)</translation>
+    </message>
+    <message>
+        <source>&amp;About the workbench</source>
+        <translation>关于工作台(&amp;A)</translation>
+    </message>
+    <message>
+        <source>Unsaved changes</source>
+        <translation>未保存的更改</translation>
+    </message>
+    <message>
+        <source>The script has changes that are not saved. Save them?</source>
+        <translation>脚本有未保存的更改。要保存吗？</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>保存</translation>
+    </message>
+    <message>
+        <source>Discard</source>
+        <translation>放弃</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Open script</source>
+        <translation>打开脚本</translation>
+    </message>
+    <message>
+        <source>Scripts (*.json *.qms);;All files (*)</source>
+        <translation>脚本 (*.json *.qms);;所有文件 (*)</translation>
+    </message>
+    <message>
+        <source>Opened %1</source>
+        <translation>已打开 %1</translation>
+    </message>
+    <message>
+        <source>The script cannot be opened</source>
+        <translation>无法打开脚本</translation>
+    </message>
+    <message>
+        <source>Binary script (*.qms)</source>
+        <translation>二进制脚本 (*.qms)</translation>
+    </message>
+    <message>
+        <source>Save script</source>
+        <translation>保存脚本</translation>
+    </message>
+    <message>
+        <source>Script as JSON (*.json)</source>
+        <translation>JSON 脚本 (*.json)</translation>
+    </message>
+    <message>
+        <source>The script cannot be saved</source>
+        <translation>无法保存脚本</translation>
+    </message>
+    <message>
+        <source>Saved %1</source>
+        <translation>已保存 %1</translation>
+    </message>
+    <message>
+        <source>None yet</source>
+        <translation>暂无</translation>
+    </message>
+    <message>
+        <source>%1[*] – Quillmap workbench</source>
+        <translation>%1[*] – Quillmap 工作台</translation>
+    </message>
+    <message>
+        <source>New script</source>
+        <translation>新脚本</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>确定</translation>
+    </message>
+    <message>
+        <source>About the workbench</source>
+        <translation>关于工作台</translation>
+    </message>
+    <message>
+        <source>The Quillmap workbench, version %1: a place to try out the steps of plug-ins by hand.</source>
+        <translation>Quillmap 工作台 %1 版：亲手试用插件步骤的地方。</translation>
+    </message>
+</context>
+<context>
+    <name>Workbench::PalettePane</name>
+    <message>
+        <source>Search by name or type</source>
+        <translation>按名称或类型搜索</translation>
+    </message>
+    <message>
+        <source>Search steps</source>
+        <translation>搜索步骤</translation>
+    </message>
+    <message>
+        <source>Steps on offer</source>
+        <translation>可用的步骤</translation>
+    </message>
+</context>
+<context>
+    <name>Workbench::PropertyPane</name>
+    <message>
+        <source>Select a step to see its settings.</source>
+        <translation>选择一个步骤以查看其设置。</translation>
+    </message>
+</context>
+<context>
+    <name>Workbench::ReferenceEditor</name>
+    <message>
+        <source>A value, or $variable</source>
+        <translation>值，或 $变量</translation>
+    </message>
+    <message>
+        <source>There is no variable “%1” yet.</source>
+        <translation>还没有变量“%1”。</translation>
+    </message>
+</context>
+<context>
+    <name>Workbench::RunSession</name>
+    <message>
+        <source>The step failed: %1</source>
+        <translation>步骤出错：%1</translation>
+    </message>
+    <message>
+        <source>%1 wrote, %2 skipped, %3 disabled, in %4 ms</source>
+        <translation>%1 步已写入，%2 步已跳过，%3 步已停用，用时 %4 毫秒</translation>
+    </message>
+    <message>
+        <source>Run completed: %1</source>
+        <translation>运行完成：%1</translation>
+    </message>
+    <message>
+        <source>Run stopped: %1</source>
+        <translation>运行已停止：%1</translation>
+    </message>
+    <message>
+        <source>Run ended by a step that failed: %1</source>
+        <translation>运行因步骤出错而结束：%1</translation>
+    </message>
+</context>
+<context>
+    <name>Workbench::ScriptDocument</name>
+    <message>
+        <source>Place “%1”</source>
+        <translation>放置“%1”</translation>
+    </message>
+    <message>
+        <source>These are no steps: %1</source>
+        <translation>这不是步骤：%1</translation>
+    </message>
+    <message numerus="yes">
+        <source>Paste %n step(s)</source>
+        <translation>
+            <numerusform>粘贴 %n 个步骤</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Duplicate %n step(s)</source>
+        <translation>
+            <numerusform>复制 %n 个步骤</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Delete %n step(s)</source>
+        <translation>
+            <numerusform>删除 %n 个步骤</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Move %n step(s)</source>
+        <translation>
+            <numerusform>移动 %n 个步骤</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Enable %n step(s)</source>
+        <translation>
+            <numerusform>启用 %n 个步骤</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Disable %n step(s)</source>
+        <translation>
+            <numerusform>停用 %n 个步骤</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Change “%1”</source>
+        <translation>更改“%1”</translation>
+    </message>
+</context>
+<context>
+    <name>Workbench::ScriptPane</name>
+    <message>
+        <source>Steps of the script</source>
+        <translation>脚本的步骤</translation>
+    </message>
+    <message>
+        <source>Cu&amp;t</source>
+        <translation>剪切(&amp;T)</translation>
+    </message>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>复制(&amp;C)</translation>
+    </message>
+    <message>
+        <source>&amp;Paste</source>
+        <translation>粘贴(&amp;P)</translation>
+    </message>
+    <message>
+        <source>D&amp;uplicate</source>
+        <translation>创建副本(&amp;U)</translation>
+    </message>
+    <message>
+        <source>&amp;Delete</source>
+        <translation>删除(&amp;D)</translation>
+    </message>
+    <message>
+        <source>Move u&amp;p</source>
+        <translation>上移(&amp;P)</translation>
+    </message>
+    <message>
+        <source>Move d&amp;own</source>
+        <translation>下移(&amp;O)</translation>
+    </message>
+    <message>
+        <source>&amp;Enable or disable</source>
+        <translation>启用或停用(&amp;E)</translation>
+    </message>
+    <message>
+        <source>The script has no steps yet.
+Drag one here from the palette, or double-click it there.</source>
+        <translation>脚本还没有步骤。
+从步骤库拖到这里，或在那里双击。</translation>
+    </message>
+</context>
+<context>
+    <name>Workbench::StepDelegate</name>
+    <message>
+        <source>running…</source>
+        <translation>运行中…</translation>
+    </message>
+    <message>
+        <source>✓ wrote</source>
+        <translation>✓ 已写入</translation>
+    </message>
+    <message>
+        <source>⚠ skipped</source>
+        <translation>⚠ 已跳过</translation>
+    </message>
+    <message>
+        <source>✗ failed</source>
+        <translation>✗ 出错</translation>
+    </message>
+    <message>
+        <source>disabled</source>
+        <translation>已停用</translation>
+    </message>
+</context>
+<context>
+    <name>Workbench::TableValueModel</name>
+    <message numerus="yes">
+        <source>%n cell(s) kept the old type: %1</source>
+        <translation>
+            <numerusform>%n 个单元格保留原类型：%1</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Behind the end of the row</source>
+        <translation>在行尾之后</translation>
+    </message>
+</context>
+<context>
+    <name>Workbench::TextEditor</name>
+    <message>
+        <source>A value of this type cannot be edited as text.</source>
+        <translation>此类型的值无法以文本编辑。</translation>
+    </message>
+    <message>
+        <source>This is no value of the type “%1”; the setting keeps its old one.</source>
+        <translation>这不是“%1”类型的值，设置保持原值。</translation>
+    </message>
+</context>
+<context>
+    <name>Workbench::ValueDialog</name>
+    <message>
+        <source>Table “%1”</source>
+        <translation>表格“%1”</translation>
+    </message>
+    <message>
+        <source>List “%1”</source>
+        <translation>列表“%1”</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>确定</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Add row</source>
+        <translation>添加行</translation>
+    </message>
+    <message>
+        <source>Add</source>
+        <translation>添加</translation>
+    </message>
+    <message>
+        <source>Remove rows</source>
+        <translation>删除行</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>删除</translation>
+    </message>
+    <message>
+        <source>Add column</source>
+        <translation>添加列</translation>
+    </message>
+    <message>
+        <source>Remove columns</source>
+        <translation>删除列</translation>
+    </message>
+    <message>
+        <source>Up</source>
+        <translation>上移</translation>
+    </message>
+    <message>
+        <source>Down</source>
+        <translation>下移</translation>
+    </message>
+    <message>
+        <source>Sort</source>
+        <translation>排序</translation>
+    </message>
+    <message>
+        <source>Import…</source>
+        <translation>导入…</translation>
+    </message>
+    <message>
+        <source>Export…</source>
+        <translation>导出…</translation>
+    </message>
+    <message>
+        <source>Type</source>
+        <translation>类型</translation>
+    </message>
+    <message>
+        <source>Convert what is selected to another type</source>
+        <translation>把所选内容转换为其他类型</translation>
+    </message>
+    <message>
+        <source>Import</source>
+        <translation>导入</translation>
+    </message>
+    <message>
+        <source>Text and CSV files (*.txt *.csv);;All files (*)</source>
+        <translation>文本和 CSV 文件 (*.txt *.csv);;所有文件 (*)</translation>
+    </message>
+    <message>
+        <source>Text files (*.txt);;CSV files (*.csv)</source>
+        <translation>文本文件 (*.txt);;CSV 文件 (*.csv)</translation>
+    </message>
+    <message>
+        <source>CSV files (*.csv)</source>
+        <translation>CSV 文件 (*.csv)</translation>
+    </message>
+    <message>
+        <source>Export</source>
+        <translation>导出</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n row(s)</source>
+        <translation>
+            <numerusform>%n 行</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n item(s)</source>
+        <translation>
+            <numerusform>%n 项</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>Workbench::ValueFile</name>
+    <message>
+        <source>Item %1 has a line break, which a text file with one item a line cannot hold. Choose a .csv file.</source>
+        <translation>第 %1 项含有换行，每行一项的文本文件无法保存。请选择 .csv 文件。</translation>
+    </message>
+</context>
+<context>
+    <name>Workbench::VariableEdits</name>
+    <message>
+        <source>Integer</source>
+        <translation>整数</translation>
+    </message>
+    <message>
+        <source>Decimal</source>
+        <translation>小数</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>文本</translation>
+    </message>
+    <message>
+        <source>Yes/no</source>
+        <translation>布尔</translation>
+    </message>
+    <message>
+        <source>List</source>
+        <translation>列表</translation>
+    </message>
+    <message>
+        <source>Table</source>
+        <translation>表格</translation>
+    </message>
+    <message>
+        <source>Undeclared</source>
+        <translation>未声明</translation>
+    </message>
+    <message>
+        <source>variable%1</source>
+        <translation>变量%1</translation>
+    </message>
+    <message>
+        <source>A variable needs a name.</source>
+        <translation>变量需要名称。</translation>
+    </message>
+    <message>
+        <source>There is a variable “%1” already.</source>
+        <translation>已经有变量“%1”。</translation>
+    </message>
+</context>
+<context>
+    <name>Workbench::VariableNameEditor</name>
+    <message>
+        <source>No variable is chosen.</source>
+        <translation>尚未选择变量。</translation>
+    </message>
+    <message>
+        <source>There is no variable “%1” yet.</source>
+        <translation>还没有变量“%1”。</translation>
+    </message>
+    <message>
+        <source>“%1” is not a list.</source>
+        <translation>“%1”不是列表。</translation>
+    </message>
+</context>
+<context>
+    <name>Workbench::VariablesModel</name>
+    <message numerus="yes">
+        <source>%n row(s): %1</source>
+        <translation>
+            <numerusform>%n 行：%1</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n item(s): %1</source>
+        <translation>
+            <numerusform>%n 项：%1</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Not changed by the last run</source>
+        <translation>上次运行没有改变</translation>
+    </message>
+    <message>
+        <source>Before the last run: %1
+After the last run: %2</source>
+        <translation>上次运行之前：%1
+上次运行之后：%2</translation>
+    </message>
+    <message>
+        <source>Rename variable</source>
+        <translation>重命名变量</translation>
+    </message>
+    <message>
+        <source>Change type of “%1”</source>
+        <translation>更改“%1”的类型</translation>
+    </message>
+    <message>
+        <source>Change value of “%1”</source>
+        <translation>更改“%1”的值</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>名称</translation>
+    </message>
+    <message>
+        <source>Type</source>
+        <translation>类型</translation>
+    </message>
+    <message>
+        <source>Start value</source>
+        <translation>初始值</translation>
+    </message>
+    <message>
+        <source>After the last run</source>
+        <translation>上次运行之后</translation>
+    </message>
+</context>
+<context>
+    <name>Workbench::VariablesPane</name>
+    <message>
+        <source>Add</source>
+        <translation>添加</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>删除</translation>
+    </message>
+    <message>
+        <source>Edit value…</source>
+        <translation>编辑值…</translation>
+    </message>
+    <message>
+        <source>Keep results</source>
+        <translation>保留结果</translation>
+    </message>
+    <message>
+        <source>Make the values after the last run those that the script starts with</source>
+        <translation>把上次运行之后的值作为脚本的初始值</translation>
+    </message>
+    <message>
+        <source>Variables</source>
+        <translation>变量</translation>
+    </message>
+    <message>
+        <source>Add variable</source>
+        <translation>添加变量</translation>
+    </message>
+    <message>
+        <source>Remove variable “%1”</source>
+        <translation>删除变量“%1”</translation>
+    </message>
+    <message>
+        <source>Change value of “%1”</source>
+        <translation>更改“%1”的值</translation>
+    </message>
+</context>
+<context>
+    <name>Workbench::main</name>
+    <message>
+        <source>There is no plug-in in %1.</source>
+        <translation>在 %1 中没有插件。</translation>
+    </message>
+</context>
+</TS>
