@@ -180,6 +180,7 @@ void TestWorkbenchModels::itemTextReadsBack_data()
     QTest::newRow("int") << QVariant(-7);
     QTest::newRow("64-bit int") << QVariant(std::numeric_limits<qlonglong>::min());
     QTest::newRow("double") << QVariant(0.1);
+    QTest::newRow("double of 17 digits") << QVariant(0.1 + 0.2);
     QTest::newRow("whole double") << QVariant(1.0);
     QTest::newRow("large double") << QVariant(1e300);
     QTest::newRow("infinity") << QVariant(-HUGE_VAL);
