@@ -206,6 +206,15 @@ void TestVariableScope::valuesReadBeforeAreNotChanged()
     QCOMPARE(copy.get("a"), QVariant(QVariantList{1, 2}));
     const VariableScope moved = std::move(copy);
     QCOMPARE(moved.get("a"), QVariant(QVariantList{1, 2}));
+
+    VariableScope assigned;
+    assigned.set("b", 1);
+    assigned = scope;
+    QCOMPARE(assigned.names(), QStringList("a"));
+    QCOMPARE(assigned.get("a"), QVariant(QVariantList{3}));
+    assigned = VariableScope();
+    QVERIFY(assigned.names().isEmpty());
+    QCOMPARE(scope.get("a"), QVariant(QVariantList{3}));
 }
 
 void TestVariableScope::writesAreCounted()
