@@ -487,7 +487,8 @@ void TestSteps::getConverts_data()
         };
         for (const Cell &cell : cells) {
             const bool accepted = cell.result.isValid();
-            QTest::addRow("%s to %s", qUtf8Printable(shown(kind.element)), qUtf8Printable(shown(cell.target.value)))
+            QTest::addRow("%s to %s", qUtf8Printable(shown(kind.element)),
+                          qUtf8Printable(shown(cell.target.value)))
                 << "list.get" << QVariantMap{{"sourceVar", "source"}, {"index", "0"}, {"targetVar", "target"}}
                 << Variables{listVariable("source", QVariantList() << kind.element), cell.target}
                 << (accepted ? "target" : "") << cell.result
