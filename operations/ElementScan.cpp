@@ -44,6 +44,23 @@ quint64 imageOf(const QVariant &element)
     return textEnd(element.toString());
 }
 
+// Whether a double may equal another one: those that differ by no more than 1e-12 of the smaller do. A NaN
+// or an infinity is never ruled out.
+class CloseTo
+{
+public:
+    explicit CloseTo(double value) : m_value(value), m_reach(std::abs(value) * 2e-12) { }
+
+    bool operator()(double image) const
+    {
+        return !(std::abs(image - m_value) > m_reach);
+    }
+
+private:
+    double m_value;
+    double m_reach;
+};
+
 // Without a way out of the loop, and with a flag as wide as an image, compilers examine several images at
 // a time.
 template<typename Image, typename Matches>
@@ -79,20 +96,23 @@ void ElementScan::append(const QVariant &element)
 
 bool ElementScan::contains(const QVariant &candidate)
 {
+    // Asking the first elements outright spares short lists the images.
+    constexpr int few = 4;
+    const int outright = std::min(few, m_elements.size());
+    for (int i = 0; i < outright; ++i) {
+        if (elementsEqual(candidate, m_elements.at(i)))
+            return true;
+    }
+    if (outright == m_elements.size())
+        return false;
+
     switch (candidate.userType()) {
     case QMetaType::Int: {
         const int value = candidate.toInt();
         return containsMatch(candidate, m_intImages, [value](int image) { return image == value; });
     }
-    case QMetaType::Double: {
-        // Doubles are equal when they differ by no more than 1e-12 of the smaller one.
-        const double value = candidate.toDouble();
-        if (!std::isfinite(value))
-            return equalsAny(candidate, m_elements);
-        const double reach = std::abs(value) * 2e-12;
-        return containsMatch(candidate, m_doubleImages,
-                             [value, reach](double image) { return std::abs(image - value) <= reach; });
-    }
+    case QMetaType::Double:
+        return containsMatch(candidate, m_doubleImages, CloseTo(candidate.toDouble()));
     case QMetaType::QString: {
         const quint64 end = textEnd(candidate.toString());
         return containsMatch(candidate, m_textImages, [end](quint64 image) { return image == end; });
@@ -125,8 +145,24 @@ bool ElementScan::containsMatch(const QVariant &candidate, std::vector<Image> &i
 
 int indexOfEqual(const QVariantList &list, const QVariant &value)
 {
-    const auto found = std::find_if(list.cbegin(), list.cend(), [&value](const QVariant &candidate) {
-        return elementsEqual(candidate, value);
+    const bool valueHasImage = hasImage(value);
+    const int intImage = value.toInt();
+    const CloseTo isCloseToValue(value.toDouble());
+    const QString text = value.toString();
+    const auto mayEqual = [&](const QVariant &candidate) {
+        switch (valueHasImage ? candidate.userType() : QMetaType::UnknownType) {
+        case QMetaType::Int:
+            return candidate.toInt() == intImage;
+        case QMetaType::Double:
+            return isCloseToValue(candidate.toDouble());
+        case QMetaType::QString:
+            return *static_cast<const QString *>(candidate.constData()) == text;
+        default:
+            return true;
+        }
+    };
+    const auto found = std::find_if(list.cbegin(), list.cend(), [&](const QVariant &candidate) {
+        return mayEqual(candidate) && elementsEqual(candidate, value);
     });
     return found == list.cend() ? -1 : int(found - list.cbegin());
 }

@@ -22,19 +22,26 @@ bool isNumeric(const QVariant &value)
     }
 }
 
-template<typename T>
-struct StoredLess
-{
-    bool operator()(const QVariant &left, const QVariant &right) const
-    {
-        return *static_cast<const T *>(left.constData()) < *static_cast<const T *>(right.constData());
-    }
-};
-
 bool allOfKind(const QVariantList &list, int kind)
 {
     return std::all_of(list.cbegin(), list.cend(),
                        [kind](const QVariant &element) { return element.userType() == kind; });
+}
+
+template<typename T>
+void sortStored(QVariantList &list)
+{
+    mergeSort(
+        list.begin(), list.end(),
+        [](const QVariant &element) { return static_cast<const T *>(element.constData()); },
+        [](const T *left, const T *right) { return *left < *right; });
+}
+
+void sortAny(QVariantList &list)
+{
+    mergeSort(
+        list.begin(), list.end(), [](const QVariant &element) { return &element; },
+        [](const QVariant *left, const QVariant *right) { return elementLess(*left, *right); });
 }
 } // namespace
 
@@ -48,11 +55,11 @@ bool elementLess(const QVariant &left, const QVariant &right)
 void sortList(QVariantList &list)
 {
     if (allOfKind(list, QMetaType::Int))
-        mergeSort(list.begin(), list.end(), StoredLess<int>());
+        sortStored<int>(list);
     else if (allOfKind(list, QMetaType::Double))
-        mergeSort(list.begin(), list.end(), StoredLess<double>());
+        sortStored<double>(list);
     else if (allOfKind(list, QMetaType::QString))
-        mergeSort(list.begin(), list.end(), StoredLess<QString>());
+        sortStored<QString>(list);
     else
-        mergeSort(list.begin(), list.end(), elementLess);
+        sortAny(list);
 }

@@ -326,11 +326,6 @@ bool parseIndexText(const QString &text, int &out)
     return isNumber;
 }
 
-bool elementsEqual(const QVariant &candidate, const QVariant &other)
-{
-    return candidate == other;
-}
-
 bool equalsAny(const QVariant &candidate, const QVariantList &others)
 {
     return std::any_of(others.cbegin(), others.cend(),

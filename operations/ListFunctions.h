@@ -89,7 +89,10 @@ bool parseIndexText(const QString &text, int &out);
 /// The one rule by which elements count as equal: what `QVariant::operator==` answers when called on
 /// \a candidate. The list element being examined is always the candidate: Qt converts the other value to
 /// its type, so the order is part of the rule.
-bool elementsEqual(const QVariant &candidate, const QVariant &other);
+inline bool elementsEqual(const QVariant &candidate, const QVariant &other)
+{
+    return candidate == other;
+}
 
 /// Whether \a candidate equals one of \a others, which are tried from the first to the last.
 bool equalsAny(const QVariant &candidate, const QVariantList &others);

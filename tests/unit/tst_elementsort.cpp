@@ -136,7 +136,9 @@ private slots:
         for (int size = 0; size <= 200; size += size < 40 ? 1 : 37) {
             QVariantList list = ElementSamples::drawn(samples, size, unsigned(size));
             QVariantList expected = list;
-            mergeSort(expected.begin(), expected.end(), plainLess);
+            mergeSort(
+                expected.begin(), expected.end(), [](const QVariant &element) { return &element; },
+                [](const QVariant *left, const QVariant *right) { return plainLess(*left, *right); });
             sortList(list);
             QCOMPARE(shown(list), shown(expected));
         }
@@ -205,11 +207,13 @@ private slots:
             Counted::s_most = Counted::s_now;
             const int before = Counted::s_now;
             int comparisons = 0;
-            mergeSort(elements.begin() + border, elements.end() - border,
-                      [&](const Counted &left, const Counted &right) {
-                          ++comparisons;
-                          return less(left.value(), right.value());
-                      });
+            mergeSort(
+                elements.begin() + border, elements.end() - border,
+                [](const Counted &element) { return &element; },
+                [&](const Counted *left, const Counted *right) {
+                    ++comparisons;
+                    return less(left->value(), right->value());
+                });
 
             // Half a list in the buffer, and one element in hand.
             QVERIFY(Counted::s_most - before <= size / 2 + 1);
