@@ -316,7 +316,7 @@ void TestWorkbenchModels::csvRefuses()
 
 void TestWorkbenchModels::csvReadsBack()
 {
-    const QVector<QStringList> rows{{"a", "b,c", "d\"e"}, {""}, {"", ""}, {"f\ng", "h\r\ni"}, {" j "}};
+    const QVector<QStringList> rows{{"a", "b,c", "d\"e"}, {""}, {"", ""}, {"f\ng", "h\r\ni", "\"k"}, {" j "}};
     QVector<QStringList> back;
     QString error;
     QVERIFY(parseCsv(formatCsv(rows), back, error));
@@ -484,15 +484,15 @@ void TestWorkbenchModels::tableColumns()
     QVERIFY(ItemValue::same(model.rows(), QVariantList{QVariant(QVariantList{QVariant()})}));
 
     model.setRows({QVariant(QVariantList{1, 2, 3}), QVariant(QVariantList{4})});
-    QVERIFY(model.insertColumn(1));
+    QVERIFY(model.insertColumn(2));
     QVERIFY(model.insertColumn(4));
     QCOMPARE(model.columnCount(), 5);
     QVERIFY(ItemValue::same(
         model.rows(),
-        QVariantList({QVariant(QVariantList{1, QVariant(), 2, 3, QVariant()}), QVariant(QVariantList{4})})));
+        QVariantList({QVariant(QVariantList{1, 2, QVariant(), 3, QVariant()}), QVariant(QVariantList{4})})));
     QVERIFY(model.removeColumns(0, 2));
     QVERIFY(ItemValue::same(
-        model.rows(), QVariantList({QVariant(QVariantList{2, 3, QVariant()}), QVariant(QVariantList{})})));
+        model.rows(), QVariantList({QVariant(QVariantList{QVariant(), 3, QVariant()}), QVariant(QVariantList{})})));
     QCOMPARE(model.columnCount(), 3);
     QVERIFY(!model.insertColumn(4));
     QVERIFY(!model.removeColumns(2, 2));
