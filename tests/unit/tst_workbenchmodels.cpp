@@ -492,7 +492,8 @@ void TestWorkbenchModels::tableColumns()
         QVariantList({QVariant(QVariantList{1, 2, QVariant(), 3, QVariant()}), QVariant(QVariantList{4})})));
     QVERIFY(model.removeColumns(0, 2));
     QVERIFY(ItemValue::same(
-        model.rows(), QVariantList({QVariant(QVariantList{QVariant(), 3, QVariant()}), QVariant(QVariantList{})})));
+        model.rows(),
+        QVariantList({QVariant(QVariantList{QVariant(), 3, QVariant()}), QVariant(QVariantList{})})));
     QCOMPARE(model.columnCount(), 3);
     QVERIFY(!model.insertColumn(4));
     QVERIFY(!model.removeColumns(2, 2));

@@ -967,7 +967,9 @@ void TestWorkbenchWindow::largeListsStayFluid()
         stallOf([view] { view->model()->sort(ListValueModel::ValueColumn, Qt::AscendingOrder); });
     const qint64 inserted = stallOf([view] { view->model()->insertRow(50000); });
     QCOMPARE(dialog->value().size(), 100001);
-    QCOMPARE(dialog->value().first(), QVariant(0));
+    // Numbers come first in order; every other item was a text.
+    QCOMPARE(dialog->value().at(1).userType(), int(QMetaType::Int));
+    QVERIFY(dialog->value().at(1).toInt() < dialog->value().at(2).toInt());
     qInfo(
         "longest stalls with 100,000 items: shown %lld ms, opened %lld ms, scrolled %lld ms, sorted %lld ms, "
         "inserted %lld ms",
