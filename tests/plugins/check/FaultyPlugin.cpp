@@ -31,16 +31,17 @@ bool has(const char *id)
 QObject *faultyInstance(const char *fault)
 {
     static QPointer<QObject> instance;
-    static QObject *first = nullptr;
+    static bool created = false;
     activeFault = fault;
     if (has("crashes-on-load"))
         std::abort();
     if (has("library.loads"))
         return new QObject;
-    if (has("library.instance-again") && first)
-        return first;
+    if (has("library.instance-again") && created)
+        return instance;
     if (!instance || has("library.one-instance"))
-        instance = first = new FaultyPlugin;
+        instance = new FaultyPlugin;
+    created = true;
     return instance;
 }
 

@@ -15,7 +15,7 @@ namespace
 {
 [[noreturn]] void hang()
 {
-    for (volatile int i = 0;; i = i + 1) { }
+    for (volatile unsigned i = 0;; i = i + 1) { }
 }
 
 // Goes through nothing that a sanitizer or Qt would turn into something milder.
