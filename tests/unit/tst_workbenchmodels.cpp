@@ -383,7 +383,8 @@ void TestWorkbenchModels::listRowsMove()
     model.setItems({"a", "b", "c", "d"});
     QCOMPARE(model.moveRows(QModelIndex(), row, count, QModelIndex(), target), items != "abcd");
     QString result;
-    for (const QVariant &item : model.items())
+    const QVariantList moved = model.items();
+    for (const QVariant &item : moved)
         result += item.toString();
     QCOMPARE(result, items);
 }
@@ -835,10 +836,10 @@ void TestWorkbenchModels::recentFilesAreBounded()
     for (int i = 0; i < 12; ++i)
         recent.add(QStringLiteral("/scripts/%1.json").arg(i));
     QCOMPARE(recent.paths().size(), 10);
-    QCOMPARE(recent.paths().first(), QFileInfo("/scripts/11.json").absoluteFilePath());
+    QCOMPARE(recent.paths().constFirst(), QFileInfo("/scripts/11.json").absoluteFilePath());
     recent.add("/scripts/5.json");
     QCOMPARE(recent.paths().size(), 10);
-    QCOMPARE(recent.paths().first(), QFileInfo("/scripts/5.json").absoluteFilePath());
+    QCOMPARE(recent.paths().constFirst(), QFileInfo("/scripts/5.json").absoluteFilePath());
     recent.remove("/scripts/5.json");
     QCOMPARE(RecentFiles(settings).paths().size(), 9);
 }

@@ -118,7 +118,8 @@ void inNextDialog(Action action)
 void answer(const QString &buttonText)
 {
     inNextDialog<QMessageBox>([buttonText](QMessageBox *box) {
-        for (QAbstractButton *button : box->buttons()) {
+        const QList<QAbstractButton *> buttons = box->buttons();
+        for (QAbstractButton *button : buttons) {
             if (button->text().remove(QLatin1Char('&')) == buttonText)
                 button->click();
         }
@@ -820,7 +821,7 @@ void TestWorkbenchWindow::savesAndReopens()
     QVERIFY(ItemValue::same(m_window->document().variables().get("names"), QVariantList({"b", 1, 1.0})));
     QVERIFY(m_window->windowTitle().contains("script.json"));
     QVERIFY(!m_window->isWindowModified());
-    QCOMPARE(RecentFiles(*m_settings).paths().first(), QFileInfo(fileName).absoluteFilePath());
+    QCOMPARE(RecentFiles(*m_settings).paths().constFirst(), QFileInfo(fileName).absoluteFilePath());
 }
 
 void TestWorkbenchWindow::guardsUnsavedChanges()
@@ -882,7 +883,8 @@ void TestWorkbenchWindow::speaksChinese()
     m_window = std::make_unique<MainWindow>(m_catalogue, *m_settings);
     const QStringList menus = [this] {
         QStringList titles;
-        for (const QAction *action : m_window->menuBar()->actions())
+        const QList<QAction *> actions = m_window->menuBar()->actions();
+        for (const QAction *action : actions)
             titles.append(action->text());
         return titles;
     }();

@@ -56,7 +56,8 @@ LogPane::LogPane(LogModel &log, QWidget *parent) : QTreeView(parent), m_log(log)
 void LogPane::copyLines() const
 {
     QStringList lines;
-    for (const QModelIndex &index : selectionModel()->selectedRows()) {
+    const QModelIndexList selected = selectionModel()->selectedRows();
+    for (const QModelIndex &index : selected) {
         QStringList cells;
         for (int column = 0; column < LogModel::ColumnCount; ++column)
             cells.append(index.siblingAtColumn(column).data().toString());

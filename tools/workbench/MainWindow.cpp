@@ -72,7 +72,8 @@ MainWindow::~MainWindow()
 {
     // The panes look at members of the window, which go before the widgets do.
     delete takeCentralWidget();
-    for (QDockWidget *dock : findChildren<QDockWidget *>())
+    const QList<QDockWidget *> docks = findChildren<QDockWidget *>();
+    for (QDockWidget *dock : docks)
         delete dock;
 }
 
@@ -179,7 +180,8 @@ void MainWindow::createEditMenu()
     menu->addAction(undo);
     menu->addAction(redo);
     menu->addSeparator();
-    for (QAction *action : m_script->editActions()) {
+    const QList<QAction *> stepActions = m_script->editActions();
+    for (QAction *action : stepActions) {
         if (action)
             menu->addAction(action);
         else
@@ -364,7 +366,8 @@ bool MainWindow::saveTo(const QString &fileName)
 void MainWindow::showRecentFiles()
 {
     m_recentMenu->clear();
-    for (const QString &path : m_recentFiles.paths())
+    const QStringList paths = m_recentFiles.paths();
+    for (const QString &path : paths)
         m_recentMenu->addAction(QDir::toNativeSeparators(path), this, [this, path] { openFile(path); });
     if (m_recentMenu->isEmpty())
         m_recentMenu->addAction(tr("None yet"))->setEnabled(false);

@@ -17,7 +17,8 @@ PaletteModel::PaletteModel(const StepHost::StepCatalogue &catalogue, QObject *pa
         sources.append({plugin->manifest(), plugin->prototypes()});
 
     QStandardItem *category = nullptr;
-    for (const StepHost::PaletteEntry &entry : StepHost::paletteOrder(sources)) {
+    const QVector<StepHost::PaletteEntry> entries = StepHost::paletteOrder(sources);
+    for (const StepHost::PaletteEntry &entry : entries) {
         if (!category || category->text() != entry.category) {
             category = new QStandardItem(entry.category);
             category->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable);

@@ -49,8 +49,8 @@ void PropertyPane::build()
     auto *layout = new QVBoxLayout(content);
     if (m_step) {
         addHeader(layout);
-        for (const StepHost::SettingSchema &setting :
-             StepHost::readEditorSchema(*m_step->metaObject()).settings)
+        const StepHost::EditorSchema schema = StepHost::readEditorSchema(*m_step->metaObject());
+        for (const StepHost::SettingSchema &setting : schema.settings)
             addRow(setting, layout);
     } else {
         QLabel *label = newTextLabel(tr("Select a step to see its settings."));

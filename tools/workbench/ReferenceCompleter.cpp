@@ -19,7 +19,8 @@ void ReferenceCompleter::setVariables(const VariableScope &variables, const QVec
 {
     m_names.clear();
     m_members.clear();
-    for (const QString &name : variables.names()) {
+    const QStringList allNames = variables.names();
+    for (const QString &name : allNames) {
         const QString reference = QLatin1Char('$') + name;
         const VarType type = variables.typeOf(reference);
         const bool hasMembers = type == VarType::List || type == VarType::Table;

@@ -71,7 +71,8 @@ StepHost::Script ScriptDocument::copy() const
 QByteArray ScriptDocument::stepsAs(StepHost::ScriptForm form, const QList<int> &rows) const
 {
     StepHost::Script script;
-    for (const int row : sorted(rows))
+    const QList<int> ordered = sorted(rows);
+    for (const int row : ordered)
         script.steps.push_back(copyStep(row));
     return StepHost::writeScript(script, form, m_catalogue).bytes;
 }
@@ -108,7 +109,8 @@ void ScriptDocument::duplicateSteps(const QList<int> &rows, int target)
     if (rows.isEmpty())
         return;
     std::vector<StepHost::ScriptStep> steps;
-    for (const int row : sorted(rows))
+    const QList<int> ordered = sorted(rows);
+    for (const int row : ordered)
         steps.push_back(copyStep(row));
     m_undoStack.push(new InsertStepsCommand(*this, target, std::move(steps),
                                             tr("Duplicate %n step(s)", nullptr, rows.size())));

@@ -129,10 +129,9 @@ int ScriptModel::rowOf(const Operation *step) const
 
 QIcon ScriptModel::icon(const QString &path) const
 {
-    auto found = m_icons.constFind(path);
-    if (found == m_icons.constEnd())
-        found = m_icons.insert(path, stepIcon(path));
-    return *found;
+    if (!m_icons.contains(path))
+        m_icons.insert(path, stepIcon(path));
+    return m_icons.value(path);
 }
 
 void ScriptModel::rowChanged(int row)

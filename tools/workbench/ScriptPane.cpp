@@ -105,7 +105,8 @@ void ScriptPane::placeStep(const QString &typeId)
 QList<int> ScriptPane::selectedRows() const
 {
     QList<int> rows;
-    for (const QModelIndex &index : selectionModel()->selectedRows())
+    const QModelIndexList selected = selectionModel()->selectedRows();
+    for (const QModelIndex &index : selected)
         rows.append(index.row());
     std::sort(rows.begin(), rows.end());
     return rows;

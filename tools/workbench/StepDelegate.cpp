@@ -132,7 +132,8 @@ void StepDelegate::paint(QPainter *painter, const QStyleOptionViewItem &viewOpti
     painter->setPen(isSelected ? selectedText : Colors::warning(palette));
     QRect line = layout.warnings;
     line.setHeight(option.fontMetrics.lineSpacing());
-    for (const QString &warning : index.data(ScriptModel::WarningsRole).toStringList()) {
+    const QStringList messages = index.data(ScriptModel::WarningsRole).toStringList();
+    for (const QString &warning : messages) {
         painter->drawText(line, Qt::AlignLeft | Qt::AlignVCenter, elided(option, warning, line.width()));
         line.translate(0, line.height());
     }

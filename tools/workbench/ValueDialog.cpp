@@ -30,7 +30,8 @@ namespace
 QVector<ChoiceDelegate::Choice> kindChoices()
 {
     QVector<ChoiceDelegate::Choice> choices;
-    for (const ItemKind kind : ItemValue::editableKinds())
+    const QVector<ItemKind> kinds = ItemValue::editableKinds();
+    for (const ItemKind kind : kinds)
         choices.append({int(kind), ItemValue::kindName(kind)});
     return choices;
 }
@@ -70,7 +71,8 @@ ValueDialog::ValueDialog(const QString &name, VarType type, const QVariantList &
     auto *buttons = new QDialogButtonBox;
     buttons->addButton(tr("OK"), QDialogButtonBox::AcceptRole)->setDefault(false);
     buttons->addButton(tr("Cancel"), QDialogButtonBox::RejectRole);
-    for (QAbstractButton *button : buttons->buttons())
+    const QList<QAbstractButton *> allButtons = buttons->buttons();
+    for (QAbstractButton *button : allButtons)
         static_cast<QPushButton *>(button)->setAutoDefault(false);
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
@@ -142,7 +144,8 @@ void ValueDialog::addTypeMenu(QToolBar *bar)
     button->setToolTip(tr("Convert what is selected to another type"));
     button->setPopupMode(QToolButton::InstantPopup);
     auto *menu = new QMenu(button);
-    for (const ItemKind kind : ItemValue::editableKinds())
+    const QVector<ItemKind> kinds = ItemValue::editableKinds();
+    for (const ItemKind kind : kinds)
         menu->addAction(ItemValue::kindName(kind), this, [this, kind] { convertSelected(kind); });
     button->setMenu(menu);
     bar->addWidget(button);
@@ -198,7 +201,8 @@ void ValueDialog::insertColumn()
 void ValueDialog::removeColumns()
 {
     QList<int> columns;
-    for (const QModelIndex &index : m_view->selectionModel()->selectedIndexes())
+    const QModelIndexList selected = m_view->selectionModel()->selectedIndexes();
+    for (const QModelIndex &index : selected)
         columns.append(index.column());
     std::sort(columns.begin(), columns.end());
     columns.erase(std::unique(columns.begin(), columns.end()), columns.end());

@@ -36,7 +36,8 @@ QStringList rowTexts(const QVariant &row)
     if (ItemValue::kind(row) != ItemKind::List)
         return {ItemValue::editText(row)};
     QStringList texts;
-    for (const QVariant &cell : row.toList())
+    const QVariantList cells = row.toList();
+    for (const QVariant &cell : cells)
         texts.append(ItemValue::editText(cell));
     return texts;
 }

@@ -112,7 +112,8 @@ bool VariableEdits::rename(VariableScope &scope, const QString &from, const QStr
     if (!checkNewName(scope, bare, error))
         return false;
     VariableScope renamed;
-    for (const QString &name : scope.names()) {
+    const QStringList names = scope.names();
+    for (const QString &name : names) {
         const QString address = QLatin1Char('$') + name;
         putVariable(renamed, name == from ? bare : name, scope.typeOf(address), scope.get(address));
     }

@@ -57,7 +57,8 @@ void VariableNameEditor::setVariables(const VariableScope &variables)
 {
     m_variables = variables;
     QStringList names;
-    for (const QString &name : variables.names()) {
+    const QStringList allNames = variables.names();
+    for (const QString &name : allNames) {
         if (isOffered(variables.typeOf(QLatin1Char('$') + name)))
             names.append(name);
     }

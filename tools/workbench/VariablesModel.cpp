@@ -45,7 +45,8 @@ void VariablesModel::setResult(const VariableScope &before, const VariableScope 
     m_before = before;
     m_after = after;
     m_changed.clear();
-    for (const QString &name : after.names()) {
+    const QStringList resultNames = after.names();
+    for (const QString &name : resultNames) {
         if (!ItemValue::same(before.get(address(name)), after.get(address(name))))
             m_changed.insert(name);
     }
@@ -60,7 +61,8 @@ void VariablesModel::clearResult()
 void VariablesModel::updateNames()
 {
     QStringList names = m_variables.names();
-    for (const QString &name : m_after.names()) {
+    const QStringList resultNames = m_after.names();
+    for (const QString &name : resultNames) {
         if (!m_variables.contains(address(name)))
             names.append(name);
     }

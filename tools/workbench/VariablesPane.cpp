@@ -108,7 +108,8 @@ void VariablesPane::createView()
     m_view->horizontalHeader()->setSectionResizeMode(VariablesModel::ValueColumn, QHeaderView::Stretch);
     m_view->horizontalHeader()->setSectionResizeMode(VariablesModel::ResultColumn, QHeaderView::Stretch);
     QVector<ChoiceDelegate::Choice> types;
-    for (const VarType type : VariableEdits::types())
+    const QVector<VarType> variableTypes = VariableEdits::types();
+    for (const VarType type : variableTypes)
         types.append({int(type), VariableEdits::typeName(type)});
     m_view->setItemDelegateForColumn(VariablesModel::TypeColumn, new ChoiceDelegate(types, this));
     m_view->setItemDelegateForColumn(VariablesModel::ResultColumn, new ResultDelegate(this));

@@ -74,7 +74,8 @@ int main(int argc, char **argv)
         return refuse(QStringLiteral("there is no language \"%1\"; there are %2")
                           .arg(language, Workbench::Language::codes().join(QLatin1String(", "))));
     }
-    if (parser.positionalArguments().size() > 1)
+    const QStringList scripts = parser.positionalArguments();
+    if (scripts.size() > 1)
         return refuse(QStringLiteral("only one script can be opened"));
     Workbench::Language::install(application, language);
 
@@ -86,7 +87,7 @@ int main(int argc, char **argv)
     for (const QString &reason : reasons)
         window.log().appendWarning(reason);
     window.show();
-    if (!parser.positionalArguments().isEmpty())
-        window.openFile(parser.positionalArguments().first());
+    if (!scripts.isEmpty())
+        window.openFile(scripts.first());
     return QApplication::exec();
 }
