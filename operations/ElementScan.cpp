@@ -1,7 +1,5 @@
 #include "ElementScan.h"
 
-#include "ListFunctions.h"
-
 #include <algorithm>
 #include <cmath>
 #include <type_traits>
@@ -61,6 +59,11 @@ private:
     double m_reach;
 };
 
+bool mayEqualText(const QString &text, const QString &other)
+{
+    return text.size() == other.size() && (text.isEmpty() || text.back() == other.back());
+}
+
 // Without a way out of the loop, and with a flag as wide as an image, compilers examine several images at
 // a time.
 template<typename Image, typename Matches>
@@ -79,33 +82,15 @@ ElementScan::ElementScan(int capacity)
     m_elements.reserve(capacity);
 }
 
-ElementScan::ElementScan(const QVariantList &elements) : m_elements(elements)
-{
-    for (int i = 0; i < m_elements.size(); ++i) {
-        if (!hasImage(m_elements.at(i)))
-            m_otherKinds.push_back(i);
-    }
-}
+ElementScan::ElementScan(const QVariantList &elements) : m_elements(elements) { }
 
 void ElementScan::append(const QVariant &element)
 {
-    if (!hasImage(element))
-        m_otherKinds.push_back(m_elements.size());
     m_elements.append(element);
 }
 
-bool ElementScan::contains(const QVariant &candidate)
+bool ElementScan::containsByImages(const QVariant &candidate)
 {
-    // Asking the first elements outright spares short lists the images.
-    constexpr int few = 4;
-    const int outright = std::min(few, m_elements.size());
-    for (int i = 0; i < outright; ++i) {
-        if (elementsEqual(candidate, m_elements.at(i)))
-            return true;
-    }
-    if (outright == m_elements.size())
-        return false;
-
     switch (candidate.userType()) {
     case QMetaType::Int: {
         const int value = candidate.toInt();
@@ -128,6 +113,10 @@ bool ElementScan::containsMatch(const QVariant &candidate, std::vector<Image> &i
     const auto size = static_cast<std::size_t>(m_elements.size());
     while (images.size() < size)
         images.push_back(imageOf<Image>(m_elements.at(static_cast<int>(images.size()))));
+    for (; m_kindsKnown < m_elements.size(); ++m_kindsKnown) {
+        if (!hasImage(m_elements.at(m_kindsKnown)))
+            m_otherKinds.push_back(m_kindsKnown);
+    }
     constexpr std::size_t blockSize = 128;
     for (std::size_t block = 0; block < size; block += blockSize) {
         const std::size_t end = std::min(block + blockSize, size);
@@ -156,7 +145,7 @@ int indexOfEqual(const QVariantList &list, const QVariant &value)
         case QMetaType::Double:
             return isCloseToValue(candidate.toDouble());
         case QMetaType::QString:
-            return *static_cast<const QString *>(candidate.constData()) == text;
+            return mayEqualText(*static_cast<const QString *>(candidate.constData()), text);
         default:
             return true;
         }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ListFunctions.h"
+
 #include <QVariant>
 
 #include <vector>
@@ -25,7 +27,12 @@ public:
     void append(const QVariant &element);
 
     /// Whether \a candidate equals one of the elements. The candidate is the left operand.
-    bool contains(const QVariant &candidate);
+    bool contains(const QVariant &candidate)
+    {
+        // Asking about the first element outright spares lists of equal elements the images.
+        return !m_elements.isEmpty()
+            && (elementsEqual(candidate, m_elements.constFirst()) || containsByImages(candidate));
+    }
 
     /// The elements in the order in which they came.
     const QVariantList &elements() const
@@ -34,11 +41,14 @@ public:
     }
 
 private:
+    bool containsByImages(const QVariant &candidate);
+
     template<typename Image, typename Matches>
     bool containsMatch(const QVariant &candidate, std::vector<Image> &images, Matches matches);
 
     QVariantList m_elements;
-    std::vector<int> m_otherKinds; // positions of the elements that have no images
+    std::vector<int> m_otherKinds; // positions of the elements that have no images, ...
+    int m_kindsKnown = 0; // ... as far as a candidate with an image has asked for it
     // One image for each element, as far as a candidate of the kind has asked for it.
     std::vector<int> m_intImages;
     std::vector<double> m_doubleImages;

@@ -328,8 +328,11 @@ bool parseIndexText(const QString &text, int &out)
 
 bool equalsAny(const QVariant &candidate, const QVariantList &others)
 {
-    return std::any_of(others.cbegin(), others.cend(),
-                       [&candidate](const QVariant &other) { return elementsEqual(candidate, other); });
+    for (const QVariant &other : others) {
+        if (elementsEqual(candidate, other))
+            return true;
+    }
+    return false;
 }
 
 void reverseList(QVariantList &list)

@@ -3,6 +3,7 @@
 #include "operations/ElementScan.h"
 #include "operations/ListFunctions.h"
 
+#include <QPoint>
 #include <QtTest>
 
 namespace
@@ -77,12 +78,15 @@ private slots:
         QCOMPARE(list.size(), 2);
     }
 
-    // Every sample against every other, in both orders.
+    // Every sample against every other, in both orders; behind another element, for the first one is asked
+    // about outright.
     void answersAsTheOperatorForEveryPair()
     {
         const QVariantList samples = ElementSamples::all();
+        const QVariant unlikeAll = QPoint(1, 2);
+        QVERIFY(!samples.contains(unlikeAll));
         for (const QVariant &element : samples) {
-            ElementScan scan({element});
+            ElementScan scan({unlikeAll, element});
             for (const QVariant &candidate : samples) {
                 const bool equal = candidate == element;
                 const int position = element == candidate ? 0 : -1;
