@@ -31,6 +31,7 @@ function(quillmap_configure target)
     endif()
     if(QUILLMAP_COVERAGE)
         target_compile_options(${target} PRIVATE --coverage -fprofile-abs-path -fprofile-update=atomic)
-        target_link_options(${target} PRIVATE --coverage)
+        target_link_options(${target} PRIVATE --coverage
+            $<$<PLATFORM_ID:Linux>:LINKER:--exclude-libs,libgcov.a>) # or each plug-in would export a part of it
     endif()
 endfunction()
