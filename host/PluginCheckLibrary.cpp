@@ -12,9 +12,8 @@
 #include <QSet>
 
 #include <algorithm>
-#include <cstdlib>
 #include <memory>
-#include <vector>
+#include <new>
 
 namespace StepHost
 {
@@ -180,30 +179,21 @@ void checkOneInstance(CheckContext &context)
     delete first;
 }
 
-// Takes hold of the memory at `address`, which was just freed. Returns whether that worked.
-bool occupy(const void *address, std::vector<std::unique_ptr<void, decltype(&std::free)>> &blocks)
-{
-    for (std::size_t size = sizeof(void *); size <= 1024; size += sizeof(void *)) {
-        blocks.emplace_back(std::malloc(size), &std::free);
-        if (blocks.back().get() == address)
-            return true;
-    }
-    return false;
-}
-
 void checkInstanceAgain(CheckContext &context)
 {
     QLibrary library(context.fileName());
     const EntryPoint entry = entryPointOf(library);
     QObject *first = entry();
-    delete first;
-    // With its memory taken, an object at the old address can only be the deleted one.
-    std::vector<std::unique_ptr<void, decltype(&std::free)>> blocks;
-    const bool isOccupied = occupy(first, blocks);
+    if (!first)
+        fail(QStringLiteral("qt_plugin_instance() gives null"));
+    // Destroyed, but its memory kept: what is at its address afterwards can only be the deleted object.
+    const std::unique_ptr<void, void (*)(void *)> memory(dynamic_cast<void *>(first),
+                                                         [](void *address) { ::operator delete(address); });
+    first->~QObject();
     QObject *second = entry();
     if (!second)
         fail(QStringLiteral("qt_plugin_instance() gives null after its object was deleted"));
-    if (isOccupied && second == first)
+    if (second == first)
         fail(QStringLiteral(
             "qt_plugin_instance() gives the object that was deleted; it has to make a new one"));
     if (!qobject_cast<IOperationPlugin *>(second))

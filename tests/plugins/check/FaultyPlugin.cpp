@@ -31,17 +31,16 @@ bool has(const char *id)
 QObject *faultyInstance(const char *fault)
 {
     static QPointer<QObject> instance;
-    static bool created = false;
+    static QObject *first = nullptr;
     activeFault = fault;
     if (has("crashes-on-load"))
         std::abort();
     if (has("library.loads"))
         return new QObject;
-    if (has("library.instance-again") && created)
-        return instance;
+    if (has("library.instance-again") && first)
+        return first;
     if (!instance || has("library.one-instance"))
-        instance = new FaultyPlugin;
-    created = true;
+        instance = first = new FaultyPlugin;
     return instance;
 }
 

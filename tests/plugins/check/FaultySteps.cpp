@@ -8,6 +8,7 @@
 #include <QtEndian>
 #include <QtMath>
 
+#include <cmath>
 #include <cstdlib>
 #include <stdexcept>
 
@@ -15,7 +16,8 @@ namespace
 {
 [[noreturn]] void hang()
 {
-    for (volatile unsigned i = 0;; i = i + 1) { }
+    for (volatile bool isIdle = false;;)
+        isIdle = !isIdle;
 }
 
 // Goes through nothing that a sanitizer or Qt would turn into something milder.
@@ -111,7 +113,7 @@ double SampleStep::amount() const
 
 void SampleStep::setAmount(double amount)
 {
-    m_settings->amount = has("settings.doubles") ? double(qRound(amount * 10)) / 10 : amount;
+    m_settings->amount = has("settings.doubles") ? std::floor(amount) : amount;
 }
 
 QString SampleStep::root() const
