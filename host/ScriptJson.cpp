@@ -96,8 +96,14 @@ QStringList settingNames(const QMetaObject *metaObject)
 bool adaptTo(const QMetaProperty &property, QVariant &value)
 {
     const int wanted = property.userType();
-    if (value.userType() == wanted || wanted == QMetaType::QVariant)
+    if (wanted == QMetaType::QVariant)
         return true;
+    if (value.userType() == wanted) {
+        // New steps hold null texts. Records tell those from empty ones, JSON cannot.
+        if (wanted == QMetaType::QString && value.toString().isEmpty())
+            value = QString();
+        return true;
+    }
     if (property.isEnumType()) {
         bool isKnown = value.userType() == QMetaType::Int;
         if (value.userType() == QMetaType::QString)

@@ -1,3 +1,4 @@
+#include "host/BinaryScript.h"
 #include "host/ScriptFile.h"
 
 #include <QtTest>
@@ -28,6 +29,7 @@ private slots:
     void refusesFiles();
     void refusesDeepNesting();
     void writesWhatItReads();
+    void keepsRecordsOfNewSteps();
     void writesNamesThatAScriptCannotDeclare();
     void refusesToWriteDeepNesting();
     void declaresVariables();
@@ -334,6 +336,22 @@ void TestScriptJson::writesWhatItReads()
     const WriteResult empty = writeScript(Script());
     QCOMPARE(empty.bytes, QByteArray("{\n  \"variables\": [],\n  \"steps\": []\n}\n"));
     QVERIFY(readScript(empty.bytes, m_catalogue));
+}
+
+// In a record a text that was never set differs from one that was set to nothing.
+void TestScriptJson::keepsRecordsOfNewSteps()
+{
+    const QStringList types = m_catalogue.typeIds().filter("list.");
+    QCOMPARE(types.size(), 10);
+    for (const QString &type : types) {
+        Script script;
+        script.steps.resize(1);
+        script.steps[0].operation.reset(m_catalogue.create(type, nullptr));
+        const ScriptResult read = readScript(writeScript(script).bytes, m_catalogue);
+        QVERIFY2(read, qPrintable(read.error));
+        QCOMPARE(recordOf(*read.script.steps[0].operation).toHex(),
+                 recordOf(*script.steps[0].operation).toHex());
+    }
 }
 
 void TestScriptJson::writesNamesThatAScriptCannotDeclare()
