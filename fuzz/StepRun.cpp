@@ -2,45 +2,15 @@
 
 #include "FuzzInput.h"
 #include "ReferenceSteps.h"
-#include "operations/ListAddOperation.h"
-#include "operations/ListClearOperation.h"
-#include "operations/ListDedupOperation.h"
-#include "operations/ListGetOperation.h"
-#include "operations/ListIntersectOperation.h"
-#include "operations/ListMergeOperation.h"
-#include "operations/ListRemoveOperation.h"
-#include "operations/ListReverseOperation.h"
-#include "operations/ListSortOperation.h"
-#include "operations/ListSubtractOperation.h"
-
-#include <QMetaProperty>
+#include "tests/unit/StepFamily.h"
+#include "tests/unit/WarningLog.h"
 
 namespace
 {
-template<typename Step>
-std::unique_ptr<Operation> make()
+const std::vector<StepPointer> &prototypes()
 {
-    return std::make_unique<Step>();
-}
-
-using StepFactory = std::unique_ptr<Operation> (*)();
-
-const StepFactory factories[] = {make<ListAddOperation>,       make<ListRemoveOperation>,
-                                 make<ListGetOperation>,       make<ListClearOperation>,
-                                 make<ListSortOperation>,      make<ListMergeOperation>,
-                                 make<ListReverseOperation>,   make<ListDedupOperation>,
-                                 make<ListIntersectOperation>, make<ListSubtractOperation>};
-
-QStringList &warnings()
-{
-    static QStringList lines;
-    return lines;
-}
-
-void keepWarning(QtMsgType, const QMessageLogContext &context, const QString &line)
-{
-    require(!context.file && !context.function && context.line == 0, "a warning carries a source position");
-    warnings().append(line);
+    static const std::vector<StepPointer> steps = newStepOfEachKind();
+    return steps;
 }
 
 VariableScope standardScope()
@@ -80,28 +50,19 @@ void requireSameVariables(const VariableScope &scope, const VariableScope &wante
 }
 } // namespace
 
-std::unique_ptr<Operation> newStep(int position)
+std::unique_ptr<Operation> cloneOf(int position)
 {
-    return factories[static_cast<unsigned>(position) % std::size(factories)]();
+    const auto place = static_cast<unsigned>(position) % prototypes().size();
+    return StepPointer(prototypes()[place]->clone(nullptr));
 }
 
-std::unique_ptr<Operation> newStep(const QByteArray &typeId)
+std::unique_ptr<Operation> cloneOf(const QByteArray &typeId)
 {
-    for (const StepFactory factory : factories) {
-        std::unique_ptr<Operation> step = factory();
-        if (step->typeId() == QLatin1String(typeId))
-            return step;
+    for (const StepPointer &prototype : prototypes()) {
+        if (prototype->typeId() == QLatin1String(typeId))
+            return StepPointer(prototype->clone(nullptr));
     }
     return nullptr;
-}
-
-QVariantMap settingsOf(const Operation &step)
-{
-    QVariantMap settings;
-    const QMetaObject *type = step.metaObject();
-    for (int i = type->propertyOffset(); i < type->propertyCount(); ++i)
-        settings.insert(type->property(i).name(), type->property(i).read(&step));
-    return settings;
 }
 
 VariableScope scopeWith(const QVariantList &a, const QVariantList &b)
@@ -118,15 +79,13 @@ void requireRunsLikeReference(Operation &step, const VariableScope &scope)
     const QVariantMap settings = settingsOf(step);
     const ReferenceOutcome expected = referenceOutcome(step.typeId(), settings, scope);
 
-    warnings().clear();
     VariableScope after = scope;
     step.setVariableScope(&after);
-    const QtMessageHandler former = qInstallMessageHandler(keepWarning);
+    const WarningLog log;
     step.doOperation();
-    qInstallMessageHandler(former);
     step.setVariableScope(nullptr);
 
-    require(warnings() == expected.warnings, "the warnings differ from the reference");
+    require(log.take() == expected.warnings, "the warnings differ from the reference");
     require(settingsOf(step) == settings, "a run changed the step's settings");
     VariableScope wanted = scope;
     if (!expected.written.isEmpty())

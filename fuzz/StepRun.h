@@ -3,18 +3,16 @@
 #include "hostapi/Operation.h"
 #include "hostapi/VariableScope.h"
 
-#include <QVariantMap>
+#include <QByteArray>
+#include <QVariantList>
 
 #include <memory>
 
-/// A new step of the kind at \a position in the plug-in's palette; any number does.
-std::unique_ptr<Operation> newStep(int position);
+/// A new step of the kind at \a position in the plug-in's order of prototypes; any number does.
+std::unique_ptr<Operation> cloneOf(int position);
 
 /// A new step with the type id \a typeId; null when there is none.
-std::unique_ptr<Operation> newStep(const QByteArray &typeId);
-
-/// The settings of \a step by property name.
-QVariantMap settingsOf(const Operation &step);
+std::unique_ptr<Operation> cloneOf(const QByteArray &typeId);
 
 /// A scope with one variable of each type, lists among them that do not hold a list:
 /// `a`, `b` and `c` (lists), `i`, `d`, `s`, `t` (int, double, text, bool), `table`, `k` (a list variable

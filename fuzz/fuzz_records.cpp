@@ -5,6 +5,7 @@
 
 #include "FuzzInput.h"
 #include "StepRun.h"
+#include "tests/unit/StepFamily.h"
 
 #include <QDataStream>
 
@@ -38,7 +39,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
         return 0;
     const QByteArray record =
         QByteArray::fromRawData(reinterpret_cast<const char *>(data) + 2, static_cast<int>(size) - 2);
-    const std::unique_ptr<Operation> step = newStep(data[0]);
+    const std::unique_ptr<Operation> step = cloneOf(data[0]);
     QDataStream stream(record);
     step->loadOperation(stream);
 
@@ -52,7 +53,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     require(copy->toString() == step->toString(), "a clone has another line");
     require(copy->description() == step->description(), "a clone has another description");
 
-    const std::unique_ptr<Operation> reloaded = newStep(data[0]);
+    const std::unique_ptr<Operation> reloaded = cloneOf(data[0]);
     QDataStream savedStream(saved);
     reloaded->loadOperation(savedStream);
     require(savedStream.status() == QDataStream::Ok && savedStream.atEnd(), "a saved record does not load");

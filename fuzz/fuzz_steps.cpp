@@ -24,9 +24,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
 {
     FuzzInput input(data, size);
     const QByteArray typeId = input.line();
-    std::unique_ptr<Operation> step = newStep(typeId);
+    std::unique_ptr<Operation> step = cloneOf(typeId);
     if (!step)
-        step = newStep(typeId.isEmpty() ? 0 : typeId.front());
+        step = cloneOf(typeId.isEmpty() ? 0 : typeId.front());
     const QMetaObject *type = step->metaObject();
     for (int i = type->propertyOffset(); i < type->propertyCount(); ++i) {
         const QMetaProperty property = type->property(i);

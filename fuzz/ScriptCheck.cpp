@@ -1,0 +1,87 @@
+#include "ScriptCheck.h"
+
+#include "FuzzInput.h"
+#include "ReferenceSteps.h"
+#include "host/BinaryScript.h"
+#include "host/RunReport.h"
+#include "host/ScriptRunner.h"
+
+#include <algorithm>
+
+namespace
+{
+constexpr int largeSize = 2000;
+
+// How many elements the value holds, those of inner lists included; a number above the limit when it is more.
+int elementCount(const QVariant &value, int limit)
+{
+    if (value.userType() != QMetaType::QVariantList)
+        return 1;
+    int count = 1;
+    const QVariantList list = value.toList();
+    for (const QVariant &element : list) {
+        if (count > limit)
+            break;
+        count += elementCount(element, limit - count);
+    }
+    return count;
+}
+
+bool isLarge(const VariableScope &scope)
+{
+    int count = 0;
+    const QStringList names = scope.names();
+    for (const QString &name : names)
+        count += elementCount(scope.get('$' + name), largeSize);
+    return count > largeSize;
+}
+
+bool isSameVariable(const StepHost::ScriptVariable &left, const StepHost::ScriptVariable &right)
+{
+    return left.name == right.name && left.type == right.type && isSameValue(left.value, right.value);
+}
+
+bool isSameStep(const StepHost::ScriptStep &left, const StepHost::ScriptStep &right)
+{
+    return left.enabled == right.enabled && left.operation->typeId() == right.operation->typeId()
+        && StepHost::recordOf(*left.operation) == StepHost::recordOf(*right.operation);
+}
+} // namespace
+
+const StepHost::StepCatalogue &listSteps()
+{
+    static StepHost::StepCatalogue catalogue;
+    if (catalogue.typeIds().isEmpty()) {
+        const auto added = catalogue.addPlugin(QStringLiteral(LISTOPERPLUGIN_FILE));
+        require(static_cast<bool>(added), qPrintable(added.reason));
+    }
+    return catalogue;
+}
+
+void requireSameScript(const StepHost::Script &left, const StepHost::Script &right)
+{
+    require(std::equal(left.variables.begin(), left.variables.end(), right.variables.begin(),
+                       right.variables.end(), isSameVariable),
+            "a script has other variables after writing and reading");
+    require(
+        std::equal(left.steps.begin(), left.steps.end(), right.steps.begin(), right.steps.end(), isSameStep),
+        "a script has other steps after writing and reading");
+}
+
+void requireRuns(const StepHost::Script &script)
+{
+    VariableScope scope;
+    declareVariables(script, scope);
+    StepHost::RunObserver observer;
+    observer.shouldStop = [&scope] { return isLarge(scope); };
+    const StepHost::RunResult result = runScript(script, scope, observer);
+    require(result.end != StepHost::RunEnd::StepFailed, "a step threw");
+    require(result.steps.size() == script.steps.size(), "a run does not tell what became of each step");
+
+    const std::vector<StepHost::ScriptVariable> variables = StepHost::variablesOf(scope);
+    const StepHost::RunReport report{script, result, variables};
+    const StepHost::WriteResult text = reportToText(report);
+    const StepHost::WriteResult json = reportToJson(report);
+    require(text || !text.error.isEmpty(), "a report in text is neither there nor refused");
+    require(json || !json.error.isEmpty(), "a report in JSON is neither there nor refused");
+}

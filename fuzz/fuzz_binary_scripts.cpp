@@ -1,0 +1,47 @@
+/// Any bytes as a binary script: read, written, read again and run.
+///
+/// An input that begins with the mark of a binary script is taken as the whole file. Any other is the file's
+/// content, to which the header with its size and checksum is added, so that the reader looks at it.
+
+#include "FuzzInput.h"
+#include "ScriptCheck.h"
+#include "host/BinaryScript.h"
+
+#include <QCryptographicHash>
+#include <QtEndian>
+
+namespace
+{
+QByteArray fileWith(const QByteArray &content)
+{
+    const quint16 version = qToBigEndian(quint16(1));
+    const quint32 size = qToBigEndian(quint32(content.size()));
+    QByteArray file("\x89QMS\r\n\x1A\n");
+    file.append(reinterpret_cast<const char *>(&version), sizeof version);
+    file.append(reinterpret_cast<const char *>(&size), sizeof size);
+    file.append(QCryptographicHash::hash(content, QCryptographicHash::Sha256));
+    return file + content;
+}
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+{
+    const QByteArray bytes
+        = QByteArray::fromRawData(reinterpret_cast<const char *>(data), static_cast<int>(size));
+    const QByteArray file = StepHost::isBinaryScript(bytes) ? bytes : fileWith(bytes);
+    const StepHost::ScriptResult read = StepHost::readBinaryScript(file, listSteps());
+    require(read || (read.script.steps.empty() && read.script.variables.empty()),
+            "a refused script is not empty");
+    if (!read)
+        return 0;
+
+    const StepHost::WriteResult written = StepHost::writeBinaryScript(read.script);
+    // The typed form of a value is deeper than the plain one, so a script may be too deep to be written.
+    if (written) {
+        const StepHost::ScriptResult again = StepHost::readBinaryScript(written.bytes, listSteps());
+        require(static_cast<bool>(again), "a written script does not read");
+        requireSameScript(read.script, again.script);
+    }
+    requireRuns(read.script);
+    return 0;
+}
