@@ -59,10 +59,71 @@ private:
     double m_reach;
 };
 
-bool mayEqualText(const QString &text, const QString &other)
+// What int, double and text elements look like that may equal a value: the value in each of these kinds.
+class ScalarLikeness
 {
-    return text.size() == other.size() && (text.isEmpty() || text.back() == other.back());
-}
+public:
+    explicit ScalarLikeness(const QVariant &value)
+        : m_isKnown(hasImage(value)), m_int(value.toInt()), m_closeTo(value.toDouble()),
+          m_text(value.toString())
+    {
+    }
+
+    bool mayEqual(const QVariant &candidate) const
+    {
+        switch (m_isKnown ? candidate.userType() : QMetaType::UnknownType) {
+        case QMetaType::Int:
+            return candidate.toInt() == m_int;
+        case QMetaType::Double:
+            return m_closeTo(candidate.toDouble());
+        case QMetaType::QString:
+            return mayEqualText(*static_cast<const QString *>(candidate.constData()));
+        default:
+            return true;
+        }
+    }
+
+private:
+    bool mayEqualText(const QString &text) const
+    {
+        return text.size() == m_text.size() && (text.isEmpty() || text.back() == m_text.back());
+    }
+
+    bool m_isKnown;
+    int m_int;
+    CloseTo m_closeTo;
+    QString m_text;
+};
+
+// The same for lists, too: lists that may be equal are as long as each other and begin alike.
+class Likeness
+{
+public:
+    explicit Likeness(const QVariant &value)
+        : m_list(listIn(value)), m_first(m_list && !m_list->isEmpty() ? m_list->constFirst() : value)
+    {
+    }
+
+    bool mayEqual(const QVariant &candidate) const
+    {
+        if (!m_list)
+            return m_first.mayEqual(candidate);
+        const QVariantList *list = listIn(candidate);
+        return !list
+            || (list->size() == m_list->size() && (list->isEmpty() || m_first.mayEqual(list->constFirst())));
+    }
+
+private:
+    static const QVariantList *listIn(const QVariant &value)
+    {
+        return value.userType() == QMetaType::QVariantList
+            ? static_cast<const QVariantList *>(value.constData())
+            : nullptr;
+    }
+
+    const QVariantList *m_list; // null when the value is no list, ...
+    ScalarLikeness m_first; // ... and this is the value itself
+};
 
 // Without a way out of the loop, and with a flag as wide as an image, compilers examine several images at
 // a time.
@@ -134,24 +195,9 @@ bool ElementScan::containsMatch(const QVariant &candidate, std::vector<Image> &i
 
 int indexOfEqual(const QVariantList &list, const QVariant &value)
 {
-    const bool valueHasImage = hasImage(value);
-    const int intImage = value.toInt();
-    const CloseTo isCloseToValue(value.toDouble());
-    const QString text = value.toString();
-    const auto mayEqual = [&](const QVariant &candidate) {
-        switch (valueHasImage ? candidate.userType() : QMetaType::UnknownType) {
-        case QMetaType::Int:
-            return candidate.toInt() == intImage;
-        case QMetaType::Double:
-            return isCloseToValue(candidate.toDouble());
-        case QMetaType::QString:
-            return mayEqualText(*static_cast<const QString *>(candidate.constData()), text);
-        default:
-            return true;
-        }
-    };
+    const Likeness likeness(value);
     const auto found = std::find_if(list.cbegin(), list.cend(), [&](const QVariant &candidate) {
-        return mayEqual(candidate) && elementsEqual(candidate, value);
+        return likeness.mayEqual(candidate) && elementsEqual(candidate, value);
     });
     return found == list.cend() ? -1 : int(found - list.cbegin());
 }

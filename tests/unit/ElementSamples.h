@@ -184,6 +184,27 @@ inline QVariantList numberTexts()
             "2147483647.001"};
 }
 
+/// Lists that are equal but for their length, their first element or one behind it. One with a NaN equals itself
+/// alone: lists that share their elements are not compared any further.
+inline QVariantList lists()
+{
+    const QVariantList firsts = {1,           2,
+                                 1.0,         1.0 + 1e-13,
+                                 1.0 + 1e-11, "1",
+                                 "",          "a",
+                                 "b",         std::numeric_limits<double>::quiet_NaN(),
+                                 1u,          '1',
+                                 QVariant(),  QVariantList{1},
+                                 true};
+    QVariantList values = {QVariant(QVariantList()), QStringList{"1"}, QStringList{"1", "2"}};
+    for (const QVariant &first : firsts) {
+        values.append(QVariant(QVariantList{first}));
+        values.append(QVariant(QVariantList{first, 2}));
+        values.append(QVariant(QVariantList{first, 3}));
+    }
+    return values;
+}
+
 /// One value or two of many other types, and null values of the common ones.
 inline QVariantList otherKinds()
 {
@@ -225,7 +246,7 @@ inline QVariantList otherKinds()
 
 inline QVariantList all()
 {
-    return integers() + closeDoubles() + extremeDoubles() + nearIntegers() + texts() + numberTexts()
+    return integers() + closeDoubles() + extremeDoubles() + nearIntegers() + texts() + numberTexts() + lists()
         + otherKinds();
 }
 
@@ -239,6 +260,7 @@ inline QVector<QPair<const char *, QVariantList>> groups()
             {"texts", texts() + numberTexts()},
             {"integers and texts", integers() + texts() + numberTexts()},
             {"doubles and texts", closeDoubles() + extremeDoubles() + numberTexts()},
+            {"lists", lists()},
             {"other kinds", otherKinds()},
             {"all", all()}};
 }
