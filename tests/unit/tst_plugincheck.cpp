@@ -54,12 +54,22 @@ QVector<PluginCheck> checksOf(const QStringList &ids)
     return checks;
 }
 
-// What is not "passed", one text for each.
+// Some checks look at what only Linux tells; elsewhere they may be skipped.
+bool isAsWished(const CheckResult &result)
+{
+#ifndef Q_OS_LINUX
+    if (result.outcome == CheckOutcome::Skipped)
+        return true;
+#endif
+    return result.outcome == CheckOutcome::Passed;
+}
+
+// What is not as wished, one text for each.
 QStringList findings(const QVector<CheckResult> &results)
 {
     QStringList texts;
     for (const CheckResult &result : results) {
-        if (result.outcome != CheckOutcome::Passed)
+        if (!isAsWished(result))
             texts.append(result.id + ' ' + outcomeWord(result.outcome) + ": " + result.reason);
     }
     return texts;
@@ -234,7 +244,7 @@ void TestPluginCheck::theRestIsUnharmed()
     const QVector<CheckResult> results = check(faultyPlugin(QTest::currentDataTag()), checks);
     QCOMPARE(results.size(), checks.size());
     for (const CheckResult &result : results)
-        QVERIFY2(result.outcome == (harmed.contains(result.id) ? outcome : CheckOutcome::Passed),
+        QVERIFY2(harmed.contains(result.id) ? result.outcome == outcome : isAsWished(result),
                  qPrintable(result.id + ' ' + outcomeWord(result.outcome) + ": " + result.reason));
 }
 
@@ -321,7 +331,7 @@ void TestPluginCheck::withoutLoadingNothingElseIsChecked_data()
     QTest::newRow("no library") << QStringLiteral(QUILLMAP_SOURCE_DIR "/CMakeLists.txt")
                                 << CheckOutcome::Failed << CheckVerdict::NotLoadable;
     QTest::newRow("library without metadata")
-        << faultyPlugin("*FaultySteps") << CheckOutcome::Failed << CheckVerdict::NotLoadable;
+        << QStringLiteral(LIBRARY_WITHOUT_METADATA) << CheckOutcome::Failed << CheckVerdict::NotLoadable;
     QTest::newRow("other contract") << faultyPlugin("library.loads") << CheckOutcome::Failed
                                     << CheckVerdict::NotLoadable;
     QTest::newRow("crash") << faultyPlugin("crashes-on-load") << CheckOutcome::Crashed
