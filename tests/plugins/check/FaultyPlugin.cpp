@@ -3,13 +3,13 @@
 #include "FaultySteps.h"
 #include "hostapi/VariableScope.h"
 
+#include <QFile>
 #include <QLibrary>
 #include <QPointer>
 #include <QResource>
 #include <QThread>
 
 #include <algorithm>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
@@ -53,7 +53,7 @@ FaultyPlugin::FaultyPlugin()
     if (has("library.reload-memory"))
         std::memset(lostMemory = new char[1024 * 1024], 1, 1024 * 1024);
     if (has("library.reload-handles"))
-        std::tmpfile();
+        (new QFile(QStringLiteral(LEFT_BEHIND_RESOURCE)))->open(QIODevice::ReadOnly);
     // None of what stays behind may lie in this library: it will be gone.
     if (has("library.reload-threads"))
         (new QThread)->start();
