@@ -13,6 +13,10 @@
 #include <cstdlib>
 #include <cstring>
 
+#ifdef Q_OS_WIN
+#include <qt_windows.h>
+#endif
+
 namespace
 {
 const char *activeFault = "";
@@ -57,6 +61,11 @@ FaultyPlugin::FaultyPlugin()
     // None of what stays behind may lie in this library: it will be gone.
     if (has("library.reload-threads"))
         (new QThread)->start();
+#ifdef Q_OS_WIN
+    HMODULE pinned = nullptr;
+    if (has("stays-in-memory"))
+        GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_PIN, L"stays-in-memory.dll", &pinned);
+#endif
     if (has("library.reload-resources"))
         QResource::registerResource(QStringLiteral(LEFT_BEHIND_RESOURCE));
 }
