@@ -55,6 +55,10 @@ public:
     {
         return m_problem;
     }
+    bool isSyntaxWrong() const
+    {
+        return m_isSyntaxWrong;
+    }
 
     bool null() override
     {
@@ -115,6 +119,7 @@ public:
     }
     bool parse_error(std::size_t, const std::string &, const nlohmann::detail::exception &error) override
     {
+        m_isSyntaxWrong = true;
         // "[json.exception.parse_error.101] parse error at line 1, column 2: <what is wrong>"
         QString text = QString::fromUtf8(error.what());
         text = text.mid(text.indexOf(QLatin1String("] ")) + 2);
@@ -167,6 +172,7 @@ private:
     std::vector<Json *> m_open;
     Json *m_member = nullptr;
     QString m_problem;
+    bool m_isSyntaxWrong = false;
 };
 
 bool refuseAt(JsonError &error, const char *begin, const char *reached, const QString &text)
@@ -213,12 +219,29 @@ bool parseJson(const QByteArray &text, Json &document, JsonError &error)
     const char *end = begin + text.size();
     const char *reached = begin;
     DocumentBuilder builder(document);
-    if (!Json::sax_parse(TrackingIterator(begin, &reached), TrackingIterator(end, &reached), &builder))
+    if (!Json::sax_parse(TrackingIterator(begin, &reached), TrackingIterator(end, &reached), &builder)) {
+        error.isJson = !builder.isSyntaxWrong();
         return refuseAt(error, begin, reached, builder.problem());
+    }
     // The parser takes a NUL byte for the end of the text.
     if (reached != end)
         return refuseAt(error, begin, reached, QStringLiteral("there is a NUL byte after the JSON document"));
     return true;
+}
+
+void takeApart(Json &json)
+{
+    if (json.is_array()) {
+        auto &array = json.get_ref<Json::array_t &>();
+        for (Json &item : array)
+            takeApart(item);
+        array.clear();
+    } else if (json.is_object()) {
+        auto &object = json.get_ref<Json::object_t &>();
+        for (auto &member : object)
+            takeApart(member.second);
+        object.clear();
+    }
 }
 
 QString textOf(const std::string &utf8)
@@ -228,7 +251,10 @@ QString textOf(const std::string &utf8)
     while (utf8.compare(marks * mark.size(), mark.size(), mark) == 0)
         ++marks;
     const std::size_t start = marks * mark.size();
-    const QString rest = QString::fromUtf8(utf8.data() + start, int(utf8.size() - start));
+    // QString::fromUtf8() gives an empty text memory of its own.
+    const QString rest = start == utf8.size()
+        ? QStringLiteral("")
+        : QString::fromUtf8(utf8.data() + start, int(utf8.size() - start));
     return marks == 0 ? rest : QString(int(marks), QChar(0xFEFF)) + rest;
 }
 } // namespace StepHost

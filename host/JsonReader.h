@@ -20,6 +20,9 @@ struct JsonError
     int line = 0; ///< Counted from 1; 0 when the text is JSON and its meaning is wrong.
     int column = 0; ///< In characters, counted from 1.
     QString text; ///< What is wrong and what would be right; empty when nothing is.
+    /// Whether the text is JSON as far as it was read, and has what this program does not take: too many
+    /// levels, too large an integer, a key twice.
+    bool isJson = false;
 
     /// The place and the text in one line for the user.
     QString toString() const;
@@ -39,6 +42,10 @@ bool refuseBelow(JsonError &error, const QString &key);
 /// UTF-8. A byte order mark in front is dropped. Returns whether the document was read; \a error tells
 /// why not.
 bool parseJson(const QByteArray &text, Json &document, JsonError &error);
+
+/// Empties \a json without taking memory for it, however large it is. Its own destructor first gathers all
+/// that is in it in one list, which may need more memory than the document. Nested no deeper than maxJsonDepth.
+void takeApart(Json &json);
 
 /// The characters of a JSON string or key. Unlike `QString::fromUtf8`, a U+FEFF in front is kept.
 QString textOf(const std::string &utf8);

@@ -25,6 +25,8 @@ QString valueForDeclared(const QString &text, VarType type, QVariant &value)
     Json json;
     JsonError error;
     if (!parseJson(text.toUtf8(), json, error)) {
+        if (error.isJson)
+            return error.toString();
         return QStringLiteral("%1 is no JSON value; a variable of type %2 takes %3")
             .arg(quoted(text), varTypeName(type), expectedForm(type));
     }
@@ -35,10 +37,14 @@ QString valueForNew(const QString &text, ScriptVariable &variable)
 {
     Json json;
     JsonError error;
-    if (!parseJson(text.toUtf8(), json, error))
-        variable.value = text;
-    else if (!readValue(json, variable.value, error))
+    if (parseJson(text.toUtf8(), json, error)) {
+        if (!readValue(json, variable.value, error))
+            return error.toString();
+    } else if (error.isJson) {
         return error.toString();
+    } else {
+        variable.value = text;
+    }
     variable.type = typeOfNew(variable.value);
     if (variable.type == VarType::Undeclared)
         return QStringLiteral("%1 gives a new variable no type; declare it in the script").arg(quoted(text));

@@ -288,6 +288,10 @@ void TestStepctlRun::badUsage_data()
         << QStringList{"run", "int.json", "--set", "n=abc"}
         << "--set n=abc: \"abc\" is no JSON value; a variable of type int takes "
            "an integer";
+    QTest::newRow("deeply nested value")
+        << QStringList{"run", "sort.json", "--set", "a=" + QString(10000, '[') + QString(10000, ']')}
+        << "stepctl: --set a=" + QString(92, '[')
+            + "...: line 1, column 513: arrays and objects are nested deeper than 512 levels\n";
     QTest::newRow("two marks") << QStringList{"run", "sort.json", "--set", "$$a=1"}
                                << "--set $$a=1: the variable's name \"$$a\" has more than one \"$\" in front";
 }

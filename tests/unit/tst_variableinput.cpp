@@ -78,6 +78,12 @@ void TestVariableInput::refusesDeclared_data()
     QTest::newRow("list for a table")
         << VarType::Table << "[1]"
         << "this is an array, a variable of type table takes an array of arrays";
+    QTest::newRow("deep nesting") << VarType::List
+                                  << QString(10000, '[')
+            + QString(10000,
+                      ']') << "line 1, column 513: arrays and objects are nested deeper than 512 levels";
+    QTest::newRow("long integer") << VarType::Int << "18446744073709551616"
+                                  << "line 1, column 20: the integer \"18446744073709551616\" does not fit";
 }
 
 void TestVariableInput::refusesDeclared()
@@ -144,6 +150,16 @@ void TestVariableInput::refusesNew_data()
     QTest::newRow("object") << "x"
                             << "{\"a\": 1}"
                             << "an object stands for a value of a special type";
+    QTest::newRow("deep nesting") << "x"
+                                  << QString(10000, '[')
+            + QString(10000,
+                      ']') << "line 1, column 513: arrays and objects are nested deeper than 512 levels";
+    QTest::newRow("long integer") << "x"
+                                  << "18446744073709551616"
+                                  << "line 1, column 20: the integer \"18446744073709551616\" does not fit";
+    QTest::newRow("key twice") << "x"
+                               << "{\"a\": 1, \"a\": 2}"
+                               << "the object has the key \"a\" already";
 }
 
 void TestVariableInput::refusesNew()

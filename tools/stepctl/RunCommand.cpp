@@ -59,6 +59,14 @@ QString assignListFile(Script &script, const Assignment &assignment)
     return assignList(script, assignment.name, items.lines);
 }
 
+// How a message about the `argument` of `option` begins.
+QString shownArgument(const std::string &option, const std::string &argument)
+{
+    constexpr int shown = 100;
+    const QString text = QString::fromStdString(option + ' ' + argument);
+    return inOneLine(text.left(shown)) + (text.size() > shown ? QLatin1String("...: ") : QLatin1String(": "));
+}
+
 // Gives the script the variables of the command line. Returns an empty text or what is wrong.
 QString assignVariables(Script &script, const RunArguments &arguments)
 {
@@ -66,7 +74,7 @@ QString assignVariables(Script &script, const RunArguments &arguments)
     bool usesStandardInput = false;
     const auto assign = [&](const std::string &option, const std::string &argument) {
         const bool isList = option == "--list";
-        const QString shown = QString::fromStdString(option + ' ' + argument) + QLatin1String(": ");
+        const QString shown = shownArgument(option, argument);
         Assignment assignment;
         if (!parseAssignment(argument, assignment))
             return shown
