@@ -9,6 +9,7 @@
 #include <QCryptographicHash>
 #include <QDataStream>
 #include <QIODevice>
+#include <QScopeGuard>
 #include <QtEndian>
 
 #include <exception>
@@ -51,6 +52,7 @@ QString appendVariablesAsCbor(QByteArray &bytes, const std::vector<ScriptVariabl
     if (!problem.isEmpty())
         return problem;
     Json document;
+    const auto cleanup = qScopeGuard([&document] { takeApart(document); });
     JsonError error;
     if (!parseJson(json, document, error))
         return error.toString();
@@ -222,6 +224,7 @@ private:
             return refuse(m_offset, QStringLiteral("%1 bytes follow the variables").arg(left()));
         const int start = m_offset - cbor.size();
         Json document;
+        const auto cleanup = qScopeGuard([&document] { takeApart(document); });
         CborError cborError;
         if (!parseCbor(cbor, document, cborError))
             return refuse(start + cborError.offset, cborError.text);

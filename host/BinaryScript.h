@@ -49,7 +49,7 @@ QString loadRecord(Operation &operation, const QByteArray &record);
 /// the offset. A step that throws while it reads its record refuses the script too.
 ///
 /// A length counts only when the bytes for it are there. So memory is taken in proportion to the size of
-/// \a bytes, whatever they are: at most about 150 times as much, for a list whose items have one byte each.
+/// \a bytes, whatever they are: at most about 130 times as much, for lists nested in each other, each of which has a byte.
 /// What a step does with its record is its own business.
 ScriptResult readBinaryScript(const QByteArray &bytes, const StepCatalogue &catalogue);
 

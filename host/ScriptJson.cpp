@@ -7,6 +7,7 @@
 
 #include <QMetaEnum>
 #include <QMetaProperty>
+#include <QScopeGuard>
 #include <QSet>
 
 namespace StepHost
@@ -189,6 +190,7 @@ bool readSteps(const Json &json, Script &script, const StepCatalogue &catalogue,
 bool readDocument(const QByteArray &text, Script &script, const StepCatalogue &catalogue, JsonError &error)
 {
     Json document;
+    const auto cleanup = qScopeGuard([&document] { takeApart(document); });
     if (!parseJson(text, document, error)
         || !checkKeys(document, {QStringLiteral("variables"), QStringLiteral("steps")}, error))
         return false;

@@ -105,8 +105,6 @@ private slots:
     void survivesRandomBytesUnderAFittingChecksum();
     void refuses_data();
     void refuses();
-    void takesMemoryInProportion_data();
-    void takesMemoryInProportion();
     void tellsTheFormsApart();
     void refusesToLoseWhatPropertiesDoNotShow();
     void refusesToLoseWhatRecordsDoNotHold();
@@ -372,34 +370,6 @@ void TestBinaryScript::refuses()
     const ScriptResult read = readBinaryScript(bytes, m_catalogue);
     QCOMPARE(read.error, error);
     QVERIFY(read.script.steps.empty() && read.script.variables.empty());
-}
-
-void TestBinaryScript::takesMemoryInProportion_data()
-{
-    QTest::addColumn<QByteArray>("content");
-    constexpr int size = 1 << 20;
-    const QByteArray variable = QByteArray::fromHex("81a3646e616d656178647479706564"
-                                                    "6c6973746576616c7565");
-    QTest::newRow("a list of small numbers")
-        << noSteps + block(variable + '\x9a' + number32(size) + QByteArray(size, '\x01'));
-    QTest::newRow("a list of empty lists")
-        << noSteps + block(variable + '\x9a' + number32(size) + QByteArray(size, '\x80'));
-    QTest::newRow("a list of lists that claim much")
-        << noSteps + block(variable + (QByteArray("\x9a", 1) + number32(size / 2)).repeated(size / 5));
-    QTest::newRow("steps") << number32(size / 32)
-            + step("list.clear", baseState + number32(0)).repeated(size / 32) + noVariables;
-    QTest::newRow("text that claims 2 GiB") << number32(1)
-            + step("list.clear", baseState + number32(0x7ffffffe) + QByteArray(size, 'x')) + noVariables;
-}
-
-void TestBinaryScript::takesMemoryInProportion()
-{
-    QFETCH(QByteArray, content);
-    const QByteArray bytes = sealed(content);
-    const MemoryGrowthLimit limit(150LL * bytes.size());
-    const ScriptResult read = readBinaryScript(bytes, m_catalogue);
-    QVERIFY2(read || (read.error.startsWith("offset ") && !read.error.contains("exception")),
-             qPrintable(read.error));
 }
 
 void TestBinaryScript::tellsTheFormsApart()
