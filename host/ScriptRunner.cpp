@@ -64,6 +64,8 @@ RunResult runScript(const Script &script, VariableScope &scope, const RunObserve
         const ScriptStep &step = script.steps[i];
         StepResult &stepResult = result.steps[i];
         if (step.enabled) {
+            if (observer.starting)
+                observer.starting(i);
             runStep(*step.operation, scope, stepResult);
             stepResult.warnings = capture.takeLines();
         } else {

@@ -50,6 +50,8 @@ struct RunResult
 /// What a run tells its caller, and asks it.
 struct RunObserver
 {
+    /// Called before each enabled step runs, with its index.
+    std::function<void(int index)> starting;
     /// Called after each step with the number of steps that had their turn, and of all steps.
     std::function<void(int done, int total)> progress;
     /// Called before each step; true ends the run.

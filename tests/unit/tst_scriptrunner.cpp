@@ -305,10 +305,11 @@ void TestScriptRunner::reportsProgress()
     addStep(script, doNothing);
     QStringList seen;
     RunObserver observer;
+    observer.starting = [&seen](int index) { seen.append(QString("starts %1").arg(index)); };
     observer.progress = [&seen](int done, int total) { seen.append(QString("%1/%2").arg(done).arg(total)); };
     VariableScope scope;
     runScript(script, scope, observer);
-    QCOMPARE(seen, (QStringList{"1/3", "2/3", "3/3"}));
+    QCOMPARE(seen, (QStringList{"starts 0", "1/3", "2/3", "starts 2", "3/3"}));
 }
 
 void TestScriptRunner::stopsBetweenSteps()
