@@ -1,7 +1,7 @@
 #include "ConvertCommand.h"
 
 #include "Console.h"
-#include "PluginOption.h"
+#include "PluginWork.h"
 
 #include "host/ScriptFile.h"
 
@@ -26,25 +26,34 @@ std::optional<ScriptForm> outputForm(const ConvertArguments &arguments)
     return arguments.form == "json" ? ScriptForm::Json : ScriptForm::Binary;
 }
 
-int convert(const ConvertArguments &arguments)
+int convert(const ConvertArguments &arguments, ScriptForm form, const StepCatalogue &catalogue,
+            FaultWatch &watch, QByteArray &output)
+{
+    watch.setWork(QStringLiteral("while the script was read"));
+    const QString input = QString::fromStdString(arguments.input);
+    const ScriptResult read = readScriptFile(input, catalogue);
+    if (!read)
+        return refuse(read.error);
+    watch.setWork(QStringLiteral("while the script was converted"));
+    const WriteResult written = writeScript(read.script, form, catalogue);
+    if (!written)
+        return refuse(input + QLatin1String(": ") + written.error);
+    output = written.bytes;
+    return ExitSuccess;
+}
+
+int convertAndWrite(const ConvertArguments &arguments)
 {
     const std::optional<ScriptForm> form = outputForm(arguments);
     if (!form) {
         return refuse(QStringLiteral("%1: the name tells no form; end it in .json or .qms, or give --to")
                           .arg(QString::fromStdString(arguments.output)));
     }
-    StepCatalogue catalogue;
-    if (!arguments.plugins.load(catalogue))
-        return ExitRefused;
-    const QString input = QString::fromStdString(arguments.input);
-    const ScriptResult read = readScriptFile(input, catalogue);
-    if (!read)
-        return refuse(read.error);
-    const WriteResult written = writeScript(read.script, *form, catalogue);
-    if (!written)
-        return refuse(input + QLatin1String(": ") + written.error);
+    const auto make = [&](const StepCatalogue &catalogue, FaultWatch &watch, QByteArray &output) {
+        return convert(arguments, *form, catalogue, watch, output);
+    };
     const QString output = arguments.output == "-" ? QString() : QString::fromStdString(arguments.output);
-    return writeResult(written.bytes, output) ? ExitSuccess : ExitRefused;
+    return doPluginWork({arguments.plugins, make, output});
 }
 } // namespace
 
@@ -72,5 +81,5 @@ void addConvertCommand(CLI::App &app, Action &action)
     command->footer("Exit status: 0 OUT was written, 2 bad usage, bad script or a refused plug-in.\n\n"
                     "Example:\n"
                     "  stepctl convert clean.json clean.qms");
-    command->callback([&action, arguments] { action = [arguments] { return convert(*arguments); }; });
+    command->callback([&action, arguments] { action = [arguments] { return convertAndWrite(*arguments); }; });
 }

@@ -1,7 +1,7 @@
 #include "RunCommand.h"
 
 #include "Console.h"
-#include "PluginOption.h"
+#include "PluginWork.h"
 #include "ProgressLine.h"
 
 #include "host/InputFile.h"
@@ -27,6 +27,7 @@ struct RunArguments
     std::vector<std::string> values;
     std::string format = "text";
     std::string output;
+    double timeLimit = 0;
     bool showBefore = false;
     bool quiet = false;
 };
@@ -108,18 +109,28 @@ QString assignVariables(Script &script, const RunArguments &arguments)
     return QString();
 }
 
-RunResult runWithProgress(const Script &script, VariableScope &scope, bool showProgress)
+QString stepName(const Script &script, std::size_t index)
 {
-    if (!showProgress)
-        return runScript(script, scope);
-    ProgressLine line("running: step");
+    return QStringLiteral("step %1 (%2)").arg(index + 1).arg(script.steps[index].operation->typeId());
+}
+
+RunResult runWatched(const Script &script, VariableScope &scope, FaultWatch &watch, bool showProgress)
+{
+    std::unique_ptr<ProgressLine> line;
     RunObserver observer;
-    observer.progress = [&line](int done, int total) { line.update(done, total); };
+    observer.starting = [&](int index) {
+        watch.setWork(QLatin1String("in ") + stepName(script, std::size_t(index)));
+    };
+    if (showProgress) {
+        line = std::make_unique<ProgressLine>("running: step");
+        observer.progress = [&line](int done, int total) { line->update(done, total); };
+    }
     return runScript(script, scope, observer);
 }
 
-int run(const RunArguments &arguments, const StepCatalogue &catalogue)
+int run(const RunArguments &arguments, const StepCatalogue &catalogue, FaultWatch &watch, QByteArray &output)
 {
+    watch.setWork(QStringLiteral("while the script was read"));
     ScriptResult read = readScriptFile(QString::fromStdString(arguments.script), catalogue);
     if (!read)
         return refuse(read.error);
@@ -133,21 +144,21 @@ int run(const RunArguments &arguments, const StepCatalogue &catalogue)
     std::vector<ScriptVariable> before;
     if (arguments.showBefore)
         before = variablesOf(scope);
-    const RunResult result = runWithProgress(script, scope, !arguments.quiet && isErrorTerminal());
+    const RunResult result = runWatched(script, scope, watch, !arguments.quiet && isErrorTerminal());
     if (result.end == RunEnd::StepFailed) {
         const std::size_t failed = result.steps.size() - 1 - result.count(StepOutcome::NotRun);
-        return refuse(QStringLiteral("step %1 (%2) threw an exception: %3")
-                          .arg(failed + 1)
-                          .arg(script.steps[failed].operation->typeId(), result.steps[failed].failure));
+        return refuse(QStringLiteral("%1 threw an exception: %2")
+                          .arg(stepName(script, failed), result.steps[failed].failure));
     }
 
+    watch.setWork(QStringLiteral("while the result was made"));
     const std::vector<ScriptVariable> after = variablesOf(scope);
     const RunReport report{script, result, after, arguments.showBefore ? &before : nullptr};
     const WriteResult written = arguments.format == "json" ? reportToJson(report) : reportToText(report);
     if (!written)
         return refuse(QStringLiteral("the result cannot be written: ") + written.error);
-    if (!writeResult(written.bytes, QString::fromStdString(arguments.output)))
-        return ExitRefused;
+    output = written.bytes;
+    watch.setWork(QStringLiteral("while the script was deleted"));
     return result.count(StepOutcome::Skipped) > 0 ? ExitFinding : ExitSuccess;
 }
 } // namespace
@@ -180,19 +191,28 @@ void addRunCommand(CLI::App &app, Action &action)
         ->check(CLI::IsMember({"text", "json"}));
     command->add_option("--output", arguments->output, "Write the result to FILE instead of standard output")
         ->type_name("FILE");
+    command
+        ->add_option("--time-limit", arguments->timeLimit,
+                     "End a run that takes longer, as when a step hangs, with status 2; no limit by default")
+        ->type_name("SECONDS")
+        ->check(CLI::Range(0.001, 86400.0));
     command->add_flag("--before", arguments->showBefore,
                       "Show the variables as they were before the run too");
     command->add_flag("--quiet", arguments->quiet, "Show no progress line on a terminal");
-    command->footer("Exit status: 0 every step wrote, 1 a step was skipped,\n"
-                    "2 bad usage, bad script, a refused plug-in or a failed step.\n\n"
-                    "Example:\n"
-                    "  stepctl run clean.json --list names=@names.txt --set limit=10 --format json");
+    command->footer(
+        "Exit status: 0 every step wrote, 1 a step was skipped,\n"
+        "2 bad usage, bad script, a refused plug-in, a failed step or the end of the time limit.\n"
+        "When a plug-in crashes, the status is what the system gives a crash, and a line on standard\n"
+        "error names the step. The result is written last, or not at all.\n\n"
+        "Example:\n"
+        "  stepctl run clean.json --list names=@names.txt --set limit=10 --format json");
     command->callback([&action, arguments] {
-        action = [arguments]() -> int {
-            StepCatalogue catalogue;
-            if (!arguments->plugins.load(catalogue))
-                return ExitRefused;
-            return refuseExceptions([&] { return run(*arguments, catalogue); });
+        action = [arguments] {
+            const auto make = [&](const StepCatalogue &catalogue, FaultWatch &watch, QByteArray &output) {
+                return run(*arguments, catalogue, watch, output);
+            };
+            return doPluginWork(
+                {arguments->plugins, make, QString::fromStdString(arguments->output), arguments->timeLimit});
         };
     });
 }

@@ -1,0 +1,202 @@
+#include "FaultWatch.h"
+
+#include "Command.h"
+#include "Console.h"
+
+#include "host/QuotedText.h"
+
+#include <QThread>
+
+#include <atomic>
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
+
+#ifdef Q_OS_WIN
+#include <io.h>
+#else
+#include <unistd.h>
+#endif
+
+namespace
+{
+struct Fault
+{
+    int signal;
+    const char *name;
+};
+
+const Fault faults[] = {
+    {SIGABRT, "abort"},
+    {SIGFPE, "arithmetic error"},
+    {SIGILL, "illegal instruction"},
+    {SIGSEGV, "segmentation fault"},
+#ifndef Q_OS_WIN
+    {SIGBUS, "bus error"},
+#endif
+    {SIGINT, "interrupted"},
+    {SIGTERM, "terminated"},
+};
+constexpr int faultCount = int(sizeof faults / sizeof faults[0]);
+
+// A signal may come at any time, so all that its handler uses is in place before and needs no lock. There are
+// two texts, so that the one that counts is always whole.
+constexpr int maxWorkSize = 512;
+char works[2][maxWorkSize];
+std::atomic<const char *> currentWork{works[0]};
+std::atomic<bool> isWatching{false};
+bool isTerminal = false;
+
+int positionOf(int signal)
+{
+    int position = 0;
+    while (position < faultCount - 1 && faults[position].signal != signal)
+        ++position;
+    return position;
+}
+
+// Writes the line about `fault`. Calls only what a signal handler may call.
+void tell(const char *fault)
+{
+    char line[maxWorkSize + 200];
+    std::size_t size = 0;
+    const auto append = [&line, &size](const char *text) {
+        const std::size_t length = qMin(std::strlen(text), sizeof line - size);
+        std::memcpy(line + size, text, length);
+        size += length;
+    };
+    // A line about progress may be there already.
+    append(isTerminal ? "\rstepctl: " : "stepctl: ");
+    append(fault);
+    append(" ");
+    append(currentWork.load());
+    append("; nothing was written\n");
+#ifdef Q_OS_WIN
+    const auto written = _write(_fileno(stderr), line, unsigned(size));
+#else
+    const auto written = write(STDERR_FILENO, line, size);
+#endif
+    static_cast<void>(written);
+}
+
+void tellOfExit()
+{
+    if (!isWatching)
+        return;
+    tell("exit() was called");
+    std::_Exit(ExitRefused);
+}
+
+#ifdef Q_OS_WIN
+using Action = void (*)(int);
+Action previousActions[faultCount];
+
+void tellOfSignal(int signal)
+{
+    // The status that abort() and unhandled signals end with there.
+    constexpr int exitSignalled = 3;
+    tell(faults[positionOf(signal)].name);
+    std::_Exit(exitSignalled);
+}
+
+void installHandlers()
+{
+    for (int i = 0; i < faultCount; ++i)
+        previousActions[i] = std::signal(faults[i].signal, tellOfSignal);
+}
+
+void removeHandlers()
+{
+    for (int i = 0; i < faultCount; ++i)
+        std::signal(faults[i].signal, previousActions[i]);
+}
+#else
+struct sigaction previousActions[faultCount];
+
+// Where a handler runs when a step has used up the stack.
+char handlerStack[1 << 16];
+
+void tellOfSignal(int signal)
+{
+    const int position = positionOf(signal);
+    tell(faults[position].name);
+    sigaction(signal, &previousActions[position], nullptr);
+    raise(signal);
+}
+
+void installHandlers()
+{
+    stack_t stack{};
+    // A sanitizer has one already.
+    if (sigaltstack(nullptr, &stack) == 0 && (stack.ss_flags & SS_DISABLE) != 0) {
+        stack.ss_sp = handlerStack;
+        stack.ss_size = sizeof handlerStack;
+        stack.ss_flags = 0;
+        sigaltstack(&stack, nullptr);
+    }
+    for (int i = 0; i < faultCount; ++i) {
+        struct sigaction action
+        {
+        };
+        action.sa_handler = tellOfSignal;
+        action.sa_flags = SA_ONSTACK;
+        sigemptyset(&action.sa_mask);
+        sigaction(faults[i].signal, nullptr, &previousActions[i]);
+        // Whoever started this program wants the signal ignored, as nohup does.
+        if (previousActions[i].sa_handler != SIG_IGN)
+            sigaction(faults[i].signal, &action, nullptr);
+    }
+}
+
+void removeHandlers()
+{
+    for (int i = 0; i < faultCount; ++i)
+        sigaction(faults[i].signal, &previousActions[i], nullptr);
+}
+#endif
+} // namespace
+
+FaultWatch::FaultWatch(const QString &work)
+{
+    static const bool isRegistered = std::atexit(tellOfExit) == 0;
+    static_cast<void>(isRegistered);
+    isTerminal = isErrorTerminal();
+    setWork(work);
+    isWatching = true;
+    installHandlers();
+}
+
+FaultWatch::~FaultWatch()
+{
+    if (m_clock) {
+        m_isOver.release();
+        m_clock->wait();
+    }
+    removeHandlers();
+    isWatching = false;
+}
+
+void FaultWatch::setWork(const QString &work)
+{
+    constexpr int shown = 80;
+    // Each takes six bytes at most, as an escape.
+    static_assert(6 * shown < maxWorkSize, "room for the work");
+    const QByteArray text = StepHost::inOneLine(work.left(shown)).toUtf8();
+    char *next = currentWork == works[0] ? works[1] : works[0];
+    qstrncpy(next, text.constData(), maxWorkSize);
+    currentWork = next;
+}
+
+void FaultWatch::limitTime(double seconds)
+{
+    constexpr int msPerSecond = 1000;
+    const int limit = qMax(1, int(seconds * msPerSecond));
+    const QByteArray fault = "the time limit of " + QByteArray::number(seconds) + " s ran out";
+    m_clock.reset(QThread::create([this, limit, fault] {
+        if (m_isOver.tryAcquire(1, limit))
+            return;
+        tell(fault.constData());
+        std::_Exit(ExitRefused);
+    }));
+    m_clock->start();
+}

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QSemaphore>
+#include <QString>
+
+#include <memory>
+
+class QThread;
+
+/// While it lives, tells the user on standard error when a plug-in ends this program or does not let it go on.
+///
+/// A crash, an abort, a call of exit() and an interruption from outside give one line, which names what the
+/// program was at. Then they take their course: the program ends as it would have without this object, but
+/// with ExitRefused after a call of exit(). Nothing may be written to a file or to standard output meanwhile,
+/// and the line says so.
+///
+/// There may be one object at a time.
+class FaultWatch
+{
+public:
+    /// \a work is what the program is at now, as in setWork().
+    explicit FaultWatch(const QString &work);
+    ~FaultWatch();
+
+    /// Notes what the program is at from now on, such as `in step 3 (list.sort)`. Of a long text
+    /// only the beginning is kept.
+    void setWork(const QString &work);
+
+    /// Ends the program with ExitRefused, and a line of the same kind, when this object lives longer than
+    /// \a seconds from now on. To be called once at most.
+    void limitTime(double seconds);
+
+private:
+    Q_DISABLE_COPY(FaultWatch)
+
+    QSemaphore m_isOver;
+    std::unique_ptr<QThread> m_clock;
+};

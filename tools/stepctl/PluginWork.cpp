@@ -1,0 +1,28 @@
+#include "PluginWork.h"
+
+#include "Console.h"
+
+namespace
+{
+int makeResult(const PluginWork &work, QByteArray &result)
+{
+    FaultWatch watch(QStringLiteral("while the plug-ins were loaded"));
+    if (work.timeLimit > 0)
+        watch.limitTime(work.timeLimit);
+    StepHost::StepCatalogue catalogue;
+    if (!work.plugins.load(catalogue))
+        return ExitRefused;
+    const int status = refuseExceptions([&] { return work.make(catalogue, watch, result); });
+    watch.setWork(QStringLiteral("while the plug-ins were unloaded"));
+    return status;
+}
+} // namespace
+
+int doPluginWork(const PluginWork &work)
+{
+    QByteArray result;
+    const int status = makeResult(work, result);
+    if (status == ExitRefused)
+        return ExitRefused;
+    return writeResult(result, work.output) ? status : int(ExitRefused);
+}
