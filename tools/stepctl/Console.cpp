@@ -1,6 +1,7 @@
 #include "Console.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QSaveFile>
 
 #include <cstdio>
@@ -12,6 +13,30 @@
 #else
 #include <unistd.h>
 #endif
+
+namespace
+{
+// Neither a file nor a folder, such as a pipe.
+bool isDevice(const QString &fileName)
+{
+    const QFileInfo info(fileName);
+    return info.exists() && !info.isFile() && !info.isDir();
+}
+
+// Writes `bytes` to `output` and empties its buffer. Returns whether it could.
+bool writeAll(QFileDevice &output, const QByteArray &bytes)
+{
+    int done = 0;
+    while (done < bytes.size()) {
+        // Where only some bytes can be written, the reason shows when the rest is tried.
+        const qint64 count = output.write(bytes.constData() + done, bytes.size() - done);
+        if (count <= 0)
+            return false;
+        done += int(count);
+    }
+    return output.flush();
+}
+} // namespace
 
 int refuse(const QString &reason)
 {
@@ -33,19 +58,23 @@ int refuseExceptions(const std::function<int()> &work)
 
 bool writeResult(const QByteArray &bytes, const QString &fileName)
 {
-    if (fileName.isEmpty()) {
-        QFile output;
-        const bool isWritten = output.open(stdout, QIODevice::WriteOnly)
-            && output.write(bytes) == bytes.size() && output.flush();
-        if (!isWritten)
-            refuse(QStringLiteral("standard output cannot be written: ") + output.errorString());
-        return isWritten;
+    bool isWritten = false;
+    QString error;
+    if (fileName.isEmpty() || isDevice(fileName)) {
+        QFile output(fileName);
+        const bool isOpen = fileName.isEmpty() ? output.open(stdout, QIODevice::WriteOnly)
+                                               : output.open(QIODevice::WriteOnly);
+        isWritten = isOpen && writeAll(output, bytes);
+        error = output.errorString();
+    } else {
+        QSaveFile output(fileName);
+        isWritten = output.open(QIODevice::WriteOnly) && writeAll(output, bytes) && output.commit();
+        error = output.errorString();
     }
-    QSaveFile output(fileName);
-    const bool isWritten =
-        output.open(QIODevice::WriteOnly) && output.write(bytes) == bytes.size() && output.commit();
-    if (!isWritten)
-        refuse(fileName + QStringLiteral(" cannot be written: ") + output.errorString());
+    if (!isWritten) {
+        refuse(QStringLiteral("%1 cannot be written: %2")
+                   .arg(fileName.isEmpty() ? QStringLiteral("standard output") : fileName, error));
+    }
     return isWritten;
 }
 
