@@ -5,10 +5,13 @@
 #include <QProcessEnvironment>
 #include <QTemporaryDir>
 
+#include <functional>
+
 /// What a run of stepctl left behind.
 struct Run
 {
     int status = -1; ///< -1: it crashed or hung.
+    bool hasCrashed = false;
     QString output;
     QString errors;
 };
@@ -30,15 +33,17 @@ public:
     /// Runs stepctl with \a input on its standard input. The line ends of its texts are line feeds.
     Run run(const QStringList &arguments, const QByteArray &input = QByteArray()) const
     {
-        QProcess process;
+        Process process(prepare);
         process.setProcessEnvironment(environment);
         process.setWorkingDirectory(path());
         process.start(STEPCTL_FILE, arguments);
         process.write(input);
         process.closeWriteChannel();
         Run result;
-        if (process.waitForFinished(120000) && process.exitStatus() == QProcess::NormalExit)
-            result.status = process.exitCode();
+        if (process.waitForFinished(120000)) {
+            result.hasCrashed = process.exitStatus() == QProcess::CrashExit;
+            result.status = result.hasCrashed ? -1 : process.exitCode();
+        }
         result.output = QString::fromUtf8(process.readAllStandardOutput()).remove('\r');
         result.errors = QString::fromUtf8(process.readAllStandardError()).remove('\r');
         return result;
@@ -61,6 +66,25 @@ public:
 
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
 
+    /// When given, called in the new process before it becomes stepctl; to set its limits. Not on Windows.
+    std::function<void()> prepare;
+
 private:
+    class Process : public QProcess
+    {
+    public:
+        explicit Process(const std::function<void()> &prepare) : m_prepare(prepare) { }
+
+    protected:
+        void setupChildProcess() override
+        {
+            if (m_prepare)
+                m_prepare();
+        }
+
+    private:
+        std::function<void()> m_prepare;
+    };
+
     QTemporaryDir m_folder;
 };
