@@ -49,6 +49,7 @@ private slots:
     void init();
     void tellsWhatAPluginDid_data();
     void tellsWhatAPluginDid();
+    void leavesIgnoredSignalsAlone();
     void aTimeLimitThatIsKeptChangesNothing();
     void aLimitOfFileSizeLeavesTheFile_data();
     void aLimitOfFileSizeLeavesTheFile();
@@ -137,6 +138,19 @@ void TestFaults::tellsWhatAPluginDid()
     QCOMPARE(result.output, QString());
     QCOMPARE(m_folder->contentOf("out.json"), QByteArray(oldContent));
     QCOMPARE(files(), (QStringList{"out.json", "script.json"}));
+}
+
+void TestFaults::leavesIgnoredSignalsAlone()
+{
+#ifdef Q_OS_UNIX
+    m_folder->prepare = [] { signal(SIGINT, SIG_IGN); };
+    m_folder->write("script.json", R"({"steps": [{"type": "fixture.interrupt"}]})");
+    const Run result = m_folder->run({"run", "script.json", "--plugin", fatalSteps});
+    QCOMPARE(result.errors, QString());
+    QVERIFY2(result.output.endsWith("1 step: 1 skipped\n"), qPrintable(result.output));
+#else
+    QSKIP("this system does not hand on ignored signals");
+#endif
 }
 
 void TestFaults::aTimeLimitThatIsKeptChangesNothing()
