@@ -292,6 +292,8 @@ void TestStepctlRun::badUsage_data()
         << QStringList{"run", "sort.json", "--set", "a=" + QString(10000, '[') + QString(10000, ']')}
         << "stepctl: --set a=" + QString(92, '[')
             + "...: line 1, column 513: arrays and objects are nested deeper than 512 levels\n";
+    QTest::newRow("line break in a name")
+        << QStringList{"run", "no\nsuch.json"} << "stepctl: no\\nsuch.json: ";
     QTest::newRow("two marks") << QStringList{"run", "sort.json", "--set", "$$a=1"}
                                << "--set $$a=1: the variable's name \"$$a\" has more than one \"$\" in front";
 }

@@ -1,5 +1,7 @@
 #include "Console.h"
 
+#include "host/QuotedText.h"
+
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
@@ -40,7 +42,7 @@ bool writeAll(QFileDevice &output, const QByteArray &bytes)
 
 int refuse(const QString &reason)
 {
-    std::cerr << "stepctl: " << reason.toStdString() << std::endl;
+    std::cerr << "stepctl: " << StepHost::inOneLine(reason).toStdString() << std::endl;
     return ExitRefused;
 }
 

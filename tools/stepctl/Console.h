@@ -7,7 +7,7 @@
 
 #include <functional>
 
-/// Tells the user on standard error why the work was not done. Returns ExitRefused.
+/// Tells the user in one line on standard error why the work was not done. Returns ExitRefused.
 int refuse(const QString &reason);
 
 /// Does \a work and returns what it returns. An exception, which the contract lets no plug-in throw, is told
