@@ -4,13 +4,14 @@
 #include <QFileInfo>
 #include <QTextCodec>
 
-#include <cstdio>
-
 namespace StepHost
 {
 namespace
 {
 constexpr int chunkSize = 1 << 20;
+
+// Its descriptor: on Windows QFile takes the end of a pipe for an error when it reads from the stream.
+constexpr int standardInput = 0;
 
 bool decodeUtf8(const char *bytes, int size, QString &text)
 {
@@ -53,7 +54,7 @@ InputFile readInputFile(const QString &fileName)
         return refuse(QStringLiteral("this is a folder, not a file"));
 
     QFile file(fileName);
-    if (!(isStandardInput ? file.open(stdin, QIODevice::ReadOnly) : file.open(QIODevice::ReadOnly)))
+    if (!(isStandardInput ? file.open(standardInput, QIODevice::ReadOnly) : file.open(QIODevice::ReadOnly)))
         return refuse(file.errorString());
     // The size of a pipe shows only as it is read.
     QByteArray chunk;

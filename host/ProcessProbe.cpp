@@ -121,7 +121,8 @@ std::optional<qint64> peakMemory()
 std::optional<int> openHandles()
 {
     DWORD count = 0;
-    if (!GetProcessHandleCount(GetCurrentProcess(), &count))
+    // No process is without a handle; Wine tells 0 because it does not count them.
+    if (!GetProcessHandleCount(GetCurrentProcess(), &count) || count == 0)
         return std::nullopt;
     return int(count);
 }

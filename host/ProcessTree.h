@@ -7,8 +7,8 @@ class QProcessEnvironment;
 
 namespace StepHost
 {
-/// Makes this process the head of a tree of its own: what it starts can be ended together with it. It ends
-/// itself when the program that started it ends. To be called once, before anything else is started.
+/// Makes this process the head of a tree of its own: what it starts can be ended together with it. On Linux it
+/// also ends when the program that started it ends. To be called once, before anything else is started.
 void leadProcessTree();
 
 /// Marks what will be started in \a environment as belonging to the tree \a mark, a text that no other tree

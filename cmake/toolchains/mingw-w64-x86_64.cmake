@@ -44,3 +44,7 @@ set(CMAKE_CROSSCOMPILING_EMULATOR env
     WINEDLLOVERRIDES=mscoree,mshtml,winemenubuilder.exe=
     WINEQT_FORCE_STDERR_LOGGING=1
     ${WINE})
+
+# Wine shows the whole file system as a drive. Without its letter a path would mean another file after a change of
+# drive, as into the folder for temporary files.
+set(QUILLMAP_DRIVE "Z:")

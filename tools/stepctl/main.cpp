@@ -54,6 +54,7 @@ int main(int argc, char *argv[])
                  "stepctl");
     app.set_version_flag("--version", "stepctl " STEPCTL_VERSION);
     app.require_subcommand(0, 1);
+    app.allow_windows_style_options(false); // A slash begins a path on every system.
     app.footer("Exit status: 0 all is well, 1 a step was skipped or there are findings,\n"
                "2 bad usage, bad input or a refused plug-in.\n\n"
                "Example:\n"

@@ -3,15 +3,19 @@
 #include "FaultySteps.h"
 #include "hostapi/VariableScope.h"
 
+#include <QFile>
 #include <QLibrary>
 #include <QPointer>
 #include <QResource>
 #include <QThread>
 
 #include <algorithm>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
+
+#ifdef Q_OS_WIN
+#include <qt_windows.h>
+#endif
 
 namespace
 {
@@ -53,10 +57,15 @@ FaultyPlugin::FaultyPlugin()
     if (has("library.reload-memory"))
         std::memset(lostMemory = new char[1024 * 1024], 1, 1024 * 1024);
     if (has("library.reload-handles"))
-        std::tmpfile();
+        (new QFile(QStringLiteral(LEFT_BEHIND_RESOURCE)))->open(QIODevice::ReadOnly);
     // None of what stays behind may lie in this library: it will be gone.
     if (has("library.reload-threads"))
         (new QThread)->start();
+#ifdef Q_OS_WIN
+    HMODULE pinned = nullptr;
+    if (has("stays-in-memory"))
+        GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_PIN, L"stays-in-memory.dll", &pinned);
+#endif
     if (has("library.reload-resources"))
         QResource::registerResource(QStringLiteral(LEFT_BEHIND_RESOURCE));
 }

@@ -28,8 +28,13 @@ namespace
 // Starts one process that stays with this one and one that leaves it, and tells their ids in a file.
 void startProcesses()
 {
+#ifdef Q_OS_WIN
+    const QString program = QStringLiteral("ping"); // Waits a second between two calls.
+    const QStringList arguments{QStringLiteral("-n"), QStringLiteral("1000"), QStringLiteral("127.0.0.1")};
+#else
     const QString program = QStringLiteral("sleep");
     const QStringList arguments{QStringLiteral("1000")};
+#endif
     qint64 detached = 0;
     QProcess::startDetached(program, arguments, QString(), &detached);
     auto *process = new QProcess;
