@@ -195,7 +195,7 @@ std::unique_ptr<Bench> makeBench(const Case &oneCase)
     bench->scope.set("a and b", bench->a + bench->b);
     bench->scope.declare("out", VarType::List);
     bench->scope.declare("element", typeOfElement(oneCase.kind));
-    bench->scope.set("last", bench->a.isEmpty() ? QVariant(0) : bench->a.last());
+    bench->scope.set("last", bench->a.isEmpty() ? QVariant(0) : bench->a.constLast());
     bench->step = benchOf(oneCase).create(*bench);
     bench->step->setVariableScope(&bench->scope);
     return bench;

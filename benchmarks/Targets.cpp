@@ -38,13 +38,13 @@ std::optional<double> worst(const Figures &figures, IsWorse isWorse)
 
 Target atLeast(double least, const std::string &unit, const std::string &text, const Figures &figures)
 {
-    const auto figure = worst(figures, std::less<double>());
+    const auto figure = worst(figures, std::less<>());
     return {text + ": at least " + withUnit(least, unit), unit, figure, figure && *figure >= least};
 }
 
 Target atMost(double most, const std::string &unit, const std::string &text, const Figures &figures)
 {
-    const auto figure = worst(figures, std::greater<double>());
+    const auto figure = worst(figures, std::greater<>());
     return {text + ": at most " + withUnit(most, unit), unit, figure, figure && *figure <= most};
 }
 
@@ -77,7 +77,7 @@ Target sortShapeTarget(Shape shape, const Results &results)
 Target sortMemoryTarget(const std::vector<Case> &cases, const Results &results)
 {
     // A list holds a pointer and a block for each element.
-    constexpr double listBytes = otherSize / 2 * double(sizeof(void *) + sizeof(QVariant));
+    constexpr double listBytes = otherSize / 2.0 * double(sizeof(void *) + sizeof(QVariant));
     Figures figures;
     for (const Case &oneCase : cases) {
         if (oneCase.step != "sort" || oneCase.size != otherSize)

@@ -23,8 +23,8 @@ void configure(bool isQuick)
     static std::string arguments[] = {"bench", "--benchmark_enable_random_interleaving=true",
                                       isQuick ? "--benchmark_min_time=0.005" : "--benchmark_min_time=0.02",
                                       isQuick ? "--benchmark_repetitions=3" : "--benchmark_repetitions=7"};
-    static char *pointers[] = {&arguments[0][0], &arguments[1][0], &arguments[2][0], &arguments[3][0],
-                               nullptr};
+    static char *pointers[] = {arguments[0].data(), arguments[1].data(), arguments[2].data(),
+                               arguments[3].data(), nullptr};
     int count = 4;
     benchmark::Initialize(&count, pointers);
 }

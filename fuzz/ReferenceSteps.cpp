@@ -52,7 +52,7 @@ QVariant memberOf(const QVariant &value, const QString &member)
 {
     const QString lower = member.toLower();
     if (canBeList(value)) {
-        const QVariantList list = value.value<QVariantList>();
+        const auto list = value.value<QVariantList>();
         if (lower == "rows" || lower == "count")
             return QVariant(list.size());
         if (lower == "items")
@@ -116,12 +116,13 @@ bool bracketList(const QString &text, QVariantList &list)
 QVariantList jsonTable(const QString &text)
 {
     QVariantList rows;
-    const QJsonDocument document = QJsonDocument::fromJson(text.trimmed().toUtf8());
-    for (const QJsonValue &line : document.array()) {
+    const QJsonArray lines = QJsonDocument::fromJson(text.trimmed().toUtf8()).array();
+    for (const QJsonValue &line : lines) {
         if (!line.isArray())
             return QVariantList();
         QVariantList row;
-        for (const QJsonValue &cell : line.toArray())
+        const QJsonArray cells = line.toArray();
+        for (const QJsonValue &cell : cells)
             row << QVariant(cell.isString() ? cell.toString() : QString());
         rows << QVariant(row);
     }

@@ -26,8 +26,8 @@ QByteArray fileWith(const QByteArray &content)
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
-    const QByteArray bytes
-        = QByteArray::fromRawData(reinterpret_cast<const char *>(data), static_cast<int>(size));
+    const QByteArray bytes =
+        QByteArray::fromRawData(reinterpret_cast<const char *>(data), static_cast<int>(size));
     const QByteArray file = StepHost::isBinaryScript(bytes) ? bytes : fileWith(bytes);
     const StepHost::ScriptResult read = StepHost::readBinaryScript(file, listSteps());
     require(read || (read.script.steps.empty() && read.script.variables.empty()),

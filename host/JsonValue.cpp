@@ -115,15 +115,17 @@ QString appendArray(QByteArray &json, const Items &items, int depth, const Appen
 QString appendList(QByteArray &json, const QVariant &value, int depth)
 {
     const QVariantList list = value.toList();
-    return appendArray(json, list, depth,
-                       [&](QVariantList::const_iterator it) { return appendAsJson(json, *it, depth + 1); });
+    return appendArray(json, list, depth, [&](const QVariantList::const_iterator &it) {
+        return appendAsJson(json, *it, depth + 1);
+    });
 }
 
 QString appendStringList(QByteArray &json, const QVariant &value, int depth)
 {
     const QStringList list = value.toStringList();
-    return appendArray(json, list, depth,
-                       [&](QStringList::const_iterator it) { return appendAsJson(json, *it, depth + 1); });
+    return appendArray(json, list, depth, [&](const QStringList::const_iterator &it) {
+        return appendAsJson(json, *it, depth + 1);
+    });
 }
 
 QString appendMap(QByteArray &json, const QVariant &value, int depth)
@@ -269,7 +271,7 @@ bool readNumber(const Json &json, double &number, JsonError &error)
     else if (name == "inf" || name == "-inf")
         number = (name == "inf" ? 1 : -1) * std::numeric_limits<double>::infinity();
     else
-        return refuseKind(error, json, "a number, \"nan\", \"inf\" or \"-inf\"");
+        return refuseKind(error, json, R"(a number, "nan", "inf" or "-inf")");
     return true;
 }
 

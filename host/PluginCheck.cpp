@@ -64,8 +64,8 @@ const QVector<PluginCheck> &pluginChecks()
 const PluginCheck *findPluginCheck(const QString &id)
 {
     const QVector<PluginCheck> &checks = pluginChecks();
-    const auto it = std::find_if(checks.begin(), checks.end(),
-                                 [&id](const PluginCheck &check) { return check.id == id; });
+    const auto *const it = std::find_if(checks.begin(), checks.end(),
+                                        [&id](const PluginCheck &check) { return check.id == id; });
     return it == checks.end() ? nullptr : &*it;
 }
 
@@ -160,7 +160,7 @@ void CheckContext::forEachStep(const std::function<void(Operation &)> &check)
         if (end.outcome == CheckOutcome::Failed)
             failures.append(className(*step) + QLatin1String(": ") + end.reason);
         else if (end.outcome != CheckOutcome::Passed)
-            throw end;
+            throw CheckEnd(end);
     }
     const int hidden = failures.size() - shownFailures;
     if (hidden > 0)

@@ -8,7 +8,7 @@ namespace StepHost
 {
 namespace
 {
-constexpr qint64 largestIcon = 64 * 1024;
+constexpr qint64 largestIcon = qint64(64) * 1024;
 
 void checkPath(CheckContext &context)
 {

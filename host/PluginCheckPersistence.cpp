@@ -10,7 +10,7 @@ namespace StepHost
 namespace
 {
 constexpr int mutations = 10000;
-constexpr qint64 allowedGrowth = 64 * 1024 * 1024;
+constexpr qint64 allowedGrowth = qint64(64) * 1024 * 1024;
 
 // The base's own part of a record.
 QByteArray baseRecordOf(const Operation &step)

@@ -8,7 +8,7 @@
 #if defined(Q_OS_WIN)
 #include <windows.h>
 #else
-#include <signal.h>
+#include <csignal>
 #include <unistd.h>
 #if defined(Q_OS_LINUX)
 #include <sys/prctl.h>

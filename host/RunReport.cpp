@@ -34,7 +34,7 @@ void appendStepLines(QByteArray &text, const RunReport &report)
     const QByteArray indent(2 + numberWidth + 2 + 8 + 2, ' ');
     for (std::size_t i = 0; i < report.script.steps.size(); ++i) {
         const StepResult &result = report.result.steps[i];
-        text += "  " + QByteArray::number(qulonglong(i + 1)).rightJustified(numberWidth) + "  "
+        text += "  " + QByteArray::number(qulonglong(i) + 1).rightJustified(numberWidth) + "  "
             + padded(outcomeName(result.outcome), 8) + "  "
             + inOneLine(report.script.steps[i].operation->toString()).toUtf8() + '\n';
         for (const QString &warning : result.warnings)

@@ -7,6 +7,7 @@
 #include <QObject>
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 
 namespace
@@ -57,10 +58,10 @@ QVariant objectProperty(const QVariant &value, const QString &name)
 // the cast alone would be undefined.
 int truncatedToInt(double number)
 {
-    constexpr double lowest = std::numeric_limits<int>::min();
-    constexpr double highest = std::numeric_limits<int>::max();
-    return number > lowest - 1 && number < highest + 1 ? static_cast<int>(number)
-                                                       : std::numeric_limits<int>::min();
+    constexpr int lowest = std::numeric_limits<int>::min();
+    constexpr int highest = std::numeric_limits<int>::max();
+    const double whole = std::trunc(number);
+    return whole >= lowest && whole <= highest ? static_cast<int>(whole) : lowest;
 }
 
 QVariant emptyValue(VarType type)
@@ -90,8 +91,6 @@ bool isEmptyInput(const QVariant &value)
 
 QVariant convertToInt(const QVariant &value, bool &accepted)
 {
-    if (value.type() == QVariant::Bool)
-        return value.toBool() ? 1 : 0;
     if (value.type() == QVariant::String) {
         const QString text = value.toString();
         int number = text.toInt(&accepted);
@@ -105,8 +104,6 @@ QVariant convertToInt(const QVariant &value, bool &accepted)
 
 QVariant convertToDouble(const QVariant &value, bool &accepted)
 {
-    if (value.type() == QVariant::Bool)
-        return value.toBool() ? 1.0 : 0.0;
     if (value.type() == QVariant::String) {
         const double number = value.toString().toDouble(&accepted);
         return accepted ? number : 0.0;
@@ -117,16 +114,12 @@ QVariant convertToDouble(const QVariant &value, bool &accepted)
 
 QVariant convertToString(const QVariant &value, bool &accepted)
 {
-    if (value.type() == QVariant::String)
-        return value;
     accepted = value.type() != QVariant::List;
     return accepted ? value.toString() : QString();
 }
 
 QVariant convertToBool(const QVariant &value, bool &accepted)
 {
-    if (value.type() == QVariant::Bool)
-        return value;
     if (value.type() == QVariant::String) {
         bool truth = false;
         accepted = parseBoolText(value.toString(), &truth);

@@ -568,6 +568,7 @@ void TestListFunctions::addConversionToInt()
     row("text 2147483647", "2147483647", true, INT_MAX);
     row("text 2147483647.9", "2147483647.9", true, INT_MAX);
     row("text 2147483648", "2147483648", true, INT_MIN);
+    row("text -2147483647.5", "-2147483647.5", true, INT_MIN + 1);
     row("text -2147483648", "-2147483648", true, INT_MIN);
     row("text -2147483648.9", "-2147483648.9", true, INT_MIN);
     row("text -2147483649", "-2147483649", true, INT_MIN);
@@ -842,6 +843,7 @@ void TestListFunctions::parseTableJson_data()
     const QVariantList none;
     QTest::newRow("rows") << R"([["a","b"],["c"]])" << QVariantList{list({"a", "b"}), list({"c"})};
     QTest::newRow("blanks around") << " \n[[\"a\"]]\t " << QVariantList{list({"a"})};
+    QTest::newRow("wide blanks around") << "　[[\"a\"]]　" << QVariantList{list({"a"})};
     QTest::newRow("cells that are no texts")
         << R"([[1,1.5,true,null,{"a":"b"},["c"],"d"]])" << QVariantList{list({"", "", "", "", "", "", "d"})};
     QTest::newRow("empty rows") << "[[],[]]" << QVariantList{list({}), list({})};

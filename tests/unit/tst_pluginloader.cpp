@@ -35,6 +35,7 @@ private slots:
     void refusesFilesThatAreNoLibraries();
     void refusesAnotherQtVersion();
     void unloads();
+    void unloadsWhatItRefuses();
     void loadsManyTimes();
     void catalogueCreatesSteps();
     void catalogueKeepsTheOrderOfPlugins();
@@ -158,17 +159,18 @@ void TestPluginLoader::refusesAnotherQtVersion()
 
 void TestPluginLoader::unloads()
 {
-    QPluginLoader probe(fixture("Sound"));
-    QVERIFY(!probe.isLoaded());
-    {
-        const PluginLoadResult loaded = loadPlugin(fixture("Sound"));
+    for (int i = 0; i < 3; ++i) {
+        const PluginLoadResult loaded = loadPlugin(fixture("CountingPlugin"));
         QVERIFY2(loaded.plugin, qPrintable(loaded.reason));
-        QVERIFY(probe.isLoaded());
+        QCOMPARE(loaded.plugin->manifest().version, QString("1"));
     }
-    QVERIFY(!probe.isLoaded());
-    QPluginLoader refused(fixture("NullPrototype"));
+}
+
+void TestPluginLoader::unloadsWhatItRefuses()
+{
+    const QPluginLoader probe(fixture("NullPrototype"));
     QCOMPARE(loadPlugin(fixture("NullPrototype")).refusal, PluginRefusal::BadPrototype);
-    QVERIFY(!refused.isLoaded());
+    QVERIFY(!probe.isLoaded());
 }
 
 void TestPluginLoader::loadsManyTimes()
