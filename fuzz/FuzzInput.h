@@ -89,7 +89,8 @@ public:
             return toText(value).split('|');
         case 'v': {
             QVector<double> numbers;
-            for (const QByteArray &number : value.split('|'))
+            const QList<QByteArray> parts = value.split('|');
+            for (const QByteArray &number : parts)
                 numbers.append(number.toDouble());
             return QVariant::fromValue(numbers);
         }

@@ -106,7 +106,8 @@ bool bracketList(const QString &text, QVariantList &list)
     const QString trimmed = text.trimmed();
     if (!trimmed.startsWith('[') || !trimmed.endsWith(']'))
         return false;
-    for (const QString &part : trimmed.mid(1, trimmed.size() - 2).split(',')) {
+    const QStringList parts = trimmed.mid(1, trimmed.size() - 2).split(',');
+    for (const QString &part : parts) {
         if (!part.trimmed().isEmpty())
             list.append(literal(part.trimmed()));
     }

@@ -253,7 +253,7 @@ QString textOf(const std::string &utf8)
     const std::size_t start = marks * mark.size();
     // QString::fromUtf8() gives an empty text memory of its own.
     const QString rest = start == utf8.size()
-        ? QStringLiteral("")
+        ? QString(QLatin1String(""))
         : QString::fromUtf8(utf8.data() + start, int(utf8.size() - start));
     return marks == 0 ? rest : QString(int(marks), QChar(0xFEFF)) + rest;
 }

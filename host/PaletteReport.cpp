@@ -291,7 +291,8 @@ QByteArray stepToJson(const StepCatalogue &catalogue, const QString &typeId)
     json["summary"] = toJson(prototype.toString());
     json["description"] = toJson(prototype.description());
     json["problems"] = Json::array();
-    for (const SchemaProblem &problem : readEditorSchema(*prototype.metaObject()).problems)
+    const EditorSchema schema = readEditorSchema(*prototype.metaObject());
+    for (const SchemaProblem &problem : schema.problems)
         json["problems"].push_back(toJson(problem.text));
     return written(json);
 }

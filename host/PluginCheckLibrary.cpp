@@ -226,8 +226,8 @@ void expectNone(const QVector<QByteArray> &names, const QString &what)
 {
     constexpr int shown = 5;
     QStringList texts;
-    for (const QByteArray &name : names.mid(0, shown))
-        texts.append(QString::fromLatin1(name));
+    for (int i = 0; i < qMin(shown, names.size()); ++i)
+        texts.append(QString::fromLatin1(names.at(i)));
     if (names.size() > shown)
         texts.append(QStringLiteral("and %1 more").arg(names.size() - shown));
     if (!names.isEmpty())
@@ -241,7 +241,8 @@ void checkSymbols(CheckContext &context)
     for (const Operation *step : steps)
         own.append(mangledPart(step->metaObject()->className()));
     QVector<QByteArray> leaked;
-    for (const QByteArray &name : exportedNames(context)) {
+    const QVector<QByteArray> names = exportedNames(context);
+    for (const QByteArray &name : names) {
         const bool isEntryPoint = name == "qt_plugin_instance" || name == "qt_plugin_query_metadata";
         // Names that begin so are the compiler's and the linker's.
         const bool isReserved =
@@ -262,7 +263,8 @@ void checkHostSymbols(CheckContext &context)
                                                  mangledPart("IOperationPlugin"),
                                                  mangledPart("IEditorRegistry")};
     QVector<QByteArray> doubled;
-    for (const QByteArray &name : exportedNames(context)) {
+    const QVector<QByteArray> names = exportedNames(context);
+    for (const QByteArray &name : names) {
         for (const QByteArray &part : hostClasses) {
             if (name.startsWith("_ZN" + part) || name.startsWith("_ZNK" + part)
                 || name.startsWith("_ZTV" + part))

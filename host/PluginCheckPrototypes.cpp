@@ -26,7 +26,8 @@ void checkFresh(CheckContext &context)
     const QList<Operation *> first = context.newSteps();
     const QList<Operation *> second = context.newSteps();
     QSet<const Operation *> known;
-    for (const Operation *step : first + second) {
+    const QList<Operation *> both = first + second;
+    for (const Operation *step : both) {
         if (known.contains(step))
             fail(QStringLiteral("two calls of createPrototypes() hand out the same %1; each call has to make "
                                 "new ones")

@@ -243,7 +243,7 @@ QVector<PluginReport> checkPlugins(const QStringList &files, const QVector<Plugi
     QVector<PluginReport> reports;
     for (const QString &file : files) {
         PluginRun run(QFileInfo(file).absoluteFilePath(), options, progress);
-        const CheckResult loading = run.run({loads}).first();
+        const CheckResult loading = run.run({loads}).constFirst();
         PluginReport report{file, {}};
         const bool isLoaded = loading.outcome == CheckOutcome::Passed;
         if (isLoadsAsked || !isLoaded)

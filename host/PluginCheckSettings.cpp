@@ -56,7 +56,8 @@ void checkBlanks(CheckContext &context)
 
 void checkEmptyText(CheckContext &context)
 {
-    expectStored(context, QMetaType::QString, {QStringLiteral("x"), QStringLiteral("")}, "empty texts");
+    expectStored(context, QMetaType::QString, {QStringLiteral("x"), QString(QLatin1String(""))},
+                 "empty texts");
 }
 
 void checkLongText(CheckContext &context)

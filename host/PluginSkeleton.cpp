@@ -50,7 +50,7 @@ constexpr TemplateFile templateFiles[] = {
 
 QString capitalised(const QString &text)
 {
-    return text.left(1).toUpper() + text.mid(1);
+    return text.isEmpty() ? text : text.at(0).toUpper() + text.mid(1);
 }
 
 bool matches(const QString &text, const char *pattern)
@@ -210,8 +210,9 @@ QString fillLines(const QString &text, const Marks &marks, const QVector<Marks> 
             filled += fill(repeated, step);
         repeated.clear();
     };
-    const QStringList lines = text.split(QLatin1Char('\n'));
-    for (const QString &line : lines.mid(0, lines.size() - 1)) {
+    QStringList lines = text.split(QLatin1Char('\n'));
+    lines.removeLast();
+    for (const QString &line : qAsConst(lines)) {
         if (mentionsStep(line)) {
             repeated += line + QLatin1Char('\n');
         } else {

@@ -13,7 +13,7 @@ QString quoted(const QString &text)
         const QChar c = text.at(i);
         const bool pair = c.isHighSurrogate() && i + 1 < text.size() && text.at(i + 1).isLowSurrogate();
         if (pair)
-            result += text.mid(i++, 2);
+            result += text.midRef(i++, 2);
         else if (c.isSurrogate() || c.category() == QChar::Other_Control)
             result += QStringLiteral("\\u%1").arg(c.unicode(), 4, 16, QLatin1Char('0'));
         else

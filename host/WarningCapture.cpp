@@ -12,7 +12,7 @@ namespace
 thread_local WarningCapture *innermostCapture = nullptr;
 
 // The handler is one for the whole process: the first capture installs it, the last one takes it out.
-QMutex installMutex;
+QBasicMutex installMutex;
 int captureCount = 0;
 std::atomic<QtMessageHandler> previousHandler{nullptr};
 } // namespace

@@ -45,7 +45,7 @@ QVariant emptyValue(VarType type)
     case VarType::Double:
         return QVariant(0.0);
     case VarType::String:
-        return QVariant(QStringLiteral(""));
+        return QVariant(QString(QLatin1String("")));
     case VarType::Bool:
         return QVariant(false);
     case VarType::List:

@@ -39,7 +39,9 @@ inline QVariant tag(int number)
 {
     static const bool registered = QMetaType::registerComparators<Tag>()
         && QMetaType::registerConverter<int, Tag>([](int value) { return Tag{value}; })
-        && QMetaType::registerConverter<double, Tag>([](double value) { return Tag{int(value)}; })
+        && QMetaType::registerConverter<double, Tag>([](double value) {
+                                       return Tag{qAbs(value) < INT_MAX ? int(value) : 0};
+                                   })
         && QMetaType::registerConverter<QString, Tag>([](const QString &value) { return Tag{value.size()}; });
     Q_UNUSED(registered)
     return QVariant::fromValue(Tag{number});
