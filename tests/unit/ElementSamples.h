@@ -240,7 +240,7 @@ inline QVariantList otherKinds()
             QVariantMap{{"a", 1}},
             QDate(2024, 2, 29),
             QTime(1, 2, 3),
-            QVariant::fromValue(qMakePair(QVariant(1), QVariant(2))),
+            QVariant::fromValue(qMakePair(1, 2)),
             QVariant::fromValue(static_cast<QObject *>(nullptr)),
             tag(1),
             tag(7)};

@@ -7,6 +7,7 @@
 
 #include <QThread>
 
+#include <algorithm>
 #include <atomic>
 #include <csignal>
 #include <cstdlib>
@@ -62,7 +63,7 @@ void tell(const char *fault)
     std::size_t size = 0;
     const auto append = [&line, &size](const char *text) {
         const std::size_t length = qMin(std::strlen(text), sizeof line - size);
-        std::memcpy(line + size, text, length);
+        std::copy_n(text, length, line + size);
         size += length;
     };
     // A line about progress may be there already.

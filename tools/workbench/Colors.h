@@ -3,10 +3,8 @@
 #include <QColor>
 #include <QPalette>
 
-namespace Workbench
-{
 /// Colours with a meaning, to be read on the base colour of \a palette, be it light or dark.
-namespace Colors
+namespace Workbench::Colors
 {
 inline bool isDark(const QPalette &palette)
 {
@@ -34,5 +32,4 @@ inline QColor subdued(const QPalette &palette)
     color.setAlphaF(0.62);
     return color;
 }
-} // namespace Colors
-} // namespace Workbench
+} // namespace Workbench::Colors

@@ -61,7 +61,7 @@ public:
     static bool parse(const QString &text, ItemKind kind, QVariant &value, QString &error);
 
     /// Like parse(), for a value instead of its text: true becomes 1, 2.0 becomes 2, `"7"` becomes 7.
-    static bool convert(const QVariant &from, ItemKind kind, QVariant &value, QString &error);
+    static bool convert(const QVariant &from, ItemKind to, QVariant &value, QString &error);
 
     /// Whether \a a and \a b are the same value of the same type: 1 and 1.0 are not, NaN and NaN are. Lists
     /// that share their items are compared in no time.

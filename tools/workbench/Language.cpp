@@ -13,7 +13,7 @@ void installFrom(QCoreApplication &application, const QString &fileName, const Q
 {
     auto *translator = new QTranslator(&application);
     if (translator->load(fileName, folder))
-        application.installTranslator(translator);
+        QCoreApplication::installTranslator(translator);
     else
         delete translator;
 }

@@ -5,10 +5,8 @@
 
 class QCoreApplication;
 
-namespace Workbench
-{
 /// The languages that the program's texts are there in.
-namespace Language
+namespace Workbench::Language
 {
 /// Their codes, as `--lang` takes them.
 QStringList codes();
@@ -19,5 +17,4 @@ QString codeFor(const QStringList &systemLanguages);
 
 /// Has \a application speak the language \a code, one of codes().
 void install(QCoreApplication &application, const QString &code);
-} // namespace Language
-} // namespace Workbench
+} // namespace Workbench::Language

@@ -2,10 +2,8 @@
 
 #include <QString>
 
-namespace Workbench
-{
 /// The kinds of data that steps are dragged and copied as.
-namespace StepMime
+namespace Workbench::StepMime
 {
 /// A type id in UTF-8: a new step of that type is to be placed.
 inline QString stepType()
@@ -24,5 +22,4 @@ inline QString rows()
 {
     return QStringLiteral("application/x-quillmap-rows");
 }
-} // namespace StepMime
-} // namespace Workbench
+} // namespace Workbench::StepMime

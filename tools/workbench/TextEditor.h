@@ -18,7 +18,7 @@ public:
     explicit TextEditor(int type, QWidget *parent = nullptr);
 
     QVariant value() const override;
-    void setValue(const QVariant &value) override;
+    void setValue(const QVariant &shown) override;
     QString hint() const override;
 
 protected:
