@@ -46,7 +46,6 @@ bool isSameStep(const StepHost::ScriptStep &left, const StepHost::ScriptStep &ri
     return left.enabled == right.enabled && left.operation->typeId() == right.operation->typeId()
         && StepHost::recordOf(*left.operation) == StepHost::recordOf(*right.operation);
 }
-} // namespace
 
 const StepHost::StepCatalogue &listSteps()
 {
@@ -84,4 +83,25 @@ void requireRuns(const StepHost::Script &script)
     const StepHost::WriteResult json = reportToJson(report);
     require(text || !text.error.isEmpty(), "a report in text is neither there nor refused");
     require(json || !json.error.isEmpty(), "a report in JSON is neither there nor refused");
+}
+} // namespace
+
+void requireKeepsAndRuns(const QByteArray &bytes,
+                         StepHost::ScriptResult (*read)(const QByteArray &, const StepHost::StepCatalogue &),
+                         StepHost::WriteResult (*write)(const StepHost::Script &))
+{
+    const StepHost::ScriptResult first = read(bytes, listSteps());
+    require(first || (first.script.steps.empty() && first.script.variables.empty()),
+            "a refused script is not empty");
+    if (!first)
+        return;
+
+    const StepHost::WriteResult written = write(first.script);
+    // The typed form of a value is deeper than the plain one, so a script may be too deep to be written.
+    if (written) {
+        const StepHost::ScriptResult again = read(written.bytes, listSteps());
+        require(static_cast<bool>(again), "a written script does not read");
+        requireSameScript(first.script, again.script);
+    }
+    requireRuns(first.script);
 }

@@ -29,19 +29,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const QByteArray bytes =
         QByteArray::fromRawData(reinterpret_cast<const char *>(data), static_cast<int>(size));
     const QByteArray file = StepHost::isBinaryScript(bytes) ? bytes : fileWith(bytes);
-    const StepHost::ScriptResult read = StepHost::readBinaryScript(file, listSteps());
-    require(read || (read.script.steps.empty() && read.script.variables.empty()),
-            "a refused script is not empty");
-    if (!read)
-        return 0;
-
-    const StepHost::WriteResult written = StepHost::writeBinaryScript(read.script);
-    // The typed form of a value is deeper than the plain one, so a script may be too deep to be written.
-    if (written) {
-        const StepHost::ScriptResult again = StepHost::readBinaryScript(written.bytes, listSteps());
-        require(static_cast<bool>(again), "a written script does not read");
-        requireSameScript(read.script, again.script);
-    }
-    requireRuns(read.script);
+    requireKeepsAndRuns(file, StepHost::readBinaryScript, StepHost::writeBinaryScript);
     return 0;
 }
