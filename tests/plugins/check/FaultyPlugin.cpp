@@ -25,6 +25,17 @@ int callCount = 0;
 
 // Keeps the compiler from leaving out an allocation that nobody uses.
 char *volatile lostMemory = nullptr;
+
+// None of what stays behind may lie in this library: it will be gone.
+void leaveThreadBehind()
+{
+    auto *thread = new QThread;
+    thread->start();
+    // A process that ends while a thread of it is starting may hang, so wait until this one handles events.
+    auto *object = new QObject;
+    object->moveToThread(thread);
+    QMetaObject::invokeMethod(object, "deleteLater", Qt::BlockingQueuedConnection);
+}
 } // namespace
 
 bool has(const char *id)
@@ -58,9 +69,8 @@ FaultyPlugin::FaultyPlugin()
         std::memset(lostMemory = new char[1024 * 1024], 1, 1024 * 1024);
     if (has("library.reload-handles"))
         (new QFile(QStringLiteral(LEFT_BEHIND_RESOURCE)))->open(QIODevice::ReadOnly);
-    // None of what stays behind may lie in this library: it will be gone.
     if (has("library.reload-threads"))
-        (new QThread)->start();
+        leaveThreadBehind();
 #ifdef Q_OS_WIN
     HMODULE pinned = nullptr;
     if (has("stays-in-memory"))
