@@ -36,12 +36,14 @@ set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 
 # Without a console Qt Test reports to the debugger, unless QT_FORCE_STDERR_LOGGING is set. Wine keeps variables that
 # begin in QT_ from the program and hands on WINEQT_ in their place.
+# Without conhost.exe a program that a test starts gets no console. When the program is killed as it starts, its console
+# host would stay and hold the test's output open for ever.
 find_program(WINE NAMES wine64 wine PATHS /usr/lib/wine)
 set(CMAKE_CROSSCOMPILING_EMULATOR env
     WINEPREFIX=${windows_root}/wine
     WINEPATH=${windows_root}/bin
     WINEDEBUG=-all
-    WINEDLLOVERRIDES=mscoree,mshtml,winemenubuilder.exe=
+    WINEDLLOVERRIDES=mscoree,mshtml,winemenubuilder.exe,conhost.exe=
     WINEQT_FORCE_STDERR_LOGGING=1
     ${WINE})
 

@@ -271,9 +271,6 @@ void TestFaults::aKillAtAnyMomentLeavesAWholeFile_data()
 
 void TestFaults::aKillAtAnyMomentLeavesAWholeFile()
 {
-#ifdef Q_OS_WIN
-    QSKIP("under Wine, who kills a program that is just starting may wait for it without end");
-#endif
     QFETCH(QStringList, arguments);
     constexpr int rounds = 40;
     m_folder->write("script.json", scriptOfSize(100000));
