@@ -137,7 +137,7 @@ void checkReloadThreads(CheckContext &context)
 QSet<QString> registeredResources()
 {
     QSet<QString> paths;
-    QDirIterator it(QStringLiteral(":/"), QDirIterator::Subdirectories);
+    QDirIterator it(QStringLiteral(":/"), QDir::Files, QDirIterator::Subdirectories);
     while (it.hasNext())
         paths.insert(it.next());
     return paths;
@@ -153,7 +153,7 @@ void checkReloadResources(CheckContext &context)
     const QSet<QString> left = registeredResources() - before;
     if (!left.isEmpty())
         fail(QStringLiteral("resources stay registered after unloading, such as %1")
-                 .arg(quoted(*left.begin())));
+                 .arg(quoted(*std::min_element(left.begin(), left.end()))));
 }
 
 using EntryPoint = QObject *(*)();
