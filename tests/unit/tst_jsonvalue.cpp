@@ -1,3 +1,4 @@
+#include "IsLike.h"
 #include "host/JsonValue.h"
 
 #include <QtTest>
@@ -265,34 +266,44 @@ void TestJsonValue::refuses_data()
     QTest::addColumn<QByteArray>("json");
     QTest::addColumn<QString>("error");
 
-    QTest::newRow("nothing") << QByteArray() << "line 1, column 1: ";
-    QTest::newRow("no JSON") << QByteArray("[1,\n x]") << "line 2, column 2: ";
-    QTest::newRow("more after it") << QByteArray("[1] 2") << "line 1, column 5: ";
-    QTest::newRow("NUL after it") << QByteArray("[1]\0[2]", 7) << "line 1, column 4: there is a NUL byte";
-    QTest::newRow("columns count characters") << QByteArray("[\"列表\", x]") << "line 1, column 8: ";
-    QTest::newRow("comment") << QByteArray("[1] // one") << "line 1, column 5: ";
-    QTest::newRow("comma at the end") << QByteArray("[1,]") << "line 1, column 4: ";
-    QTest::newRow("nan") << QByteArray("nan") << "line 1, column 2: ";
-    QTest::newRow("UTF-8 cut off") << QByteArray("\"\xE5\x88\"") << "ill-formed UTF-8";
-    QTest::newRow("UTF-8 too long") << QByteArray("\"\xC0\x80\"") << "ill-formed UTF-8";
-    QTest::newRow("surrogate in UTF-8") << QByteArray("\"\xED\xA0\x80\"") << "ill-formed UTF-8";
-    QTest::newRow("lone surrogate") << QByteArray("\"\\ud800\"") << "surrogate";
-    QTest::newRow("raw line end in a text") << QByteArray("\"a\nb\"") << "line 1, column 3: ";
+    QTest::newRow("nothing") << QByteArray() << "line 1, column 1: *";
+    QTest::newRow("no JSON") << QByteArray("[1,\n x]") << "line 2, column 2: *";
+    QTest::newRow("more after it") << QByteArray("[1] 2") << "line 1, column 5: *";
+    QTest::newRow("NUL after it") << QByteArray("[1]\0[2]", 7)
+                                  << "line 1, column 4: there is a NUL byte after the JSON document";
+    QTest::newRow("columns count characters") << QByteArray("[\"列表\", x]") << "line 1, column 8: *";
+    QTest::newRow("comment") << QByteArray("[1] // one") << "line 1, column 5: *";
+    QTest::newRow("comma at the end") << QByteArray("[1,]") << "line 1, column 4: *";
+    QTest::newRow("nan") << QByteArray("nan") << "line 1, column 2: *";
+    QTest::newRow("UTF-8 cut off") << QByteArray("\"\xE5\x88\"") << "ill-formed UTF-8*";
+    QTest::newRow("UTF-8 too long") << QByteArray("\"\xC0\x80\"") << "ill-formed UTF-8*";
+    QTest::newRow("surrogate in UTF-8") << QByteArray("\"\xED\xA0\x80\"") << "ill-formed UTF-8*";
+    QTest::newRow("lone surrogate") << QByteArray("\"\\ud800\"") << "surrogate*";
+    QTest::newRow("raw line end in a text") << QByteArray("\"a\nb\"") << "line 1, column 3: *";
     QTest::newRow("65 bits") << QByteArray("[18446744073709551616]")
-                             << "the integer \"18446744073709551616\" does not fit into 64 bits";
-    QTest::newRow("64 bits, negative") << QByteArray("-9223372036854775809") << "does not fit into 64 bits";
-    QTest::newRow("too large a double") << QByteArray("1e400") << "number overflow";
+                             << "the integer \"18446744073709551616\" does not fit into 64 bits; write it "
+                                "with \".0\" for a double";
+    QTest::newRow("64 bits, negative")
+        << QByteArray("-9223372036854775809") << "does not fit into 64 bits; *";
+    QTest::newRow("too large a double") << QByteArray("1e400") << "number overflow*";
     QTest::newRow("key twice") << QByteArray("{\"a\": 1,\n \"a\": 2}")
                                << "line 2, column 4: the object has the key \"a\" already";
-    QTest::newRow("object") << QByteArray("[1, {\"a\": 1}]")
-                            << "at /1: an object stands for a value of a special type";
-    QTest::newRow("empty object") << QByteArray("{}") << "an object stands for a value of a special type";
-    QTest::newRow("two keys") << QByteArray("{\"$int\": 1, \"$uint\": 1}")
-                              << "an object stands for a value of a special type";
-    QTest::newRow("unknown type") << QByteArray("{\"$QDate\": 1}")
-                                  << "one of these keys: $QVariant, $bool, $int, $uint";
-    QTest::newRow("NUL in a key") << QByteArray("{\"$int\\u0000\": 1}")
-                                  << "an object stands for a value of a special type";
+    QTest::newRow("object")
+        << QByteArray("[1, {\"a\": 1}]")
+        << "at /1: an object stands for a value of a special type and has one of these keys: *";
+    QTest::newRow("empty object") << QByteArray(
+        "{}") << "an object stands for a value of a special type and has one of these keys: *";
+    QTest::newRow("two keys")
+        << QByteArray("{\"$int\": 1, \"$uint\": 1}")
+        << "an object stands for a value of a special type and has one of these keys: *";
+    QTest::newRow("unknown type")
+        << QByteArray("{\"$QDate\": 1}")
+        << "one of these keys: $QVariant, $bool, $int, $uint, $qlonglong, $qulonglong, $long, $ulong, "
+           "$short, $ushort, $char, $signed char, $uchar, $double, $float, $QString, $QByteArray, "
+           "$QStringList, $QVariantList, $QVariantMap, $null";
+    QTest::newRow("NUL in a key")
+        << QByteArray("{\"$int\\u0000\": 1}")
+        << "an object stands for a value of a special type and has one of these keys: *";
     QTest::newRow("out of range") << QByteArray("[{\"$uint\": -1}]") << "at /0/$uint: -1 is out of range";
     QTest::newRow("int out of range") << QByteArray("{\"$int\": 2147483648}") << "2147483648 is out of range";
     QTest::newRow("short out of range") << QByteArray("{\"$short\": 32768}") << "32768 is out of range";
@@ -328,7 +339,7 @@ void TestJsonValue::refuses_data()
     QTest::newRow("no key") << QByteArray("{\"$QVariantMap\": [[1, 1]]}")
                             << "at /$QVariantMap/0/0: this is an integer, it should be a string";
     QTest::newRow("bad value in a map")
-        << QByteArray("{\"$QVariantMap\": [[\"a\", {}]]}") << "at /$QVariantMap/0/1: ";
+        << QByteArray("{\"$QVariantMap\": [[\"a\", {}]]}") << "at /$QVariantMap/0/1: *";
     QTest::newRow("key of a map twice") << QByteArray("{\"$QVariantMap\": [[\"a\", 1], [\"a\", 2]]}")
                                         << "at /$QVariantMap/1: the map has the key \"a\" already";
     QTest::newRow("null of no type") << QByteArray("{\"$null\": \"nonsense\"}")
@@ -346,7 +357,7 @@ void TestJsonValue::refuses()
     const ValueResult read = valueFromJson(json);
     QVERIFY(!read);
     QVERIFY(!read.value.isValid());
-    QVERIFY2(read.error.contains(error), qPrintable(read.error));
+    QVERIFY2(isLike(read.error, '*' + error), qPrintable(read.error));
 }
 
 void TestJsonValue::opaqueValuesDoNotReadBack()

@@ -1,3 +1,4 @@
+#include "IsLike.h"
 #include "host/BinaryScript.h"
 #include "host/ScriptFile.h"
 
@@ -166,7 +167,7 @@ void TestScriptJson::refuses_data()
         return QByteArray(R"({"steps": [{"type": "list.clear"}, )") + member + "]}";
     };
 
-    QTest::newRow("syntax") << QByteArray("{\"steps\": [\n  }") << "line 2, column 3: syntax error";
+    QTest::newRow("syntax") << QByteArray("{\"steps\": [\n  }") << "line 2, column 3: syntax error*";
     QTest::newRow("no object") << QByteArray("[]") << "this is an array, it should be an object";
     QTest::newRow("unknown key") << QByteArray(R"({"step": []})")
                                  << R"(there is no key "step"; there are "variables", "steps")";
@@ -224,8 +225,9 @@ void TestScriptJson::refuses_data()
     QTest::newRow("list for a table")
         << variable(R"({"name": "x", "type": "table", "value": [[], 1]})")
         << "this is an array, a variable of type table takes an array of arrays";
-    QTest::newRow("object") << variable(R"({"name": "x", "type": "list", "value": [1, {"a": 1}]})")
-                            << "at /variables/1/value/1: an object stands for a value of a special type";
+    QTest::newRow("object")
+        << variable(R"({"name": "x", "type": "list", "value": [1, {"a": 1}]})")
+        << "at /variables/1/value/1: an object stands for a value of a special type and has *";
 
     QTest::newRow("step") << step("[]") << "at /steps/1: this is an array, it should be an object";
     QTest::newRow("step without type") << step("{}") << R"(at /steps/1: the key "type" is missing)";
@@ -233,20 +235,23 @@ void TestScriptJson::refuses_data()
         << step(R"({"type": 1})") << "at /steps/1/type: this is an integer, it should be a string";
     QTest::newRow("unknown step type")
         << step(R"({"type": "list.shuffle"})")
-        << R"(at /steps/1/type: there is no step type "list.shuffle"; there are "list.add", )";
+        << R"(at /steps/1/type: there is no step type "list.shuffle"; there are "list.add", *, "fixture.brittle")";
     QTest::newRow("step that does not clone")
-        << step(R"({"type": "fixture.unclonable"})") << "at /steps/1/type: the step cannot be created";
+        << step(R"({"type": "fixture.unclonable"})")
+        << "at /steps/1/type: the step cannot be created: its prototype gives no clone";
     QTest::newRow("unknown property")
         << step(R"({"type": "list.sort", "targetvar": "a"})")
         << R"(at /steps/1: there is no property "targetvar"; there are "targetVar", "ascending")";
     QTest::newRow("property of every object")
         << step(R"({"type": "list.clear", "objectName": "a"})")
         << R"(there is no property "objectName"; there are "targetVar")";
-    QTest::newRow("read-only property") << step(R"({"type": "fixture.settings", "fixed": 1})")
-                                        << R"(there is no property "fixed"; there are "ratio", "size")";
+    QTest::newRow("read-only property")
+        << step(R"({"type": "fixture.settings", "fixed": 1})")
+        << R"(there is no property "fixed"; there are "ratio", "size", "words", "anything", "color")";
     QTest::newRow("byte order mark in a key") << step("{\"type\": \"list.clear\", \"\xEF\xBB\xBF"
                                                       "enabled\": true}")
-                                              << "there is no property";
+                                              << "there is no property \"\xEF\xBB\xBF"
+                                                 "enabled\"; there are \"targetVar\"";
     QTest::newRow("no properties at all")
         << step(R"({"type": "fixture.throw", "a": 1})") << R"(there is no property "a"; there are none)";
     QTest::newRow("enabled") << step(R"({"type": "list.clear", "enabled": 1})")
@@ -279,7 +284,7 @@ void TestScriptJson::refuses()
     QFETCH(QString, error);
     const ScriptResult read = readScript(json, m_catalogue);
     QVERIFY(!read);
-    QVERIFY2(read.error.contains(error), qPrintable(read.error));
+    QVERIFY2(isLike(read.error, '*' + error), qPrintable(read.error));
     QVERIFY(read.script.variables.empty());
     QVERIFY(read.script.steps.empty());
 }

@@ -1,3 +1,4 @@
+#include "IsLike.h"
 #include "host/VariableInput.h"
 
 #include <QtTest>
@@ -74,7 +75,7 @@ void TestVariableInput::refusesDeclared_data()
     QTest::newRow("1 for a bool") << VarType::Bool << "1"
                                   << "this is an integer, a variable of type bool takes true or false";
     QTest::newRow("object in a list") << VarType::List << "[1, {}]"
-                                      << "at /1: an object stands for";
+                                      << "at /1: an object stands for a value of a special type and has *";
     QTest::newRow("list for a table")
         << VarType::Table << "[1]"
         << "this is an array, a variable of type table takes an array of arrays";
@@ -83,7 +84,7 @@ void TestVariableInput::refusesDeclared_data()
             + QString(10000,
                       ']') << "line 1, column 513: arrays and objects are nested deeper than 512 levels";
     QTest::newRow("long integer") << VarType::Int << "18446744073709551616"
-                                  << "line 1, column 20: the integer \"18446744073709551616\" does not fit";
+                                  << "line 1, column 20: the integer \"18446744073709551616\" does not fit *";
 }
 
 void TestVariableInput::refusesDeclared()
@@ -94,7 +95,7 @@ void TestVariableInput::refusesDeclared()
     Script script;
     script.variables = {{"x", type, "as it was"}};
     const QString actual = assignText(script, "x", text);
-    QVERIFY2(actual.startsWith(error), qPrintable(actual));
+    QVERIFY2(isLike(actual, error), qPrintable(actual));
     QCOMPARE(script.variables[0].value, QVariant("as it was"));
 }
 
@@ -140,23 +141,23 @@ void TestVariableInput::refusesNew_data()
                                 << "a variable's name cannot be empty";
     QTest::newRow("two marks") << "$$x"
                                << "1"
-                               << "the variable's name \"$$x\" has more than one";
+                               << "the variable's name \"$$x\" has more than one \"$\" in front";
     QTest::newRow("null") << "x"
                           << "null"
-                          << "\"null\" gives a new variable no type";
+                          << "\"null\" gives a new variable no type; declare it in the script";
     QTest::newRow("map") << "x"
                          << "{\"$QVariantMap\": []}"
-                         << "gives a new variable no type";
+                         << "gives a new variable no type; declare it in the script";
     QTest::newRow("object") << "x"
                             << "{\"a\": 1}"
-                            << "an object stands for a value of a special type";
+                            << "an object stands for a value of a special type and has *";
     QTest::newRow("deep nesting") << "x"
                                   << QString(10000, '[')
             + QString(10000,
                       ']') << "line 1, column 513: arrays and objects are nested deeper than 512 levels";
     QTest::newRow("long integer") << "x"
                                   << "18446744073709551616"
-                                  << "line 1, column 20: the integer \"18446744073709551616\" does not fit";
+                                  << "line 1, column 20: the integer \"18446744073709551616\" does not fit *";
     QTest::newRow("key twice") << "x"
                                << "{\"a\": 1, \"a\": 2}"
                                << "the object has the key \"a\" already";
@@ -169,7 +170,7 @@ void TestVariableInput::refusesNew()
     QFETCH(QString, error);
     Script script;
     const QString actual = assignText(script, name, text);
-    QVERIFY2(actual.contains(error), qPrintable(actual));
+    QVERIFY2(isLike(actual, '*' + error), qPrintable(actual));
     QVERIFY(script.variables.empty());
 }
 
