@@ -70,7 +70,7 @@ void TestExportedSymbols::otherFiles()
 
 void TestExportedSymbols::damagedFiles()
 {
-    const QByteArray sound = bytesOf(QStringLiteral(LISTOPERPLUGIN_FILE));
+    const QByteArray sound = bytesOf(QStringLiteral(OPERATIONCORE_FILE));
     const int count = symbolsOf(sound).names.size();
     QVERIFY(count > 2);
     for (const int divisor : {2, 3, 5, 100})

@@ -1,5 +1,8 @@
 #include "host/PaletteReport.h"
 
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QtTest>
 
 using namespace StepHost;
@@ -14,6 +17,7 @@ private slots:
     void matchesGolden_data();
     void matchesGolden();
     void columnsOfATableAreKept();
+    void problemsAreTold();
 
 private:
     StepCatalogue m_catalogue;
@@ -61,6 +65,17 @@ void TestPaletteReport::columnsOfATableAreKept()
         if (line.startsWith("| `") && !line.contains(".so") && !line.contains(".dll"))
             QVERIFY2(line.count('|') == 7, line.constData());
     }
+}
+
+void TestPaletteReport::problemsAreTold()
+{
+    StepCatalogue catalogue;
+    QVERIFY(bool(catalogue.addPlugin(QStringLiteral(FIXTURE_DIR "/HostileSteps" FIXTURE_SUFFIX))));
+    const QString typeId = QStringLiteral("fixture.settings");
+    const QString problem = QStringLiteral("the setting \"ratio\" has no label (\"prop_ratio\")");
+    QVERIFY(stepToText(catalogue, typeId).contains("\nproblem: " + problem.toUtf8() + '\n'));
+    const QJsonObject step = QJsonDocument::fromJson(stepToJson(catalogue, typeId)).object();
+    QVERIFY(step["problems"].toArray().contains(problem));
 }
 
 QTEST_GUILESS_MAIN(TestPaletteReport)
