@@ -141,6 +141,8 @@ QList<Operation *> FaultyPlugin::createPrototypes()
 
 QString FaultyPlugin::pluginId() const
 {
+    if (has("changes-its-id"))
+        return QStringLiteral("com.example.Sample%1").arg(++callCount);
     return has("identity.id-form") ? QStringLiteral("sample plug-in") : QStringLiteral("com.example.Sample");
 }
 

@@ -224,7 +224,7 @@ void SampleStep::saveOperation(QDataStream &stream) const
         stream << qint32(m_calls);
     if (has("persistence.repeatable"))
         stream << qint32(++m_calls);
-    if (has("persistence.mutation-memory"))
+    if (has("persistence.mutation-memory") || has("saves-too-much"))
         stream << quint32(0);
 }
 
@@ -315,6 +315,8 @@ Operation *SampleStep::madeClone(SampleStep *copy, QObject *parent) const
     }
     if (has("clone.no-relatives"))
         copy->setParentOperation(parentOperation());
+    if (has("clones-children"))
+        copy->children() = const_cast<SampleStep *>(this)->children();
     return copy;
 }
 
