@@ -42,6 +42,8 @@ public:
                  const CheckRunOptions &options, const std::function<void(const CheckResult &)> &done);
 
 private:
+    void start();
+    void failToStart();
     void timeOut();
     void readErrors();
     void finish(CheckOutcome outcome, const QString &reason);
@@ -53,6 +55,7 @@ private:
     std::function<void(const CheckResult &)> m_done;
     QString m_mark = QUuid::createUuid().toString(QUuid::WithoutBraces);
     qint64 m_processId = 0;
+    int m_starts = 0;
     bool m_isTimedOut = false;
     QByteArray m_errors;
     QElapsedTimer m_elapsed;
@@ -76,15 +79,34 @@ CheckProcess::CheckProcess(const QString &fileName, const QString &id, const QSt
             &CheckProcess::finishEnded);
     connect(&m_process, &QProcess::errorOccurred, this, [this](QProcess::ProcessError error) {
         if (error == QProcess::FailedToStart)
-            finish(
-                CheckOutcome::Crashed,
-                QStringLiteral("the process of the check does not start: %1").arg(m_process.errorString()));
+            failToStart();
     });
     connect(&m_timer, &QTimer::timeout, this, &CheckProcess::timeOut);
     m_timer.setSingleShot(true);
-    m_timer.start(m_timeLimit);
     m_elapsed.start();
-    m_process.start(options.program, QStringList(options.arguments) << fileName << id << resultFile);
+    m_process.setProgram(options.program);
+    m_process.setArguments(QStringList(options.arguments) << fileName << id << resultFile);
+    start();
+}
+
+void CheckProcess::start()
+{
+    ++m_starts;
+    m_timer.start(m_timeLimit);
+    m_process.start();
+}
+
+// That a process does not start is the system's doing, never the plug-in's, and may be over in a moment.
+void CheckProcess::failToStart()
+{
+    constexpr int maxStarts = 3;
+    constexpr int pause = 100;
+    m_timer.stop();
+    if (m_starts < maxStarts)
+        QTimer::singleShot(pause, this, &CheckProcess::start);
+    else
+        finish(CheckOutcome::Crashed,
+               QStringLiteral("the process of the check does not start: %1").arg(m_process.errorString()));
 }
 
 void CheckProcess::timeOut()

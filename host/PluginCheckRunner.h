@@ -33,7 +33,8 @@ struct CheckRunOptions
 };
 
 /// Does \a checks on every plug-in of \a files, each check in a process of its own. What a check's process
-/// has started is ended with it.
+/// has started is ended with it. A process that does not start is tried twice more before its check counts as
+/// crashed.
 ///
 /// Whether a plug-in loads is checked first, also when that is not among \a checks. If it does not, its
 /// result is part of the report and all others are skipped.

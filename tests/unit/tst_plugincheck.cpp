@@ -10,6 +10,9 @@
 #include <QXmlStreamReader>
 #include <QtTest>
 
+#include <functional>
+#include <utility>
+
 #ifdef Q_OS_WIN
 #include <qt_windows.h>
 #else
@@ -159,6 +162,26 @@ qint64 parentOf(qint64 id)
 }
 #endif
 
+// Does something just before the first timer of this thread goes off.
+class OnFirstTimer : public QObject
+{
+public:
+    explicit OnFirstTimer(std::function<void()> action) : m_action(std::move(action))
+    {
+        QCoreApplication::instance()->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() == QEvent::Timer && m_action)
+            std::exchange(m_action, nullptr)();
+        return false;
+    }
+
+private:
+    std::function<void()> m_action;
+};
+
 PluginReport sampleReport()
 {
     return {"/plugins/libA.so",
@@ -193,6 +216,7 @@ private slots:
     void withoutLoadingNothingElseIsChecked_data();
     void withoutLoadingNothingElseIsChecked();
     void aWorkerThatDoesNotStart();
+    void aWorkerThatStartsLater();
     void noFolderForResults();
     void orderAndProgress_data();
     void orderAndProgress();
@@ -431,6 +455,22 @@ void TestPluginCheck::aWorkerThatDoesNotStart()
     QVERIFY(results.first().outcome == CheckOutcome::Crashed);
     QVERIFY2(results.first().reason.startsWith("the process of the check does not start: "),
              qPrintable(results.first().reason));
+}
+
+void TestPluginCheck::aWorkerThatStartsLater()
+{
+    const QTemporaryDir directory;
+    CheckRunOptions options = inWorkers();
+    options.program = directory.filePath(QFileInfo(options.program).fileName());
+    QVERIFY(QFile::copy(QStringLiteral(STEPCTL_FILE), options.program + ".away"));
+    // On Windows the copy looks for its libraries there.
+    qputenv("PATH",
+            QFileInfo(QStringLiteral(STEPCTL_FILE)).path().toLocal8Bit() + QDir::listSeparator().toLatin1()
+                + qgetenv("PATH"));
+    OnFirstTimer restoring([&options] { QFile::rename(options.program + ".away", options.program); });
+    const QVector<CheckResult> results = check(listPlugin, checksOf({"library.loads"}), options);
+    QCOMPARE(findings(results).join("; "), QString());
+    QVERIFY(QFile::exists(options.program));
 }
 
 void TestPluginCheck::noFolderForResults()
