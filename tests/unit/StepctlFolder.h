@@ -1,7 +1,8 @@
 #pragma once
 
+#include "ProgramStart.h"
+
 #include <QFile>
-#include <QProcess>
 #include <QProcessEnvironment>
 #include <QTemporaryDir>
 
@@ -36,7 +37,7 @@ public:
         Process process(prepare);
         process.setProcessEnvironment(environment);
         process.setWorkingDirectory(path());
-        process.start(STEPCTL_FILE, arguments);
+        startProgram(process, STEPCTL_FILE, arguments);
         process.write(input);
         process.closeWriteChannel();
         Run result;

@@ -1,4 +1,5 @@
 #include "IsLike.h"
+#include "ProgramStart.h"
 #include "TextDifference.h"
 #include "host/PluginCheckReport.h"
 
@@ -126,7 +127,7 @@ struct Exit
 Exit stepctl(const QStringList &arguments)
 {
     QProcess process;
-    process.start(QStringLiteral(STEPCTL_FILE), arguments);
+    startProgram(process, QStringLiteral(STEPCTL_FILE), arguments);
     if (!process.waitForFinished(5 * patience) || process.exitStatus() != QProcess::NormalExit)
         return {};
     return {process.exitCode(), process.readAllStandardOutput(), process.readAllStandardError()};
