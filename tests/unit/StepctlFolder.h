@@ -3,6 +3,7 @@
 #include "ProgramStart.h"
 
 #include <QFile>
+#include <QProcess>
 #include <QProcessEnvironment>
 #include <QTemporaryDir>
 

@@ -7,12 +7,12 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
+#include <QScopeGuard>
 #include <QTemporaryDir>
 #include <QXmlStreamReader>
 #include <QtTest>
 
 #include <functional>
-#include <utility>
 
 #ifdef Q_OS_WIN
 #include <qt_windows.h>
@@ -163,23 +163,24 @@ qint64 parentOf(qint64 id)
 }
 #endif
 
-// Does something just before the first timer of this thread goes off.
-class OnFirstTimer : public QObject
+// Does something just before the pause of that number, counted from 1, is over.
+class AtPause : public QObject
 {
 public:
-    explicit OnFirstTimer(std::function<void()> action) : m_action(std::move(action))
+    AtPause(int number, std::function<void()> action) : m_left(number), m_action(std::move(action))
     {
         QCoreApplication::instance()->installEventFilter(this);
     }
 
-    bool eventFilter(QObject *, QEvent *event) override
+    bool eventFilter(QObject *object, QEvent *event) override
     {
-        if (event->type() == QEvent::Timer && m_action)
-            std::exchange(m_action, nullptr)();
+        if (event->type() == QEvent::Timer && object->inherits("QSingleShotTimer") && --m_left == 0)
+            m_action();
         return false;
     }
 
 private:
+    int m_left;
     std::function<void()> m_action;
 };
 
@@ -451,7 +452,10 @@ void TestPluginCheck::aWorkerThatDoesNotStart()
 {
     CheckRunOptions options = inWorkers();
     options.program = "/no/such/program";
+    bool hasGivenUp = true;
+    const AtPause third(3, [&hasGivenUp] { hasGivenUp = false; });
     const QVector<CheckResult> results = check(listPlugin, checksOf({"library.loads"}), options);
+    QVERIFY(hasGivenUp);
     QCOMPARE(results.size(), 1);
     QVERIFY(results.first().outcome == CheckOutcome::Crashed);
     QVERIFY2(results.first().reason.startsWith("the process of the check does not start: "),
@@ -465,10 +469,12 @@ void TestPluginCheck::aWorkerThatStartsLater()
     options.program = directory.filePath(QFileInfo(options.program).fileName());
     QVERIFY(QFile::copy(QStringLiteral(STEPCTL_FILE), options.program + ".away"));
     // On Windows the copy looks for its libraries there.
+    const QByteArray path = qgetenv("PATH");
+    const auto restoringPath = qScopeGuard([&path] { qputenv("PATH", path); });
     qputenv("PATH",
             QFileInfo(QStringLiteral(STEPCTL_FILE)).path().toLocal8Bit() + QDir::listSeparator().toLatin1()
-                + qgetenv("PATH"));
-    OnFirstTimer restoring([&options] { QFile::rename(options.program + ".away", options.program); });
+                + path);
+    const AtPause second(2, [&options] { QFile::rename(options.program + ".away", options.program); });
     const QVector<CheckResult> results = check(listPlugin, checksOf({"library.loads"}), options);
     QCOMPARE(findings(results).join("; "), QString());
     QVERIFY(QFile::exists(options.program));
