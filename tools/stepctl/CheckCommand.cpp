@@ -1,5 +1,6 @@
 #include "CheckCommand.h"
 
+#include "CommandLine.h"
 #include "Console.h"
 #include "IconRenderer.h"
 #include "ProgressLine.h"
@@ -23,9 +24,9 @@ constexpr int exitCrashed = 4;
 
 struct CheckArguments
 {
-    std::vector<std::string> plugins;
-    std::vector<std::string> only;
-    std::string format = "text";
+    QStringList plugins;
+    QStringList only;
+    QString format = QStringLiteral("text");
     int jobs = qMax(1, QThread::idealThreadCount());
     double timeLimit = 30;
     bool list = false;
@@ -62,17 +63,14 @@ bool isNamed(const PluginCheck &check, const QString &name)
     return check.id == name || check.id.section(QLatin1Char('.'), 0, 0) == name;
 }
 
-// The checks that `names` select, in the order of the table; all without names. Returns an empty text, or
+// The checks that the names in `wanted` select, in the order of the table; all without names. Returns an empty text, or
 // which name there is not.
-QString selectChecks(const std::vector<std::string> &names, QVector<PluginCheck> &selected)
+QString selectChecks(const QStringList &wanted, QVector<PluginCheck> &selected)
 {
-    QStringList wanted;
-    for (const std::string &name : names)
-        wanted.append(QString::fromStdString(name));
     QStringList unknown = wanted;
     for (const PluginCheck &check : pluginChecks()) {
         bool isWanted = wanted.isEmpty();
-        for (const QString &name : qAsConst(wanted)) {
+        for (const QString &name : wanted) {
             if (isNamed(check, name)) {
                 isWanted = true;
                 unknown.removeAll(name);
@@ -86,11 +84,11 @@ QString selectChecks(const std::vector<std::string> &names, QVector<PluginCheck>
         : QStringLiteral("--only %1: there is no such check; --list shows them all").arg(unknown.first());
 }
 
-QByteArray reportIn(const std::string &format, const QVector<PluginReport> &reports)
+QByteArray reportIn(const QString &format, const QVector<PluginReport> &reports)
 {
-    if (format == "json")
+    if (format == QLatin1String("json"))
         return jsonReport(reports);
-    if (format == "junit")
+    if (format == QLatin1String("junit"))
         return junitReport(reports);
     return textReport(reports).toUtf8();
 }
@@ -99,7 +97,7 @@ int check(const CheckArguments &arguments)
 {
     if (arguments.list)
         return writeResult(checkList(), QString()) ? ExitSuccess : ExitRefused;
-    if (arguments.plugins.empty())
+    if (arguments.plugins.isEmpty())
         return refuse(QStringLiteral("check: name at least one plug-in"));
     QVector<PluginCheck> checks;
     const QString error = selectChecks(arguments.only, checks);
@@ -118,10 +116,7 @@ int check(const CheckArguments &arguments)
         line = std::make_unique<ProgressLine>("checking:");
         options.progress = [&line](int done, int total) { line->update(done, total); };
     }
-    QStringList files;
-    for (const std::string &plugin : arguments.plugins)
-        files.append(QString::fromStdString(plugin));
-    const QVector<PluginReport> reports = checkPlugins(files, checks, options);
+    const QVector<PluginReport> reports = checkPlugins(arguments.plugins, checks, options);
     line.reset();
     if (!writeResult(reportIn(arguments.format, reports), QString()))
         return ExitRefused;
@@ -129,44 +124,37 @@ int check(const CheckArguments &arguments)
 }
 } // namespace
 
-void addCheckCommand(CLI::App &app, Action &action)
+void addCheckCommand(CommandLine &commandLine)
 {
-    CLI::App *command = app.add_subcommand("check", "Check whether plug-ins keep the step contract");
+    Command command = commandLine.addCommand("check", "Check whether plug-ins keep the step contract");
     const auto arguments = std::make_shared<CheckArguments>();
 
-    command->add_option("plugins", arguments->plugins, "The plug-ins to check")->type_name("PLUGIN");
-    command->add_flag("--list", arguments->list, "List the checks and what each protects, and do none");
-    command
-        ->add_option("--only", arguments->only,
-                     "Do only the check ID, or the checks of the family ID, such as clone. May be given\n"
-                     "more than once.")
-        ->type_name("ID")
-        ->allow_extra_args(false);
-    command
-        ->add_option("--jobs", arguments->jobs,
-                     "How many checks run at the same time; as many as there are processors by default")
-        ->type_name("N")
-        ->check(CLI::Range(1, 256));
-    command
-        ->add_option("--time-limit", arguments->timeLimit,
-                     "End a check that takes longer, and count it as hung; 30 by default")
-        ->type_name("SECONDS")
-        ->check(CLI::Range(0.001, 86400.0));
-    command
-        ->add_option("--format", arguments->format,
-                     "The form of the report: text (the default), json or junit")
-        ->type_name("FORMAT")
-        ->check(CLI::IsMember({"text", "json", "junit"}));
-    command->add_flag("--in-process", arguments->inProcess,
-                      "Do the checks in this process, one by one and without a time limit, for a debugger");
-    command->add_flag("--quiet", arguments->quiet, "Show no progress line on a terminal");
-    command->footer("Each check runs in a process of its own, so that a crash or a hang of the plug-in is a\n"
-                    "result and not the end.\n\n"
-                    "Exit status: 0 all passed, 1 a check failed, 2 bad usage, 3 a plug-in does not load,\n"
-                    "4 a check crashed or hung.\n\n"
-                    "Example:\n"
-                    "  stepctl check libMyPlugin.so --only persistence --jobs 4");
-    command->callback([&action, arguments] { action = [arguments] { return check(*arguments); }; });
+    command.addArguments({"plugins", "PLUGIN", "The plug-ins to check"}, arguments->plugins);
+    command.addFlag("--list", "List the checks and what each protects, and do none", arguments->list);
+    command.addOption({"--only", "ID",
+                       "Do only the check ID, or the checks of the family ID, such as clone. May be given\n"
+                       "more than once."},
+                      arguments->only);
+    command.addNumber(
+        {"--jobs", "N", "How many checks run at the same time; as many as there are processors by default"},
+        1, 256, arguments->jobs);
+    command.addNumber(
+        {"--time-limit", "SECONDS", "End a check that takes longer, and count it as hung; 30 by default"},
+        0.001, 86400.0, arguments->timeLimit);
+    command.addChoice({"--format", "FORMAT", "The form of the report: text (the default), json or junit"},
+                      {"text", "json", "junit"}, arguments->format);
+    command.addFlag("--in-process",
+                    "Do the checks in this process, one by one and without a time limit, for a debugger",
+                    arguments->inProcess);
+    command.addFlag("--quiet", "Show no progress line on a terminal", arguments->quiet);
+    command.setFooter(
+        "Each check runs in a process of its own, so that a crash or a hang of the plug-in is a\n"
+        "result and not the end.\n\n"
+        "Exit status: 0 all passed, 1 a check failed, 2 bad usage, 3 a plug-in does not load,\n"
+        "4 a check crashed or hung.\n\n"
+        "Example:\n"
+        "  stepctl check libMyPlugin.so --only persistence --jobs 4");
+    command.setAction([arguments] { return check(*arguments); });
 }
 
 bool isCheckWorker(int argc, char *const argv[])

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "Command.h"
+class CommandLine;
 
 /// Adds the subcommand `check`, which checks whether plug-ins keep the contract.
-void addCheckCommand(CLI::App &app, Action &action);
+void addCheckCommand(CommandLine &commandLine);
 
 /// Whether this program was started by the subcommand `check`, to do a single check. main() is to return
 /// runCheckWorker() then, before it does anything else.

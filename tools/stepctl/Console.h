@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Command.h"
+#include "ExitStatus.h"
 
 #include <QByteArray>
 #include <QString>

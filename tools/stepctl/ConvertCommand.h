@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Command.h"
+class CommandLine;
 
 /// Adds the subcommand `convert`, which turns a script from one form into another.
-void addConvertCommand(CLI::App &app, Action &action);
+void addConvertCommand(CommandLine &commandLine);

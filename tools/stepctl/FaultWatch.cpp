@@ -1,7 +1,7 @@
 #include "FaultWatch.h"
 
-#include "Command.h"
 #include "Console.h"
+#include "ExitStatus.h"
 
 #include "host/QuotedText.h"
 

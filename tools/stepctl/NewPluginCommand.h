@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Command.h"
+class CommandLine;
 
 /// Adds the subcommand `new-plugin`, which writes the sources of a new step plug-in.
-void addNewPluginCommand(CLI::App &app, Action &action);
+void addNewPluginCommand(CommandLine &commandLine);

@@ -1,5 +1,6 @@
 #include "PaletteCommand.h"
 
+#include "CommandLine.h"
 #include "Console.h"
 #include "PluginOption.h"
 #include "host/PaletteReport.h"
@@ -14,14 +15,14 @@ namespace
 struct PaletteArguments
 {
     PluginOption plugins;
-    std::string format = "text";
+    QString format = QStringLiteral("text");
 };
 
 struct DescribeArguments
 {
     PluginOption plugins;
-    std::string type;
-    std::string format = "text";
+    QString type;
+    QString format = QStringLiteral("text");
 };
 
 int showPalette(const PaletteArguments &arguments)
@@ -29,9 +30,9 @@ int showPalette(const PaletteArguments &arguments)
     StepCatalogue catalogue;
     if (!arguments.plugins.load(catalogue))
         return ExitRefused;
-    const QByteArray report = arguments.format == "json" ? paletteToJson(catalogue)
-        : arguments.format == "markdown"                 ? paletteToMarkdown(catalogue)
-                                                         : paletteToText(catalogue);
+    const QByteArray report = arguments.format == QLatin1String("json") ? paletteToJson(catalogue)
+        : arguments.format == QLatin1String("markdown")                 ? paletteToMarkdown(catalogue)
+                                                                        : paletteToText(catalogue);
     return writeResult(report, QString()) ? ExitSuccess : ExitRefused;
 }
 
@@ -40,39 +41,33 @@ int describe(const DescribeArguments &arguments)
     StepCatalogue catalogue;
     if (!arguments.plugins.load(catalogue))
         return ExitRefused;
-    const QString typeId = QString::fromStdString(arguments.type);
-    if (!catalogue.prototype(typeId))
+    if (!catalogue.prototype(arguments.type))
         return refuse(QStringLiteral("there is no step of type %1; there are %2")
-                          .arg(quoted(typeId), catalogue.typeIds().join(QLatin1String(", "))));
-    const QByteArray report =
-        arguments.format == "json" ? stepToJson(catalogue, typeId) : stepToText(catalogue, typeId);
+                          .arg(quoted(arguments.type), catalogue.typeIds().join(QLatin1String(", "))));
+    const QByteArray report = arguments.format == QLatin1String("json")
+        ? stepToJson(catalogue, arguments.type)
+        : stepToText(catalogue, arguments.type);
     return writeResult(report, QString()) ? ExitSuccess : ExitRefused;
 }
 } // namespace
 
-void addPaletteCommand(CLI::App &app, Action &action)
+void addPaletteCommand(CommandLine &commandLine)
 {
-    CLI::App *command = app.add_subcommand("palette", "Show what the plug-ins offer, in the host's order");
+    Command command = commandLine.addCommand("palette", "Show what the plug-ins offer, in the host's order");
     const auto arguments = std::make_shared<PaletteArguments>();
-    arguments->plugins.addTo(*command);
-    command
-        ->add_option("--format", arguments->format,
-                     "The form of the result: text (the default), json or markdown")
-        ->type_name("FORMAT")
-        ->check(CLI::IsMember({"text", "json", "markdown"}));
-    command->callback([&action, arguments] { action = [arguments] { return showPalette(*arguments); }; });
+    arguments->plugins.addTo(command);
+    command.addChoice({"--format", "FORMAT", "The form of the result: text (the default), json or markdown"},
+                      {"text", "json", "markdown"}, arguments->format);
+    command.setAction([arguments] { return showPalette(*arguments); });
 }
 
-void addDescribeCommand(CLI::App &app, Action &action)
+void addDescribeCommand(CommandLine &commandLine)
 {
-    CLI::App *command = app.add_subcommand("describe", "Show one step in full");
+    Command command = commandLine.addCommand("describe", "Show one step in full");
     const auto arguments = std::make_shared<DescribeArguments>();
-    command->add_option("type", arguments->type, "The step's type id, such as list.sort")
-        ->type_name("TYPE")
-        ->required();
-    arguments->plugins.addTo(*command);
-    command->add_option("--format", arguments->format, "The form of the result: text (the default) or json")
-        ->type_name("FORMAT")
-        ->check(CLI::IsMember({"text", "json"}));
-    command->callback([&action, arguments] { action = [arguments] { return describe(*arguments); }; });
+    command.addArgument({"type", "TYPE", "The step's type id, such as list.sort"}, arguments->type);
+    arguments->plugins.addTo(command);
+    command.addChoice({"--format", "FORMAT", "The form of the result: text (the default) or json"},
+                      {"text", "json"}, arguments->format);
+    command.setAction([arguments] { return describe(*arguments); });
 }

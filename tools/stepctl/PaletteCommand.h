@@ -1,9 +1,9 @@
 #pragma once
 
-#include "Command.h"
+class CommandLine;
 
 /// Adds the subcommand `palette`, which shows what the plug-ins offer.
-void addPaletteCommand(CLI::App &app, Action &action);
+void addPaletteCommand(CommandLine &commandLine);
 
 /// Adds the subcommand `describe`, which shows one step in full.
-void addDescribeCommand(CLI::App &app, Action &action);
+void addDescribeCommand(CommandLine &commandLine);

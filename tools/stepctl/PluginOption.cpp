@@ -1,25 +1,22 @@
 #include "PluginOption.h"
 
+#include "CommandLine.h"
 #include "Console.h"
 #include "host/PluginSearch.h"
 
 #include <QCoreApplication>
 
-void PluginOption::addTo(CLI::App &command)
+void PluginOption::addTo(Command &command)
 {
-    command
-        .add_option("--plugin", m_files,
-                    "A step plug-in to load; may be given more than once. Without it the plug-ins of\n"
-                    "QUILLMAP_PLUGIN_PATH, or of the program's own build or install tree, are loaded.")
-        ->type_name("FILE")
-        ->allow_extra_args(false);
+    command.addOption({"--plugin", "FILE",
+                       "A step plug-in to load; may be given more than once. Without it the plug-ins of\n"
+                       "QUILLMAP_PLUGIN_PATH, or of the program's own build or install tree, are loaded."},
+                      m_files);
 }
 
 bool PluginOption::load(StepHost::StepCatalogue &catalogue) const
 {
-    QStringList files;
-    for (const std::string &file : m_files)
-        files.append(QString::fromStdString(file));
+    QStringList files = m_files;
     if (files.isEmpty()) {
         const StepHost::FoundPlugins found = StepHost::findPlugins(QCoreApplication::applicationDirPath());
         if (found.files.isEmpty()) {

@@ -2,22 +2,21 @@
 
 #include "host/StepCatalogue.h"
 
-#include <CLI/CLI.hpp>
+#include <QStringList>
 
-#include <string>
-#include <vector>
+class Command;
 
 /// The option `--plugin`, which every subcommand that works with plug-ins has.
 class PluginOption
 {
 public:
     /// Adds the option to \a command. This object has to live as long as the command.
-    void addTo(CLI::App &command);
+    void addTo(Command &command);
 
     /// Loads the plug-ins that were named or, when none was, those that the program finds by itself, into
     /// \a catalogue. Returns whether all could be loaded; tells the user on standard error if not.
     bool load(StepHost::StepCatalogue &catalogue) const;
 
 private:
-    std::vector<std::string> m_files;
+    QStringList m_files;
 };

@@ -1,5 +1,6 @@
 #include "RunCommand.h"
 
+#include "CommandLine.h"
 #include "Console.h"
 #include "PluginWork.h"
 #include "ProgressLine.h"
@@ -21,12 +22,12 @@ namespace
 {
 struct RunArguments
 {
-    std::string script;
+    QString script;
     PluginOption plugins;
-    std::vector<std::string> lists;
-    std::vector<std::string> values;
-    std::string format = "text";
-    std::string output;
+    QStringList lists;
+    QStringList values;
+    QString format = QStringLiteral("text");
+    QString output;
     double timeLimit = 0;
     bool showBefore = false;
     bool quiet = false;
@@ -39,9 +40,8 @@ struct Assignment
     QString value;
 };
 
-bool parseAssignment(const std::string &argument, Assignment &assignment)
+bool parseAssignment(const QString &text, Assignment &assignment)
 {
-    const QString text = QString::fromStdString(argument);
     const int separator = text.indexOf(QLatin1Char('='));
     if (separator < 0)
         return false;
@@ -61,10 +61,10 @@ QString assignListFile(Script &script, const Assignment &assignment)
 }
 
 // How a message about the `argument` of `option` begins.
-QString shownArgument(const std::string &option, const std::string &argument)
+QString shownArgument(const QString &option, const QString &argument)
 {
     constexpr int shown = 100;
-    const QString text = QString::fromStdString(option + ' ' + argument);
+    const QString text = option + QLatin1Char(' ') + argument;
     return inOneLine(text.left(shown)) + (text.size() > shown ? QLatin1String("...: ") : QLatin1String(": "));
 }
 
@@ -73,9 +73,9 @@ QString assignVariables(Script &script, const RunArguments &arguments)
 {
     QSet<QString> given;
     bool usesStandardInput = false;
-    const auto assign = [&](const std::string &option, const std::string &argument) {
-        const bool isList = option == "--list";
-        const QString shown = shownArgument(option, argument);
+    const auto assign = [&](bool isList, const QString &argument) {
+        const QString shown =
+            shownArgument(isList ? QStringLiteral("--list") : QStringLiteral("--set"), argument);
         Assignment assignment;
         if (!parseAssignment(argument, assignment))
             return shown
@@ -96,13 +96,13 @@ QString assignVariables(Script &script, const RunArguments &arguments)
                                      : assignText(script, assignment.name, assignment.value);
         return error.isEmpty() ? QString() : shown + error;
     };
-    for (const std::string &argument : arguments.lists) {
-        const QString error = assign("--list", argument);
+    for (const QString &argument : arguments.lists) {
+        const QString error = assign(true, argument);
         if (!error.isEmpty())
             return error;
     }
-    for (const std::string &argument : arguments.values) {
-        const QString error = assign("--set", argument);
+    for (const QString &argument : arguments.values) {
+        const QString error = assign(false, argument);
         if (!error.isEmpty())
             return error;
     }
@@ -131,7 +131,7 @@ RunResult runWatched(const Script &script, VariableScope &scope, FaultWatch &wat
 int run(const RunArguments &arguments, const StepCatalogue &catalogue, FaultWatch &watch, QByteArray &output)
 {
     watch.setWork(QStringLiteral("while the script was read"));
-    ScriptResult read = readScriptFile(QString::fromStdString(arguments.script), catalogue);
+    ScriptResult read = readScriptFile(arguments.script, catalogue);
     if (!read)
         return refuse(read.error);
     Script &script = read.script;
@@ -154,7 +154,8 @@ int run(const RunArguments &arguments, const StepCatalogue &catalogue, FaultWatc
     watch.setWork(QStringLiteral("while the result was made"));
     const std::vector<ScriptVariable> after = variablesOf(scope);
     const RunReport report{script, result, after, arguments.showBefore ? &before : nullptr};
-    const WriteResult written = arguments.format == "json" ? reportToJson(report) : reportToText(report);
+    const WriteResult written =
+        arguments.format == QLatin1String("json") ? reportToJson(report) : reportToText(report);
     if (!written)
         return refuse(QStringLiteral("the result cannot be written: ") + written.error);
     output = written.bytes;
@@ -163,56 +164,45 @@ int run(const RunArguments &arguments, const StepCatalogue &catalogue, FaultWatc
 }
 } // namespace
 
-void addRunCommand(CLI::App &app, Action &action)
+void addRunCommand(CommandLine &commandLine)
 {
-    CLI::App *command =
-        app.add_subcommand("run", "Run a script and print its variables and what each step did");
+    Command command =
+        commandLine.addCommand("run", "Run a script and print its variables and what each step did");
     const auto arguments = std::make_shared<RunArguments>();
 
-    command->add_option("script", arguments->script, "The script, in JSON or in the binary form")
-        ->type_name("SCRIPT")
-        ->required();
-    arguments->plugins.addTo(*command);
-    command
-        ->add_option("--list", arguments->lists,
-                     "Give the list NAME the lines of the UTF-8 text file FILE, one item a line; @- reads\n"
-                     "standard input. The list need not be declared. May be given more than once.")
-        ->type_name("NAME=@FILE")
-        ->allow_extra_args(false);
-    command
-        ->add_option("--set", arguments->values,
-                     "Give the variable NAME a value: text for a declared string, JSON of its type for any\n"
-                     "other declared variable. A variable that is not declared is added: with the type of\n"
-                     "VALUE when that is JSON, else as a string. May be given more than once.")
-        ->type_name("NAME=VALUE")
-        ->allow_extra_args(false);
-    command->add_option("--format", arguments->format, "The form of the result: text (the default) or json")
-        ->type_name("FORMAT")
-        ->check(CLI::IsMember({"text", "json"}));
-    command->add_option("--output", arguments->output, "Write the result to FILE instead of standard output")
-        ->type_name("FILE");
-    command
-        ->add_option("--time-limit", arguments->timeLimit,
-                     "End a run that takes longer, as when a step hangs, with status 2; no limit by default")
-        ->type_name("SECONDS")
-        ->check(CLI::Range(0.001, 86400.0));
-    command->add_flag("--before", arguments->showBefore,
-                      "Show the variables as they were before the run too");
-    command->add_flag("--quiet", arguments->quiet, "Show no progress line on a terminal");
-    command->footer(
+    command.addArgument({"script", "SCRIPT", "The script, in JSON or in the binary form"}, arguments->script);
+    arguments->plugins.addTo(command);
+    command.addOption({"--list", "NAME=@FILE",
+                       "Give the list NAME the lines of the UTF-8 text file FILE, one item a line; @- reads\n"
+                       "standard input. The list need not be declared. May be given more than once."},
+                      arguments->lists);
+    command.addOption(
+        {"--set", "NAME=VALUE",
+         "Give the variable NAME a value: text for a declared string, JSON of its type for any\n"
+         "other declared variable. A variable that is not declared is added: with the type of\n"
+         "VALUE when that is JSON, else as a string. May be given more than once."},
+        arguments->values);
+    command.addChoice({"--format", "FORMAT", "The form of the result: text (the default) or json"},
+                      {"text", "json"}, arguments->format);
+    command.addOption({"--output", "FILE", "Write the result to FILE instead of standard output"},
+                      arguments->output);
+    command.addNumber(
+        {"--time-limit", "SECONDS",
+         "End a run that takes longer, as when a step hangs, with status 2; no limit by default"},
+        0.001, 86400.0, arguments->timeLimit);
+    command.addFlag("--before", "Show the variables as they were before the run too", arguments->showBefore);
+    command.addFlag("--quiet", "Show no progress line on a terminal", arguments->quiet);
+    command.setFooter(
         "Exit status: 0 every step wrote, 1 a step was skipped,\n"
         "2 bad usage, bad script, a refused plug-in, a failed step or the end of the time limit.\n"
         "When a plug-in crashes, the status is what the system gives a crash, and a line on standard\n"
         "error names the step. The result is written last, or not at all.\n\n"
         "Example:\n"
         "  stepctl run clean.json --list names=@names.txt --set limit=10 --format json");
-    command->callback([&action, arguments] {
-        action = [arguments] {
-            const auto make = [&](const StepCatalogue &catalogue, FaultWatch &watch, QByteArray &output) {
-                return run(*arguments, catalogue, watch, output);
-            };
-            return doPluginWork(
-                {arguments->plugins, make, QString::fromStdString(arguments->output), arguments->timeLimit});
+    command.setAction([arguments] {
+        const auto make = [&](const StepCatalogue &catalogue, FaultWatch &watch, QByteArray &output) {
+            return run(*arguments, catalogue, watch, output);
         };
+        return doPluginWork({arguments->plugins, make, arguments->output, arguments->timeLimit});
     });
 }

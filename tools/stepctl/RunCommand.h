@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Command.h"
+class CommandLine;
 
 /// Adds the subcommand `run`, which runs a script.
-void addRunCommand(CLI::App &app, Action &action);
+void addRunCommand(CommandLine &commandLine);

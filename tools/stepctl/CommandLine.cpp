@@ -1,0 +1,141 @@
+#include "CommandLine.h"
+
+#include "ExitStatus.h"
+
+#include <CLI/CLI.hpp>
+
+#include <QCoreApplication>
+
+#include <algorithm>
+#include <iostream>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace
+{
+// The way CLI11 takes them: as UTF-8, the last one first, without the program's name.
+std::vector<std::string> reversedArguments()
+{
+    std::vector<std::string> arguments;
+    const QStringList given = QCoreApplication::arguments().mid(1);
+    std::transform(given.rbegin(), given.rend(), std::back_inserter(arguments),
+                   [](const QString &argument) { return argument.toStdString(); });
+    return arguments;
+}
+
+CLI::Option *addText(CLI::App &app, const Parameter &parameter, QString &value)
+{
+    const auto read = [&value](const std::string &text) { value = QString::fromStdString(text); };
+    return app.add_option_function<std::string>(parameter.name, read, parameter.help)
+        ->type_name(parameter.type);
+}
+
+CLI::Option *addTexts(CLI::App &app, const Parameter &parameter, QStringList &values)
+{
+    const auto read = [&values](const std::vector<std::string> &texts) {
+        for (const std::string &text : texts)
+            values.append(QString::fromStdString(text));
+    };
+    return app.add_option_function<std::vector<std::string>>(parameter.name, read, parameter.help)
+        ->type_name(parameter.type);
+}
+
+template<typename Number>
+void addNumberTo(CLI::App &app, const Parameter &parameter, Number least, Number greatest, Number &value)
+{
+    app.add_option(parameter.name, value, parameter.help)
+        ->type_name(parameter.type)
+        ->check(CLI::Range(least, greatest));
+}
+} // namespace
+
+Command::Command(CLI::App &app, std::function<int()> &chosen) : m_app(app), m_chosen(chosen) { }
+
+void Command::addArgument(const Parameter &parameter, QString &value)
+{
+    addText(m_app, parameter, value)->required();
+}
+
+void Command::addArguments(const Parameter &parameter, QStringList &values)
+{
+    addTexts(m_app, parameter, values);
+}
+
+void Command::addOption(const Parameter &parameter, QString &value)
+{
+    addText(m_app, parameter, value);
+}
+
+void Command::addOption(const Parameter &parameter, QStringList &values)
+{
+    addTexts(m_app, parameter, values)->allow_extra_args(false);
+}
+
+void Command::addChoice(const Parameter &parameter, const QStringList &choices, QString &value)
+{
+    std::vector<std::string> names;
+    for (const QString &choice : choices)
+        names.push_back(choice.toStdString());
+    addText(m_app, parameter, value)->check(CLI::IsMember(names));
+}
+
+void Command::addNumber(const Parameter &parameter, int least, int greatest, int &value)
+{
+    addNumberTo(m_app, parameter, least, greatest, value);
+}
+
+void Command::addNumber(const Parameter &parameter, double least, double greatest, double &value)
+{
+    addNumberTo(m_app, parameter, least, greatest, value);
+}
+
+void Command::addFlag(const char *name, const char *help, bool &value)
+{
+    m_app.add_flag(name, value, help);
+}
+
+void Command::setFooter(const char *text)
+{
+    m_app.footer(text);
+}
+
+void Command::setAction(std::function<int()> action)
+{
+    m_app.callback([&chosen = m_chosen, action = std::move(action)] { chosen = action; });
+}
+
+CommandLine::CommandLine(const char *program, const char *description, const char *version)
+    : m_app(std::make_unique<CLI::App>(description, program))
+{
+    m_app->set_version_flag("--version", version);
+    m_app->require_subcommand(0, 1);
+    m_app->allow_windows_style_options(false); // A slash begins a path on every system.
+}
+
+CommandLine::~CommandLine() = default;
+
+void CommandLine::setFooter(const char *text)
+{
+    m_app->footer(text);
+}
+
+Command CommandLine::addCommand(const char *name, const char *description)
+{
+    return Command(*m_app->add_subcommand(name, description), m_chosen);
+}
+
+int CommandLine::run()
+{
+    try {
+        m_app->parse(reversedArguments());
+    } catch (const CLI::ParseError &error) {
+        const bool isAnswer = m_app->exit(error, std::cout, std::cerr) == 0;
+        return isAnswer ? ExitSuccess : ExitRefused;
+    }
+    if (!m_chosen) {
+        std::cerr << m_app->get_name() << ": a subcommand is required\n\n" << m_app->help();
+        return ExitRefused;
+    }
+    return m_chosen();
+}
