@@ -3,6 +3,7 @@
 #include "host/PluginLoader.h"
 #include "host/ScriptRunner.h"
 #include "operations/ListGetOperation.h"
+#include "tests/support/TestPaths.h"
 
 #include <benchmark/benchmark.h>
 
@@ -13,7 +14,7 @@ namespace
 void measureLoading(benchmark::State &state)
 {
     for (auto _ : state) {
-        const auto loaded = StepHost::loadPlugin(LISTOPERPLUGIN_FILE);
+        const auto loaded = StepHost::loadPlugin(TestPaths::listPlugin());
         if (!loaded.plugin) {
             state.SkipWithError(qPrintable(loaded.reason));
             return;

@@ -5,6 +5,7 @@
 #include "host/BinaryScript.h"
 #include "host/RunReport.h"
 #include "host/ScriptRunner.h"
+#include "tests/support/TestPaths.h"
 
 #include <algorithm>
 
@@ -51,7 +52,7 @@ const StepHost::StepCatalogue &listSteps()
 {
     static StepHost::StepCatalogue catalogue;
     if (catalogue.typeIds().isEmpty()) {
-        const auto added = catalogue.addPlugin(QStringLiteral(LISTOPERPLUGIN_FILE));
+        const auto added = catalogue.addPlugin(TestPaths::listPlugin());
         require(static_cast<bool>(added), qPrintable(added.reason));
     }
     return catalogue;

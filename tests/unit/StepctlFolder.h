@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ProgramStart.h"
+#include "tests/support/TestPaths.h"
 
 #include <QFile>
 #include <QProcess>
@@ -18,7 +19,7 @@ struct Run
     QString errors;
 };
 
-/// A folder in which stepctl, which the definition STEPCTL_FILE names, runs.
+/// A folder in which stepctl runs.
 class StepctlFolder
 {
 public:
@@ -38,7 +39,7 @@ public:
         Process process(prepare);
         process.setProcessEnvironment(environment);
         process.setWorkingDirectory(path());
-        startProgram(process, STEPCTL_FILE, arguments);
+        startProgram(process, TestPaths::stepctl(), arguments);
         process.write(input);
         process.closeWriteChannel();
         Run result;

@@ -13,6 +13,7 @@
 #include "operations/ListSortOperation.h"
 #include "operations/ListSubtractOperation.h"
 #include "plugin/ListOperPlugin.h"
+#include "tests/support/TestPaths.h"
 
 #include <QFile>
 #include <QProcess>
@@ -203,7 +204,7 @@ void addSteps(LayoutText &text)
 
 void compareWithReference(const QStringList &lines, const QString &name)
 {
-    QFile file(QStringLiteral(QUILLMAP_SOURCE_DIR "/tests/abi/") + name);
+    QFile file(TestPaths::source(QStringLiteral("tests/abi/") + name));
     if (qEnvironmentVariableIsSet("QUILLMAP_RENEW_ABI")) {
         QVERIFY2(file.open(QIODevice::WriteOnly), qPrintable(file.errorString()));
         file.write(lines.join('\n').toUtf8() + '\n');
@@ -238,8 +239,8 @@ void TestAbi::exportedNames_data()
 {
     QTest::addColumn<QString>("library");
     QTest::addColumn<QString>("reference");
-    QTest::newRow("OperationCore") << OPERATIONCORE_FILE << "OperationCore.names";
-    QTest::newRow("ListOperPlugin") << LISTOPERPLUGIN_FILE << "ListOperPlugin.names";
+    QTest::newRow("OperationCore") << TestPaths::operationCore() << "OperationCore.names";
+    QTest::newRow("ListOperPlugin") << TestPaths::listPlugin() << "ListOperPlugin.names";
 }
 
 void TestAbi::exportedNames()

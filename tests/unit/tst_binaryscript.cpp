@@ -1,6 +1,7 @@
 #include "host/BinaryScript.h"
 #include "host/ProcessProbe.h"
 #include "host/ScriptFile.h"
+#include "tests/support/TestPaths.h"
 
 #include <QCryptographicHash>
 #include <QDirIterator>
@@ -118,7 +119,7 @@ private:
 
 void TestBinaryScript::initTestCase()
 {
-    for (const char *file : {LISTOPERPLUGIN_FILE, FIXTURE_DIR "/HostileSteps" FIXTURE_SUFFIX}) {
+    for (const QString &file : {TestPaths::listPlugin(), TestPaths::fixture("HostileSteps")}) {
         const StepCatalogue::AddResult added = m_catalogue.addPlugin(file);
         QVERIFY2(added, qPrintable(added.reason));
     }
@@ -181,8 +182,7 @@ void TestBinaryScript::roundTrips_data()
     QTest::newRow("empty") << QByteArray("{}");
     QTest::newRow("rich") << QByteArray(richScript);
     for (const char *folder : {"examples", "tests/scripts"}) {
-        QDirIterator it(QLatin1String(QUILLMAP_SOURCE_DIR "/") + folder, {"*.json"}, QDir::Files,
-                        QDirIterator::Subdirectories);
+        QDirIterator it(TestPaths::source(folder), {"*.json"}, QDir::Files, QDirIterator::Subdirectories);
         while (it.hasNext()) {
             const QString file = it.next();
             // The example of a plug-in has steps of its own.

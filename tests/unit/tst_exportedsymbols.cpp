@@ -1,4 +1,5 @@
 #include "host/ExportedSymbols.h"
+#include "tests/support/TestPaths.h"
 
 #include <QTemporaryFile>
 #include <QtTest>
@@ -43,7 +44,7 @@ void TestExportedSymbols::initTestCase()
 
 void TestExportedSymbols::entryPoints()
 {
-    const ExportedSymbols symbols = readExportedSymbols(QStringLiteral(LISTOPERPLUGIN_FILE));
+    const ExportedSymbols symbols = readExportedSymbols(TestPaths::listPlugin());
     QVERIFY(symbols.isKnown);
     QCOMPARE(symbols.names.count("qt_plugin_instance"), 1);
     QCOMPARE(symbols.names.count("qt_plugin_query_metadata"), 1);
@@ -70,7 +71,7 @@ void TestExportedSymbols::otherFiles()
 
 void TestExportedSymbols::damagedFiles()
 {
-    const QByteArray sound = bytesOf(QStringLiteral(OPERATIONCORE_FILE));
+    const QByteArray sound = bytesOf(TestPaths::operationCore());
     const int count = symbolsOf(sound).names.size();
     QVERIFY(count > 2);
     for (const int divisor : {2, 3, 5, 100})

@@ -1,4 +1,5 @@
 #include "StepctlFolder.h"
+#include "tests/support/TestPaths.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -17,8 +18,8 @@
 
 namespace
 {
-const QString fatalSteps = QStringLiteral(FIXTURE_DIR "/FatalSteps" FIXTURE_SUFFIX);
-const QString hostileSteps = QStringLiteral(FIXTURE_DIR "/HostileSteps" FIXTURE_SUFFIX);
+const QString fatalSteps = TestPaths::fixture("FatalSteps");
+const QString hostileSteps = TestPaths::fixture("HostileSteps");
 const char oldContent[] = "as it was";
 
 #ifdef Q_OS_UNIX
@@ -250,7 +251,8 @@ void TestFaults::aFullDiskLeavesTheFile()
     for (const QStringList &options : {QStringList{"-m"}, QStringList{"-m", "--map-root-user"}}) {
         QProcess process;
         process.setWorkingDirectory(m_folder->path());
-        process.start("unshare", options + QStringList{"sh", "-c", commands, STEPCTL_FILE} + arguments);
+        process.start("unshare",
+                      options + QStringList{"sh", "-c", commands, TestPaths::stepctl()} + arguments);
         isMounted = process.waitForFinished(120000) && process.exitCode() == 0;
         output = QString::fromUtf8(process.readAllStandardOutput());
         errors = QString::fromUtf8(process.readAllStandardError());
@@ -285,7 +287,7 @@ void TestFaults::aKillAtAnyMomentLeavesAWholeFile()
         m_folder->write("out.json", oldContent);
         QProcess process;
         process.setWorkingDirectory(m_folder->path());
-        process.start(STEPCTL_FILE, arguments);
+        process.start(TestPaths::stepctl(), arguments);
         process.waitForFinished(int(random() % uint(wholeTime)));
         process.kill();
         QVERIFY(process.state() == QProcess::NotRunning || process.waitForFinished());
@@ -312,7 +314,7 @@ void TestFaults::tellsWhenStandardOutputIsFull()
         QProcess process;
         process.setWorkingDirectory(m_folder->path());
         process.setStandardOutputFile(full);
-        process.start(STEPCTL_FILE, arguments);
+        process.start(TestPaths::stepctl(), arguments);
         QVERIFY(process.waitForFinished(120000));
         QCOMPARE(process.exitCode(), 2);
         QCOMPARE(process.readAllStandardError(),

@@ -3,6 +3,7 @@
 #include "host/ScriptFile.h"
 #include "host/ScriptRunner.h"
 #include "host/StepCatalogue.h"
+#include "tests/support/TestPaths.h"
 
 #include <QtTest>
 
@@ -12,7 +13,7 @@ using namespace StepHost;
 
 namespace
 {
-const char scriptFolder[] = QUILLMAP_SOURCE_DIR "/tests/scripts";
+const QString scriptFolder = TestPaths::source("tests/scripts");
 
 QStringList scriptNames()
 {
@@ -50,7 +51,7 @@ private:
 
 void TestGoldenScripts::initTestCase()
 {
-    const StepCatalogue::AddResult added = m_catalogue.addPlugin(LISTOPERPLUGIN_FILE);
+    const StepCatalogue::AddResult added = m_catalogue.addPlugin(TestPaths::listPlugin());
     QVERIFY2(added, qPrintable(added.reason));
 }
 

@@ -1,5 +1,6 @@
 #include "hostapi/IOperationPlugin.h"
 #include "hostapi/Operation.h"
+#include "tests/support/TestPaths.h"
 
 #include <QDirIterator>
 #include <QPluginLoader>
@@ -10,7 +11,7 @@
 namespace
 {
 const QString resourceFolder = QStringLiteral(":/images");
-const QString sourceFolder = QStringLiteral(QUILLMAP_SOURCE_DIR "/resources/images");
+const QString sourceFolder = TestPaths::source("resources/images");
 
 const QStringList iconPaths{":/images/list_add.svg",       ":/images/list_clear.svg",
                             ":/images/list_dedup.svg",     ":/images/list_get.svg",
@@ -192,7 +193,7 @@ static void iconRows()
 void TestIcons::initTestCase()
 {
     m_rootBefore = QDir(":/").entryList();
-    m_loader.setFileName(LISTOPERPLUGIN_FILE);
+    m_loader.setFileName(TestPaths::listPlugin());
     m_loader.setLoadHints({}); // by default a plug-in stays in memory when it is unloaded
 }
 

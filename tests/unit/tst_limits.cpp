@@ -3,6 +3,7 @@
 #include "host/StepCatalogue.h"
 #include "hostapi/Operation.h"
 #include "hostapi/VariableScope.h"
+#include "tests/support/TestPaths.h"
 
 #include <QCryptographicHash>
 #include <QtEndian>
@@ -149,7 +150,7 @@ const char noLimits[] = "the memory of a process is not limited here";
 
 void TestLimits::initTestCase()
 {
-    QVERIFY(m_catalogue.addPlugin(LISTOPERPLUGIN_FILE));
+    QVERIFY(m_catalogue.addPlugin(TestPaths::listPlugin()));
 }
 
 void TestLimits::init()

@@ -1,4 +1,5 @@
 #include "host/PaletteReport.h"
+#include "tests/support/TestPaths.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -25,7 +26,7 @@ private:
 
 void TestPaletteReport::initTestCase()
 {
-    const StepCatalogue::AddResult added = m_catalogue.addPlugin(QStringLiteral(LISTOPERPLUGIN_FILE));
+    const StepCatalogue::AddResult added = m_catalogue.addPlugin(TestPaths::listPlugin());
     QVERIFY2(bool(added), qPrintable(added.reason));
 }
 
@@ -43,7 +44,7 @@ void TestPaletteReport::matchesGolden()
 {
     QFETCH(QByteArray, report);
     report.replace(m_catalogue.plugins().front()->fileName().toUtf8(), "PLUGIN_FILE");
-    QFile golden(QStringLiteral(QUILLMAP_SOURCE_DIR "/tests/golden/") + QTest::currentDataTag());
+    QFile golden(TestPaths::source(QStringLiteral("tests/golden/") + QTest::currentDataTag()));
     if (qEnvironmentVariableIsSet("RENEW_GOLDEN")) {
         QVERIFY(golden.open(QIODevice::WriteOnly));
         QCOMPARE(golden.write(report), qint64(report.size()));
@@ -70,7 +71,7 @@ void TestPaletteReport::columnsOfATableAreKept()
 void TestPaletteReport::problemsAreTold()
 {
     StepCatalogue catalogue;
-    QVERIFY(bool(catalogue.addPlugin(QStringLiteral(FIXTURE_DIR "/HostileSteps" FIXTURE_SUFFIX))));
+    QVERIFY(bool(catalogue.addPlugin(TestPaths::fixture("HostileSteps"))));
     const QString typeId = QStringLiteral("fixture.settings");
     const QString problem = QStringLiteral("the setting \"ratio\" has no label (\"prop_ratio\")");
     QVERIFY(stepToText(catalogue, typeId).contains("\nproblem: " + problem.toUtf8() + '\n'));

@@ -2,6 +2,7 @@
 #include "hostapi/IOperationPlugin.h"
 #include "hostapi/Operation.h"
 #include "hostapi/VariableScope.h"
+#include "tests/support/TestPaths.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -21,7 +22,7 @@ namespace
 class Loader : public QPluginLoader
 {
 public:
-    Loader() : QPluginLoader(LISTOPERPLUGIN_FILE)
+    Loader() : QPluginLoader(TestPaths::listPlugin())
     {
         setLoadHints({});
     }
@@ -93,7 +94,7 @@ private slots:
 
 void TestPlugin::loaderMetaData()
 {
-    const QJsonObject metaData = QPluginLoader(LISTOPERPLUGIN_FILE).metaData();
+    const QJsonObject metaData = QPluginLoader(TestPaths::listPlugin()).metaData();
     QCOMPARE(metaData.value("IID").toString(), QString("com.tallowby.Quillmap.IOperationPlugin/1.0"));
     QCOMPARE(metaData.value("className").toString(), QString("ListOperPlugin"));
     QVERIFY(metaData.value("MetaData").toObject().isEmpty());
@@ -108,7 +109,7 @@ void TestPlugin::metaDataBlock()
     expected += QByteArray::fromHex("03 6e") + "ListOperPlugin" + QByteArray::fromHex("ff");
     QCOMPARE(expected.size(), 79);
 
-    QLibrary library(LISTOPERPLUGIN_FILE);
+    QLibrary library(TestPaths::listPlugin());
     const auto query =
         reinterpret_cast<QtPluginMetaDataFunction>(library.resolve("qt_plugin_query_metadata"));
     QVERIFY2(query, qPrintable(library.errorString()));
@@ -116,7 +117,7 @@ void TestPlugin::metaDataBlock()
     QVERIFY(library.unload());
     QCOMPARE(block.toHex(' '), expected.toHex(' '));
 
-    QFile file(LISTOPERPLUGIN_FILE);
+    QFile file(TestPaths::listPlugin());
     QVERIFY(file.open(QIODevice::ReadOnly));
     QCOMPARE(file.readAll().count(expected), 1);
 }
@@ -242,7 +243,7 @@ void TestPlugin::metaCast()
 
 void TestPlugin::instanceIsOneUntilDeleted()
 {
-    QLibrary library(LISTOPERPLUGIN_FILE);
+    QLibrary library(TestPaths::listPlugin());
     const auto instance = reinterpret_cast<QtPluginInstanceFunction>(library.resolve("qt_plugin_instance"));
     QVERIFY2(instance, qPrintable(library.errorString()));
     QPointer<QObject> first = instance();
@@ -306,13 +307,13 @@ void TestPlugin::nothingStaysAfterUnloading()
                       << prototype->property("index").toString();
             }
 #ifdef Q_OS_LINUX
-            QVERIFY(isMapped(LISTOPERPLUGIN_FILE));
+            QVERIFY(isMapped(TestPaths::listPlugin()));
 #endif
             QVERIFY2(loader.unload(), qPrintable(loader.errorString()));
             QVERIFY(!loader.isLoaded());
         }
 #ifdef Q_OS_LINUX
-        QVERIFY(!isMapped(LISTOPERPLUGIN_FILE));
+        QVERIFY(!isMapped(TestPaths::listPlugin()));
 #endif
         QVERIFY(!QFile::exists(":/images/list_add.svg"));
         QCOMPARE(texts.size(), 4 + 10 * 7);

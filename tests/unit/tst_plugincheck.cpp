@@ -2,6 +2,7 @@
 #include "ProgramStart.h"
 #include "TextDifference.h"
 #include "host/PluginCheckReport.h"
+#include "tests/support/TestPaths.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -28,7 +29,7 @@ Q_DECLARE_METATYPE(QVector<CheckOutcome>)
 
 namespace
 {
-const QString listPlugin = QStringLiteral(LISTOPERPLUGIN_FILE);
+const QString listPlugin = TestPaths::listPlugin();
 
 // Long enough for any check on a busy machine, with sanitizers.
 constexpr int patience = 120000;
@@ -36,16 +37,10 @@ constexpr int patience = 120000;
 // Short, for checks that are known to hang.
 constexpr int impatience = 1000;
 
-QString faultyPlugin(const QString &fault)
-{
-    const QStringList files = QDir(QStringLiteral(FAULTY_PLUGIN_DIR)).entryList({fault + ".*"}, QDir::Files);
-    return files.isEmpty() ? QString() : QStringLiteral(FAULTY_PLUGIN_DIR "/") + files.first();
-}
-
 CheckRunOptions inWorkers(int jobs = 2, int timeLimit = patience)
 {
     CheckRunOptions options;
-    options.program = QStringLiteral(STEPCTL_FILE);
+    options.program = TestPaths::stepctl();
     options.arguments = QStringList{"check-worker"};
     options.jobs = jobs;
     options.timeLimit = timeLimit;
@@ -97,7 +92,7 @@ QStringList findings(const QVector<CheckResult> &results)
 
 QByteArray golden(const QString &name)
 {
-    QFile file(QStringLiteral(QUILLMAP_SOURCE_DIR "/tests/golden/") + name);
+    QFile file(TestPaths::source(QStringLiteral("tests/golden/") + name));
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
@@ -127,7 +122,7 @@ struct Exit
 Exit stepctl(const QStringList &arguments)
 {
     QProcess process;
-    startProgram(process, QStringLiteral(STEPCTL_FILE), arguments);
+    startProgram(process, TestPaths::stepctl(), arguments);
     if (!process.waitForFinished(5 * patience) || process.exitStatus() != QProcess::NormalExit)
         return {};
     return {process.exitCode(), process.readAllStandardOutput(), process.readAllStandardError()};
@@ -267,7 +262,7 @@ void TestPluginCheck::everyCheckHasAPluginThatFailsIt()
 {
     QFETCH(CheckOutcome, outcome);
     const QString id = QTest::currentDataTag();
-    const QString file = faultyPlugin(id);
+    const QString file = TestPaths::faultyPlugin(id);
     QVERIFY2(!file.isEmpty(), "there is no broken plug-in that fails this check");
     const int timeLimit = outcome == CheckOutcome::TimedOut ? impatience : patience;
     const QVector<CheckResult> results = check(file, checksOf({id}), inWorkers(1, timeLimit));
@@ -285,7 +280,7 @@ void TestPluginCheck::soundPluginsPass_data()
 {
     QTest::addColumn<QString>("file");
     QTest::newRow("list steps") << listPlugin;
-    QTest::newRow("the broken plug-ins without a fault") << faultyPlugin("none");
+    QTest::newRow("the broken plug-ins without a fault") << TestPaths::faultyPlugin("none");
 }
 
 void TestPluginCheck::soundPluginsPass()
@@ -315,7 +310,7 @@ void TestPluginCheck::theRestIsUnharmed()
             && !check.id.startsWith("persistence.mutation"))
             checks.append(check);
     }
-    const QVector<CheckResult> results = check(faultyPlugin(QTest::currentDataTag()), checks);
+    const QVector<CheckResult> results = check(TestPaths::faultyPlugin(QTest::currentDataTag()), checks);
     QCOMPARE(results.size(), checks.size());
     for (const CheckResult &result : results)
         QVERIFY2(harmed.contains(result.id) ? result.outcome == outcome : isAsWished(result),
@@ -335,7 +330,7 @@ void TestPluginCheck::otherFaultsAreFound()
 {
     QFETCH(QString, id);
     const QString fault = QTest::currentDataTag();
-    const QVector<CheckResult> results = check(faultyPlugin(fault), checksOf({id}));
+    const QVector<CheckResult> results = check(TestPaths::faultyPlugin(fault), checksOf({id}));
     QCOMPARE(results.first().reason, expectedReason(fault));
 }
 
@@ -343,7 +338,7 @@ void TestPluginCheck::aLibraryThatStaysInMemory()
 {
 #if defined(Q_OS_LINUX) || defined(Q_OS_WIN)
     const QVector<CheckResult> results =
-        check(faultyPlugin("stays-in-memory"),
+        check(TestPaths::faultyPlugin("stays-in-memory"),
               checksOf({"library.unloads", "library.reload-memory", "library.reload-resources"}));
     QCOMPARE(
         findings(results),
@@ -361,8 +356,8 @@ void TestPluginCheck::whatACheckStartedEndsWithIt()
     const QTemporaryDir directory;
     const QString idsFile = directory.filePath("ids");
     qputenv("STARTED_PROCESSES_FILE", idsFile.toUtf8());
-    const QVector<CheckResult> results =
-        check(faultyPlugin("starts-processes"), checksOf({"running.hostile-settings"}), inWorkers(1, 5000));
+    const QVector<CheckResult> results = check(TestPaths::faultyPlugin("starts-processes"),
+                                               checksOf({"running.hostile-settings"}), inWorkers(1, 5000));
     QVERIFY2(results.first().outcome == CheckOutcome::TimedOut, qPrintable(results.first().reason));
     QFile file(idsFile);
     QVERIFY(file.open(QIODevice::ReadOnly));
@@ -384,8 +379,8 @@ void TestPluginCheck::aCheckEndsWithItsHost()
     const QString idsFile = directory.filePath("ids");
     qputenv("STARTED_PROCESSES_FILE", idsFile.toUtf8());
     QProcess host;
-    host.start(STEPCTL_FILE,
-               {"check", faultyPlugin("starts-processes"), "--only", "running.hostile-settings"});
+    host.start(TestPaths::stepctl(),
+               {"check", TestPaths::faultyPlugin("starts-processes"), "--only", "running.hostile-settings"});
     QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(idsFile), patience);
     QFile file(idsFile);
     QVERIFY(file.open(QIODevice::ReadOnly));
@@ -422,13 +417,13 @@ void TestPluginCheck::withoutLoadingNothingElseIsChecked_data()
     QTest::newRow("missing file") << "/no/such/plugin.so" << CheckOutcome::Failed
                                   << CheckVerdict::NotLoadable;
     QTest::newRow("directory") << QDir::tempPath() << CheckOutcome::Failed << CheckVerdict::NotLoadable;
-    QTest::newRow("no library") << QStringLiteral(QUILLMAP_SOURCE_DIR "/CMakeLists.txt")
-                                << CheckOutcome::Failed << CheckVerdict::NotLoadable;
+    QTest::newRow("no library") << TestPaths::source("CMakeLists.txt") << CheckOutcome::Failed
+                                << CheckVerdict::NotLoadable;
     QTest::newRow("library without metadata")
-        << QStringLiteral(LIBRARY_WITHOUT_METADATA) << CheckOutcome::Failed << CheckVerdict::NotLoadable;
-    QTest::newRow("other contract") << faultyPlugin("library.loads") << CheckOutcome::Failed
+        << TestPaths::faultyLibrary() << CheckOutcome::Failed << CheckVerdict::NotLoadable;
+    QTest::newRow("other contract") << TestPaths::faultyPlugin("library.loads") << CheckOutcome::Failed
                                     << CheckVerdict::NotLoadable;
-    QTest::newRow("crash") << faultyPlugin("crashes-on-load") << CheckOutcome::Crashed
+    QTest::newRow("crash") << TestPaths::faultyPlugin("crashes-on-load") << CheckOutcome::Crashed
                            << CheckVerdict::Crashed;
 }
 
@@ -467,13 +462,12 @@ void TestPluginCheck::aWorkerThatStartsLater()
     const QTemporaryDir directory;
     CheckRunOptions options = inWorkers();
     options.program = directory.filePath(QFileInfo(options.program).fileName());
-    QVERIFY(QFile::copy(QStringLiteral(STEPCTL_FILE), options.program + ".away"));
+    QVERIFY(QFile::copy(TestPaths::stepctl(), options.program + ".away"));
     // On Windows the copy looks for its libraries there.
     const QByteArray path = qgetenv("PATH");
     const auto restoringPath = qScopeGuard([&path] { qputenv("PATH", path); });
     qputenv("PATH",
-            QFileInfo(QStringLiteral(STEPCTL_FILE)).path().toLocal8Bit() + QDir::listSeparator().toLatin1()
-                + path);
+            QFileInfo(TestPaths::stepctl()).path().toLocal8Bit() + QDir::listSeparator().toLatin1() + path);
     const AtPause second(2, [&options] { QFile::rename(options.program + ".away", options.program); });
     const QVector<CheckResult> results = check(listPlugin, checksOf({"library.loads"}), options);
     QCOMPARE(findings(results).join("; "), QString());
@@ -488,7 +482,7 @@ void TestPluginCheck::noFolderForResults()
     const char variable[] = "TMPDIR";
 #endif
     const QByteArray previous = qgetenv(variable);
-    qputenv(variable, QUILLMAP_SOURCE_DIR "/CMakeLists.txt"); // A file, and no folder.
+    qputenv(variable, TestPaths::source("CMakeLists.txt").toLocal8Bit()); // A file, and no folder.
     const QVector<CheckResult> results = check(listPlugin, checksOf({"library.loads"}));
     previous.isNull() ? qunsetenv(variable) : qputenv(variable, previous);
     QCOMPARE(results.size(), 1);
@@ -517,7 +511,7 @@ void TestPluginCheck::orderAndProgress()
         options.program.clear();
     QVector<QPair<int, int>> progress;
     options.progress = [&progress](int done, int total) { progress.append({done, total}); };
-    const QStringList files{listPlugin, faultyPlugin("none")};
+    const QStringList files{listPlugin, TestPaths::faultyPlugin("none")};
     const QVector<PluginReport> reports = checkPlugins(files, checksOf(ids), options);
     QCOMPARE(reports.size(), 2);
     for (int i = 0; i < reports.size(); ++i) {
@@ -641,16 +635,19 @@ void TestPluginCheck::exitStatus_data()
         QTest::newRow(name) << QStringList{"check"} + arguments << status << error;
     };
     row("all passed", {listPlugin, "--only", "identity", "--jobs", "2"}, 0);
-    row("a failure", {faultyPlugin("clone.parent"), "--only", "clone.parent"}, 1);
-    row("another check of it", {faultyPlugin("clone.parent"), "--only", "texts.pure"}, 0);
-    row("a family", {faultyPlugin("clone.parent"), "--only", "clone"}, 1);
+    row("a failure", {TestPaths::faultyPlugin("clone.parent"), "--only", "clone.parent"}, 1);
+    row("another check of it", {TestPaths::faultyPlugin("clone.parent"), "--only", "texts.pure"}, 0);
+    row("a family", {TestPaths::faultyPlugin("clone.parent"), "--only", "clone"}, 1);
     row("not loadable", {"/no/such/plugin.so"}, 3);
-    row("a crash", {faultyPlugin("texts.hostile"), "--only", "texts.hostile"}, 4);
+    row("a crash", {TestPaths::faultyPlugin("texts.hostile"), "--only", "texts.hostile"}, 4);
     row("a hang",
-        {faultyPlugin("persistence.mutation"), "--only", "persistence.mutation", "--time-limit", "0.5"}, 4);
-    row("a crash while loading", {faultyPlugin("crashes-on-load")}, 4);
-    row("the worst of several", {faultyPlugin("crashes-on-load"), listPlugin, "--only", "library"}, 4);
-    row("in process", {faultyPlugin("clone.parent"), "--only", "clone.parent", "--in-process"}, 1);
+        {TestPaths::faultyPlugin("persistence.mutation"), "--only", "persistence.mutation", "--time-limit",
+         "0.5"},
+        4);
+    row("a crash while loading", {TestPaths::faultyPlugin("crashes-on-load")}, 4);
+    row("the worst of several", {TestPaths::faultyPlugin("crashes-on-load"), listPlugin, "--only", "library"},
+        4);
+    row("in process", {TestPaths::faultyPlugin("clone.parent"), "--only", "clone.parent", "--in-process"}, 1);
     row("no plug-in", {}, 2, "stepctl: check: name at least one plug-in\n");
     row("no such check", {listPlugin, "--only", "clone.parents"}, 2,
         "stepctl: --only clone.parents: there is no such check; --list shows them all\n");

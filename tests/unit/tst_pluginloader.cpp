@@ -2,6 +2,7 @@
 #include "host/PluginLoader.h"
 #include "host/PluginSearch.h"
 #include "host/StepCatalogue.h"
+#include "tests/support/TestPaths.h"
 
 #include <QtTest>
 
@@ -11,11 +12,6 @@ Q_DECLARE_METATYPE(PluginRefusal)
 
 namespace
 {
-QString fixture(const QString &name)
-{
-    return QString(FIXTURE_DIR "/%1" FIXTURE_SUFFIX).arg(name);
-}
-
 void writeFile(const QString &fileName, const QByteArray &bytes)
 {
     QFile file(fileName);
@@ -48,13 +44,13 @@ private slots:
 
 void TestPluginLoader::loadsTheListPlugin()
 {
-    const PluginLoadResult loaded = loadPlugin(LISTOPERPLUGIN_FILE);
+    const PluginLoadResult loaded = loadPlugin(TestPaths::listPlugin());
     QVERIFY2(loaded.plugin, qPrintable(loaded.reason));
     QCOMPARE(loaded.refusal, PluginRefusal::None);
     QCOMPARE(loaded.reason, QString());
     QCOMPARE(loaded.plugin->manifest().pluginId, QString("com.tallowby.Quillmap.ListOperPlugin"));
     QCOMPARE(loaded.plugin->instance()->apiVersion(), knownApiVersion);
-    QCOMPARE(QFileInfo(loaded.plugin->fileName()), QFileInfo(LISTOPERPLUGIN_FILE));
+    QCOMPARE(QFileInfo(loaded.plugin->fileName()), QFileInfo(TestPaths::listPlugin()));
     QCOMPARE(loaded.plugin->prototypes().size(), 10);
     QCOMPARE(loaded.plugin->prototypes().first()->typeId(), QString("list.add"));
     QCOMPARE(loaded.plugin->prototypes().last()->typeId(), QString("list.subtract"));
@@ -67,41 +63,44 @@ void TestPluginLoader::refuses_data()
     QTest::addColumn<QString>("reason");
 
     QTest::newRow("no file") << "/no/such/plugin.so" << PluginRefusal::NotFound << "there is no such file";
-    QTest::newRow("a folder") << FIXTURE_DIR << PluginRefusal::NotFound << "this is not a file";
-    QTest::newRow("no metadata") << fixture("NoMetadata") << PluginRefusal::NotAPlugin << "NoMetadata*";
+    QTest::newRow("a folder") << TestPaths::fixtureFolder() << PluginRefusal::NotFound
+                              << "this is not a file";
+    QTest::newRow("no metadata") << TestPaths::fixture("NoMetadata") << PluginRefusal::NotAPlugin
+                                 << "NoMetadata*";
     QTest::newRow("another interface")
-        << fixture("WrongInterface") << PluginRefusal::WrongInterface
+        << TestPaths::fixture("WrongInterface") << PluginRefusal::WrongInterface
         << "its interface id is \"com.example.SomethingElse/1.0\", a step plug-in has "
            "\"com.tallowby.Quillmap.IOperationPlugin/1.0\"";
-    QTest::newRow("another root object") << fixture("WrongRoot") << PluginRefusal::WrongInterface
+    QTest::newRow("another root object") << TestPaths::fixture("WrongRoot") << PluginRefusal::WrongInterface
                                          << "its root object, of class WrongRoot, does not implement "
                                             "\"com.tallowby.Quillmap.IOperationPlugin/1.0\"";
     QTest::newRow("newer contract")
-        << fixture("NewerApi") << PluginRefusal::WrongApiVersion
+        << TestPaths::fixture("NewerApi") << PluginRefusal::WrongApiVersion
         << "it is built for version 3 of the step contract, this host knows version 2";
     QTest::newRow("older contract in the manifest")
-        << fixture("OldManifest") << PluginRefusal::WrongApiVersion
+        << TestPaths::fixture("OldManifest") << PluginRefusal::WrongApiVersion
         << "it is built for version 1 of the step contract, this host knows version 2";
     QTest::newRow("unknown capability")
-        << fixture("UnknownCapability") << PluginRefusal::UnknownCapability
+        << TestPaths::fixture("UnknownCapability") << PluginRefusal::UnknownCapability
         << "it needs the host capability \"hasWarpDrive\", this host has \"hasListType\"";
     QTest::newRow("foreign type id")
-        << fixture("ForeignTypeId") << PluginRefusal::ForeignTypeId
+        << TestPaths::fixture("ForeignTypeId") << PluginRefusal::ForeignTypeId
         << "its step \"elsewhere.second\" is outside its own prefix \"fixture.\"";
-    QTest::newRow("duplicate type id") << fixture("DuplicateTypeId") << PluginRefusal::DuplicateTypeId
-                                       << "it has two steps of type \"fixture.first\"";
-    QTest::newRow("no type id") << fixture("EmptyTypeId") << PluginRefusal::BadPrototype
+    QTest::newRow("duplicate type id")
+        << TestPaths::fixture("DuplicateTypeId") << PluginRefusal::DuplicateTypeId
+        << "it has two steps of type \"fixture.first\"";
+    QTest::newRow("no type id") << TestPaths::fixture("EmptyTypeId") << PluginRefusal::BadPrototype
                                 << "a prototype of class Operation has no type id";
-    QTest::newRow("null prototype") << fixture("NullPrototype") << PluginRefusal::BadPrototype
+    QTest::newRow("null prototype") << TestPaths::fixture("NullPrototype") << PluginRefusal::BadPrototype
                                     << "prototype 2 is null";
-    QTest::newRow("repeated prototype")
-        << fixture("RepeatedPrototype") << PluginRefusal::BadPrototype << "prototype 2 is listed twice";
-    QTest::newRow("owned prototype") << fixture("OwnedPrototype") << PluginRefusal::BadPrototype
+    QTest::newRow("repeated prototype") << TestPaths::fixture("RepeatedPrototype")
+                                        << PluginRefusal::BadPrototype << "prototype 2 is listed twice";
+    QTest::newRow("owned prototype") << TestPaths::fixture("OwnedPrototype") << PluginRefusal::BadPrototype
                                      << "prototype 1 has a parent, so that the host cannot own it";
-    QTest::newRow("exception") << fixture("ThrowingPlugin") << PluginRefusal::Threw
+    QTest::newRow("exception") << TestPaths::fixture("ThrowingPlugin") << PluginRefusal::Threw
                                << "it threw an exception: no steps today";
     QTest::newRow("exception that is no object")
-        << fixture("ThrowingNumber") << PluginRefusal::Threw << "it threw an exception";
+        << TestPaths::fixture("ThrowingNumber") << PluginRefusal::Threw << "it threw an exception";
 }
 
 void TestPluginLoader::refuses()
@@ -122,7 +121,7 @@ void TestPluginLoader::refusesFilesThatAreNoLibraries_data()
     QTest::addColumn<QByteArray>("content");
     QTest::newRow("empty") << QByteArray();
     QTest::newRow("text") << QByteArray("This is no library.\n");
-    QFile module(LISTOPERPLUGIN_FILE);
+    QFile module(TestPaths::listPlugin());
     QVERIFY(module.open(QIODevice::ReadOnly));
     QTest::newRow("first 100 bytes of a library") << module.read(100);
 }
@@ -131,7 +130,7 @@ void TestPluginLoader::refusesFilesThatAreNoLibraries()
 {
     QFETCH(QByteArray, content);
     const QTemporaryDir folder;
-    const QString fileName = folder.filePath("plugin" FIXTURE_SUFFIX);
+    const QString fileName = folder.filePath("plugin" + TestPaths::moduleSuffix());
     writeFile(fileName, content);
     const PluginLoadResult loaded = loadPlugin(fileName);
     QVERIFY(!loaded.plugin);
@@ -142,7 +141,7 @@ void TestPluginLoader::refusesFilesThatAreNoLibraries()
 
 void TestPluginLoader::refusesAnotherQtVersion()
 {
-    QFile module(fixture("Sound"));
+    QFile module(TestPaths::fixture("Sound"));
     QVERIFY(module.open(QIODevice::ReadOnly));
     QByteArray bytes = module.readAll();
     const int metadata = bytes.indexOf("QTMETADATA !");
@@ -152,7 +151,7 @@ void TestPluginLoader::refusesAnotherQtVersion()
     bytes[minorVersion] = 99;
 
     const QTemporaryDir folder;
-    const QString fileName = folder.filePath("newer-qt" FIXTURE_SUFFIX);
+    const QString fileName = folder.filePath("newer-qt" + TestPaths::moduleSuffix());
     writeFile(fileName, bytes);
     const PluginLoadResult loaded = loadPlugin(fileName);
     QVERIFY(!loaded.plugin);
@@ -163,7 +162,7 @@ void TestPluginLoader::refusesAnotherQtVersion()
 void TestPluginLoader::unloads()
 {
     for (int i = 0; i < 3; ++i) {
-        const PluginLoadResult loaded = loadPlugin(fixture("CountingPlugin"));
+        const PluginLoadResult loaded = loadPlugin(TestPaths::fixture("CountingPlugin"));
         QVERIFY2(loaded.plugin, qPrintable(loaded.reason));
         QCOMPARE(loaded.plugin->manifest().version, QString("1"));
     }
@@ -171,8 +170,8 @@ void TestPluginLoader::unloads()
 
 void TestPluginLoader::unloadsWhatItRefuses()
 {
-    const QPluginLoader probe(fixture("NullPrototype"));
-    QCOMPARE(loadPlugin(fixture("NullPrototype")).refusal, PluginRefusal::BadPrototype);
+    const QPluginLoader probe(TestPaths::fixture("NullPrototype"));
+    QCOMPARE(loadPlugin(TestPaths::fixture("NullPrototype")).refusal, PluginRefusal::BadPrototype);
     QVERIFY(!probe.isLoaded());
 }
 
@@ -180,7 +179,7 @@ void TestPluginLoader::loadsManyTimes()
 {
     for (int i = 0; i < 20; ++i) {
         StepCatalogue catalogue;
-        QVERIFY(catalogue.addPlugin(LISTOPERPLUGIN_FILE));
+        QVERIFY(catalogue.addPlugin(TestPaths::listPlugin()));
         const std::unique_ptr<Operation> step(catalogue.create("list.sort", nullptr));
         QCOMPARE(step->typeId(), QString("list.sort"));
     }
@@ -191,7 +190,7 @@ void TestPluginLoader::catalogueCreatesSteps()
     StepCatalogue catalogue;
     QVERIFY(catalogue.typeIds().isEmpty());
     QVERIFY(!catalogue.create("list.sort", nullptr));
-    const StepCatalogue::AddResult added = catalogue.addPlugin(LISTOPERPLUGIN_FILE);
+    const StepCatalogue::AddResult added = catalogue.addPlugin(TestPaths::listPlugin());
     QVERIFY2(added, qPrintable(added.reason));
 
     QObject parent;
@@ -213,8 +212,8 @@ void TestPluginLoader::catalogueCreatesSteps()
 void TestPluginLoader::catalogueKeepsTheOrderOfPlugins()
 {
     StepCatalogue catalogue;
-    QVERIFY(catalogue.addPlugin(fixture("Sound")));
-    QVERIFY(catalogue.addPlugin(LISTOPERPLUGIN_FILE));
+    QVERIFY(catalogue.addPlugin(TestPaths::fixture("Sound")));
+    QVERIFY(catalogue.addPlugin(TestPaths::listPlugin()));
     QCOMPARE(int(catalogue.plugins().size()), 2);
     QCOMPARE(catalogue.typeIds().mid(0, 3), (QStringList{"fixture.first", "list.add", "list.remove"}));
     QCOMPARE(catalogue.pluginOf("fixture.first"), catalogue.plugins().front().get());
@@ -223,17 +222,17 @@ void TestPluginLoader::catalogueKeepsTheOrderOfPlugins()
 void TestPluginLoader::catalogueRefusesADuplicateTypeId()
 {
     StepCatalogue catalogue;
-    QVERIFY(catalogue.addPlugin(LISTOPERPLUGIN_FILE));
+    QVERIFY(catalogue.addPlugin(TestPaths::listPlugin()));
     const QStringList typeIds = catalogue.typeIds();
 
-    const StepCatalogue::AddResult added = catalogue.addPlugin(fixture("ListClash"));
+    const StepCatalogue::AddResult added = catalogue.addPlugin(TestPaths::fixture("ListClash"));
     QVERIFY(!added);
     QCOMPARE(added.refusal, PluginRefusal::DuplicateTypeId);
     QVERIFY2(added.reason.contains("has a step of type \"list.sort\" already"), qPrintable(added.reason));
     QCOMPARE(catalogue.typeIds(), typeIds);
     QCOMPARE(int(catalogue.plugins().size()), 1);
 
-    QCOMPARE(catalogue.addPlugin(LISTOPERPLUGIN_FILE).refusal, PluginRefusal::DuplicateTypeId);
+    QCOMPARE(catalogue.addPlugin(TestPaths::listPlugin()).refusal, PluginRefusal::DuplicateTypeId);
     const std::unique_ptr<Operation> step(catalogue.create("list.sort", nullptr));
     QCOMPARE(step->typeName(), QString::fromUtf8("列表排序"));
 }
@@ -241,7 +240,7 @@ void TestPluginLoader::catalogueRefusesADuplicateTypeId()
 void TestPluginLoader::catalogueGivesNothingForAStepThatDoesNotClone()
 {
     StepCatalogue catalogue;
-    QVERIFY(catalogue.addPlugin(fixture("HostileSteps")));
+    QVERIFY(catalogue.addPlugin(TestPaths::fixture("HostileSteps")));
     QVERIFY(catalogue.prototype("fixture.unclonable"));
     QVERIFY(!catalogue.create("fixture.unclonable", nullptr));
 }
@@ -251,7 +250,7 @@ void TestPluginLoader::findsPluginsOfTheBuildTree()
     qunsetenv("QUILLMAP_PLUGIN_PATH");
     const FoundPlugins found = findPlugins(QCoreApplication::applicationDirPath());
     QCOMPARE(found.files.size(), 1);
-    QCOMPARE(QFileInfo(found.files.first()), QFileInfo(LISTOPERPLUGIN_FILE));
+    QCOMPARE(QFileInfo(found.files.first()), QFileInfo(TestPaths::listPlugin()));
 
     const QTemporaryDir folder;
     const FoundPlugins nothing = findPlugins(folder.filePath("bin"));
@@ -263,16 +262,16 @@ void TestPluginLoader::findsPluginsOfTheBuildTree()
 void TestPluginLoader::findsPluginsOnThePath()
 {
     const QTemporaryDir folder;
-    writeFile(folder.filePath("b" FIXTURE_SUFFIX), "");
-    writeFile(folder.filePath("a" FIXTURE_SUFFIX), "");
+    writeFile(folder.filePath("b" + TestPaths::moduleSuffix()), "");
+    writeFile(folder.filePath("a" + TestPaths::moduleSuffix()), "");
     writeFile(folder.filePath("notes.txt"), "");
-    const QStringList path = {folder.path(), "/no/such/folder", LISTOPERPLUGIN_FILE};
+    const QStringList path = {folder.path(), "/no/such/folder", TestPaths::listPlugin()};
     qputenv("QUILLMAP_PLUGIN_PATH", path.join(QDir::listSeparator()).toUtf8());
     const FoundPlugins found = findPlugins(QCoreApplication::applicationDirPath());
     qunsetenv("QUILLMAP_PLUGIN_PATH");
     QCOMPARE(found.files,
-             (QStringList{folder.filePath("a" FIXTURE_SUFFIX), folder.filePath("b" FIXTURE_SUFFIX),
-                          LISTOPERPLUGIN_FILE}));
+             (QStringList{folder.filePath("a" + TestPaths::moduleSuffix()),
+                          folder.filePath("b" + TestPaths::moduleSuffix()), TestPaths::listPlugin()}));
     QCOMPARE(found.searched, path);
 }
 

@@ -1,4 +1,5 @@
 #include "host/PluginSkeleton.h"
+#include "tests/support/TestPaths.h"
 
 #include <QDir>
 #include <QDirIterator>
@@ -85,7 +86,7 @@ void TestPluginSkeleton::writesWhatTheExampleBeganAs()
     skeleton.steps = {{"join", "文本拼接"}, {"split", "文本拆分"}};
     const SkeletonResult result = writePluginSkeleton(skeleton, path("text-steps"));
     QVERIFY2(result, qPrintable(result.error));
-    const QByteArray expected = contentOf(QUILLMAP_SOURCE_DIR "/examples/plugin/" + file);
+    const QByteArray expected = contentOf(TestPaths::source("examples/plugin/" + file));
     QVERIFY(!expected.isEmpty());
     QCOMPARE(contentOf(path("text-steps/") + file), expected);
 }

@@ -1,18 +1,11 @@
 #include "IsLike.h"
 #include "host/BinaryScript.h"
 #include "host/ScriptFile.h"
+#include "tests/support/TestPaths.h"
 
 #include <QtTest>
 
 using namespace StepHost;
-
-namespace
-{
-QString fixture(const QString &name)
-{
-    return QString(FIXTURE_DIR "/%1" FIXTURE_SUFFIX).arg(name);
-}
-} // namespace
 
 class TestScriptJson : public QObject
 {
@@ -45,8 +38,8 @@ private:
 
 void TestScriptJson::initTestCase()
 {
-    QVERIFY(m_catalogue.addPlugin(LISTOPERPLUGIN_FILE));
-    QVERIFY(m_catalogue.addPlugin(fixture("HostileSteps")));
+    QVERIFY(m_catalogue.addPlugin(TestPaths::listPlugin()));
+    QVERIFY(m_catalogue.addPlugin(TestPaths::fixture("HostileSteps")));
 }
 
 void TestScriptJson::readsAScript()
@@ -294,7 +287,7 @@ void TestScriptJson::refusesFiles_data()
     QTest::addColumn<QString>("file");
     QTest::newRow("no file") << "/no/such/script.json";
     QTest::newRow("a folder") << QDir::tempPath();
-    QTest::newRow("no script") << LISTOPERPLUGIN_FILE;
+    QTest::newRow("no script") << TestPaths::listPlugin();
 }
 
 void TestScriptJson::refusesFiles()

@@ -1,4 +1,5 @@
 #include "StepctlFolder.h"
+#include "tests/support/TestPaths.h"
 
 #include <QtTest>
 
@@ -6,11 +7,6 @@
 
 namespace
 {
-QString fixture(const QString &name)
-{
-    return QString(FIXTURE_DIR "/%1" FIXTURE_SUFFIX).arg(name);
-}
-
 const char sortScript[] = R"({
     "variables": [{"name": "names", "type": "list", "value": ["b", "a"]}],
     "steps": [{"type": "list.sort", "targetVar": "names"}]
@@ -222,7 +218,7 @@ void TestStepctlRun::outputFeedsBack()
 void TestStepctlRun::keepsOddValues()
 {
     const QString script = file("odd.json", R"({"steps": [{"type": "fixture.write"}]})");
-    const QStringList plugin = {"--plugin", fixture("HostileSteps")};
+    const QStringList plugin = {"--plugin", TestPaths::fixture("HostileSteps")};
     const Run result = run(QStringList{"run", script, "--format", "json"} + plugin);
     QCOMPARE(result.status, 0);
     const QString variables = R"("variables": [
@@ -243,7 +239,7 @@ void TestStepctlRun::keepsOddValues()
 void TestStepctlRun::escapesTextForTheTerminal()
 {
     const QString script = file("escape.json", R"({"steps": [{"type": "fixture.escape"}]})");
-    const Run result = run({"run", script, "--plugin", fixture("HostileSteps")});
+    const Run result = run({"run", script, "--plugin", TestPaths::fixture("HostileSteps")});
     QCOMPARE(result.status, 1);
     QVERIFY2(result.output.contains("  1  skipped   line\\nbreak\\u001b[31m\n"
                                     "               first\\nsecond\\u001b[2J\n"),
@@ -347,9 +343,11 @@ void TestStepctlRun::refusedPlugins_data()
     QTest::newRow("no file") << QStringList{"nothing.so"}
                              << "plug-in \"nothing.so\" is refused: there is no such file";
     QTest::newRow("no library") << QStringList{"sort.json"} << "plug-in \"sort.json\" is refused: ";
-    QTest::newRow("unknown capability") << QStringList{fixture("UnknownCapability")} << "hasWarpDrive";
-    QTest::newRow("duplicate type id") << QStringList{LISTOPERPLUGIN_FILE, fixture("ListClash")}
-                                       << "has a step of type \"list.sort\" already";
+    QTest::newRow("unknown capability")
+        << QStringList{TestPaths::fixture("UnknownCapability")} << "hasWarpDrive";
+    QTest::newRow("duplicate type id")
+        << QStringList{TestPaths::listPlugin(), TestPaths::fixture("ListClash")}
+        << "has a step of type \"list.sort\" already";
 }
 
 void TestStepctlRun::refusedPlugins()
@@ -368,21 +366,21 @@ void TestStepctlRun::refusedPlugins()
 void TestStepctlRun::findsPluginsOnThePath()
 {
     const QString script = file("sort.json", sortScript);
-    m_folder->environment.insert("QUILLMAP_PLUGIN_PATH", QFileInfo(LISTOPERPLUGIN_FILE).path());
+    m_folder->environment.insert("QUILLMAP_PLUGIN_PATH", QFileInfo(TestPaths::listPlugin()).path());
     QCOMPARE(run({"run", script}).status, 0);
 
     m_folder->environment.insert("QUILLMAP_PLUGIN_PATH", m_folder->path());
     const Run result = run({"run", script});
     QCOMPARE(result.status, 2);
     QVERIFY2(result.errors.contains("no plug-in found in " + m_folder->path()), qPrintable(result.errors));
-    QCOMPARE(run({"run", script, "--plugin", LISTOPERPLUGIN_FILE}).status, 0);
+    QCOMPARE(run({"run", script, "--plugin", TestPaths::listPlugin()}).status, 0);
 }
 
 void TestStepctlRun::aStepThatThrows()
 {
     const QString script =
         file("throw.json", R"({"steps": [{"type": "fixture.write"}, {"type": "fixture.throw"}]})");
-    const Run result = run({"run", script, "--plugin", fixture("HostileSteps")});
+    const Run result = run({"run", script, "--plugin", TestPaths::fixture("HostileSteps")});
     QCOMPARE(result.status, 2);
     QCOMPARE(result.output, QString());
     QCOMPARE(result.errors, QString("stepctl: step 2 (fixture.throw) threw an exception: out of paper\n"));
@@ -391,7 +389,7 @@ void TestStepctlRun::aStepThatThrows()
 void TestStepctlRun::aSetterThatThrows()
 {
     const QString script = file("throw.json", R"({"steps": [{"type": "fixture.brittle", "mood": 1}]})");
-    const Run result = run({"run", script, "--plugin", fixture("HostileSteps")});
+    const Run result = run({"run", script, "--plugin", TestPaths::fixture("HostileSteps")});
     QCOMPARE(result.status, 2);
     QCOMPARE(result.output, QString());
     QCOMPARE(result.errors, QString("stepctl: an unexpected exception ended the work: bad mood\n"));
@@ -430,8 +428,8 @@ void TestStepctlRun::leavesTheFileAloneOnFailure()
 {
     QFETCH(QByteArray, script);
     file("out.txt", "as it was");
-    const Run result =
-        run({"run", file("script.json", script), "--output", "out.txt", "--plugin", fixture("HostileSteps")});
+    const Run result = run({"run", file("script.json", script), "--output", "out.txt", "--plugin",
+                            TestPaths::fixture("HostileSteps")});
     QCOMPARE(result.status, 2);
     QCOMPARE(contentOf("out.txt"), QByteArray("as it was"));
     QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files), (QStringList{"out.txt", "script.json"}));

@@ -5,6 +5,7 @@
 #include "host/ScriptJson.h"
 #include "host/ScriptRunner.h"
 #include "host/StepCatalogue.h"
+#include "tests/support/TestPaths.h"
 
 #include <QRegularExpression>
 #include <QtTest>
@@ -15,7 +16,7 @@ using namespace StepHost;
 
 namespace
 {
-const char guideFile[] = QUILLMAP_SOURCE_DIR "/docs/steps.zh-CN.md";
+const QString guideFile = TestPaths::source("docs/steps.zh-CN.md");
 
 // A script in the guide and what it says that a run prints.
 struct Example
@@ -142,7 +143,7 @@ private:
 
 void TestStepsGuide::initTestCase()
 {
-    const StepCatalogue::AddResult added = m_catalogue.addPlugin(LISTOPERPLUGIN_FILE);
+    const StepCatalogue::AddResult added = m_catalogue.addPlugin(TestPaths::listPlugin());
     QVERIFY2(added, qPrintable(added.reason));
     QFile guide(guideFile);
     QVERIFY2(guide.open(QIODevice::ReadOnly), qPrintable(guide.errorString()));
@@ -163,7 +164,7 @@ RunResult TestStepsGuide::run(const Example &example, QByteArray &report)
 {
     const ScriptResult read = readScript(example.script, m_catalogue);
     if (!read)
-        qFatal("%s, line %d: %s", guideFile, example.line, qPrintable(read.error));
+        qFatal("%s, line %d: %s", qPrintable(guideFile), example.line, qPrintable(read.error));
     VariableScope scope;
     declareVariables(read.script, scope);
     const std::vector<ScriptVariable> before = variablesOf(scope);
@@ -194,7 +195,7 @@ void TestStepsGuide::examples()
     if (qgetenv("QUILLMAP_RENEW_GOLDEN") == "1") {
         m_renewed.insert(example.resultLine, report);
     } else if (report != example.result) {
-        std::fprintf(stderr, "%s, the result at line %d, %s", guideFile, example.resultLine,
+        std::fprintf(stderr, "%s, the result at line %d, %s", qPrintable(guideFile), example.resultLine,
                      difference(example.result, report).toUtf8().constData());
         QFAIL("The report differs; QUILLMAP_RENEW_GOLDEN=1 takes it as the expected one.");
     }
@@ -231,7 +232,7 @@ void TestStepsGuide::sections()
     const QString image =
         QString("<img src=\"../resources%1\" width=\"48\" alt=\"%2\">").arg(step->icon().mid(1), guide.name);
     QVERIFY2(guide.lines.contains(image), qPrintable(image));
-    QVERIFY(QFile::exists(QUILLMAP_SOURCE_DIR "/resources" + step->icon().mid(1)));
+    QVERIFY(QFile::exists(TestPaths::source("resources" + step->icon().mid(1))));
 
     const EditorSchema schema = readEditorSchema(*step->metaObject());
     QStringList rows;

@@ -1,3 +1,4 @@
+#include "tests/support/TestPaths.h"
 #include "tools/workbench/CsvText.h"
 #include "tools/workbench/ItemValue.h"
 #include "tools/workbench/Language.h"
@@ -873,7 +874,7 @@ void TestWorkbenchModels::languageOfTheSystem()
 
 void TestWorkbenchModels::translationIsComplete()
 {
-    QFile file(QStringLiteral(QUILLMAP_SOURCE_DIR "/tools/workbench/translations/workbench_zh_CN.ts"));
+    QFile file(TestPaths::source("tools/workbench/translations/workbench_zh_CN.ts"));
     QVERIFY(file.open(QIODevice::ReadOnly));
     QXmlStreamReader xml(&file);
     int messages = 0;

@@ -7,6 +7,7 @@
 
 #include "host/BinaryScript.h"
 #include "host/StepCatalogue.h"
+#include "tests/support/TestPaths.h"
 
 #include <QAbstractItemModelTester>
 #include <QMimeData>
@@ -117,8 +118,7 @@ private:
 
 void TestWorkbenchScript::initTestCase()
 {
-    const StepHost::StepCatalogue::AddResult added =
-        m_catalogue.addPlugin(QStringLiteral(LISTOPERPLUGIN_FILE));
+    const StepHost::StepCatalogue::AddResult added = m_catalogue.addPlugin(TestPaths::listPlugin());
     QVERIFY2(added, qPrintable(added.reason));
 }
 

@@ -13,6 +13,7 @@
 #include "tools/workbench/VariablesPane.h"
 
 #include "host/StepCatalogue.h"
+#include "tests/support/TestPaths.h"
 
 #include <QAction>
 #include <QCheckBox>
@@ -205,8 +206,7 @@ private:
 
 void TestWorkbenchWindow::initTestCase()
 {
-    const StepHost::StepCatalogue::AddResult added =
-        m_catalogue.addPlugin(QStringLiteral(LISTOPERPLUGIN_FILE));
+    const StepHost::StepCatalogue::AddResult added = m_catalogue.addPlugin(TestPaths::listPlugin());
     QVERIFY2(added, qPrintable(added.reason));
 }
 
