@@ -1,18 +1,25 @@
-// All that tells one broken plug-in from another: the name of its fault.
+// All that tells one broken plug-in from another: the name of its fault. It is compiled once for each, so it includes
+// nothing.
 
-#include <QtGlobal>
+#ifdef _WIN32
+#define EXPORTED __declspec(dllexport)
+#define IMPORTED __declspec(dllimport)
+#else
+#define EXPORTED __attribute__((visibility("default")))
+#define IMPORTED EXPORTED
+#endif
 
 class QObject;
 
-Q_DECL_IMPORT QObject *faultyInstance(const char *fault);
+IMPORTED QObject *faultyInstance(const char *fault);
 
-extern "C" Q_DECL_EXPORT QObject *qt_plugin_instance()
+extern "C" EXPORTED QObject *qt_plugin_instance()
 {
     return faultyInstance(FAULT);
 }
 
 #ifdef FAULT_LEAKS_A_SYMBOL
-Q_DECL_EXPORT int leakedHelper();
+EXPORTED int leakedHelper();
 int leakedHelper()
 {
     return 1;
@@ -20,7 +27,7 @@ int leakedHelper()
 #endif
 
 #ifdef FAULT_COPIES_THE_HOST
-class Q_DECL_EXPORT Operation
+class EXPORTED Operation
 {
 public:
     int copied();
