@@ -202,7 +202,18 @@ void addSteps(LayoutText &text)
     text.type<ListOperPlugin>("ListOperPlugin");
 }
 
-void compareWithReference(const QStringList &lines, const QString &name)
+// The text of a reference as far as it holds for this build: Clang's address sanitizer pads what it guards.
+QString comparable(QString text)
+{
+#ifdef QUILLMAP_SANITIZED
+    static const QRegularExpression size("^(vtable for .*), \\d+ bytes$",
+                                         QRegularExpression::MultilineOption);
+    text.replace(size, "\\1");
+#endif
+    return text;
+}
+
+void compareWithReference(QStringList lines, const QString &name)
 {
     QFile file(TestPaths::source(QStringLiteral("tests/abi/") + name));
     if (qEnvironmentVariableIsSet("QUILLMAP_RENEW_ABI")) {
@@ -210,9 +221,10 @@ void compareWithReference(const QStringList &lines, const QString &name)
         file.write(lines.join('\n').toUtf8() + '\n');
         QSKIP("The reference is renewed.");
     }
+    lines = comparable(lines.join('\n')).split('\n');
     QVERIFY2(file.open(QIODevice::ReadOnly), qPrintable(file.fileName() + ": " + file.errorString()));
     const QStringList reference =
-        QString::fromUtf8(file.readAll()).remove('\r').split('\n', Qt::SkipEmptyParts);
+        comparable(QString::fromUtf8(file.readAll()).remove('\r')).split('\n', Qt::SkipEmptyParts);
 
     QStringList differences;
     for (const QString &line : reference) {
