@@ -1,7 +1,7 @@
 #include "HostBenchmarks.h"
 
-#include "host/PluginLoader.h"
-#include "host/ScriptRunner.h"
+#include "host/plugins/PluginLoader.h"
+#include "host/running/ScriptRunner.h"
 #include "operations/ListGetOperation.h"
 #include "tests/support/TestPaths.h"
 

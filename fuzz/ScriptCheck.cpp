@@ -2,9 +2,9 @@
 
 #include "FuzzInput.h"
 #include "ReferenceSteps.h"
-#include "host/BinaryScript.h"
-#include "host/RunReport.h"
-#include "host/ScriptRunner.h"
+#include "host/running/RunReport.h"
+#include "host/running/ScriptRunner.h"
+#include "host/scripts/BinaryScript.h"
 #include "tests/support/TestPaths.h"
 
 #include <algorithm>

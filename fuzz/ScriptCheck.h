@@ -1,8 +1,8 @@
 #pragma once
 
-#include "host/Script.h"
-#include "host/ScriptJson.h"
-#include "host/StepCatalogue.h"
+#include "host/plugins/StepCatalogue.h"
+#include "host/scripts/Script.h"
+#include "host/scripts/ScriptJson.h"
 
 /// Reads \a bytes as a script of the list plug-in's steps and, unless they are refused, requires that
 /// the script is the same after writing and reading, that it runs, and that its run can be reported. The

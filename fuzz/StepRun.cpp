@@ -2,8 +2,8 @@
 
 #include "FuzzInput.h"
 #include "ReferenceSteps.h"
-#include "tests/unit/StepFamily.h"
-#include "tests/unit/WarningLog.h"
+#include "tests/support/StepFamily.h"
+#include "tests/support/WarningLog.h"
 
 namespace
 {

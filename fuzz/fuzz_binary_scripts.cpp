@@ -5,7 +5,7 @@
 
 #include "FuzzInput.h"
 #include "ScriptCheck.h"
-#include "host/BinaryScript.h"
+#include "host/scripts/BinaryScript.h"
 
 #include <QCryptographicHash>
 #include <QtEndian>

@@ -4,7 +4,7 @@
 /// line "]", and the entries, a key and a value on a line each.
 
 #include "FuzzInput.h"
-#include "host/EditorSchema.h"
+#include "host/plugins/EditorSchema.h"
 
 namespace
 {

@@ -4,7 +4,7 @@
 
 #include "FuzzInput.h"
 #include "ScriptCheck.h"
-#include "host/ScriptJson.h"
+#include "host/scripts/ScriptJson.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {

@@ -5,7 +5,7 @@
 
 #include "FuzzInput.h"
 #include "StepRun.h"
-#include "tests/unit/StepFamily.h"
+#include "tests/support/StepFamily.h"
 
 #include <QDataStream>
 

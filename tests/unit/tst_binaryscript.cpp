@@ -1,6 +1,6 @@
-#include "host/BinaryScript.h"
-#include "host/ProcessProbe.h"
-#include "host/ScriptFile.h"
+#include "host/running/ProcessProbe.h"
+#include "host/scripts/BinaryScript.h"
+#include "host/scripts/ScriptFile.h"
 #include "tests/support/TestPaths.h"
 
 #include <QCryptographicHash>

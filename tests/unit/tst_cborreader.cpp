@@ -1,6 +1,6 @@
-#include "host/CborReader.h"
-#include "host/JsonValue.h"
-#include "host/ProcessProbe.h"
+#include "host/running/ProcessProbe.h"
+#include "host/values/CborReader.h"
+#include "host/values/JsonValue.h"
 
 #include <QtTest>
 

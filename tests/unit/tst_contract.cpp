@@ -1,7 +1,7 @@
-#include "StepFamily.h"
 #include "hostapi/IEditorRegistry.h"
 #include "hostapi/IOperationPlugin.h"
 #include "hostapi/VariableScope.h"
+#include "tests/support/StepFamily.h"
 
 #include <QDataStream>
 #include <QtTest>

@@ -1,4 +1,4 @@
-#include "host/EditorSchema.h"
+#include "host/plugins/EditorSchema.h"
 
 #include "hostapi/Operation.h"
 

@@ -1,7 +1,7 @@
-#include "ElementSamples.h"
-#include "ShowValue.h"
 #include "operations/ElementScan.h"
 #include "operations/ListFunctions.h"
+#include "tests/support/ElementSamples.h"
+#include "tests/support/ShowValue.h"
 
 #include <QPoint>
 #include <QtTest>

@@ -1,7 +1,7 @@
-#include "SampleValues.h"
-#include "ShowValue.h"
 #include "operations/ElementScan.h"
 #include "operations/ListFunctions.h"
+#include "tests/support/SampleValues.h"
+#include "tests/support/ShowValue.h"
 
 #include <QRandomGenerator>
 #include <QtTest>

@@ -1,7 +1,7 @@
-#include "ElementSamples.h"
-#include "ShowValue.h"
 #include "operations/ElementSort.h"
 #include "operations/MergeSort.h"
+#include "tests/support/ElementSamples.h"
+#include "tests/support/ShowValue.h"
 
 #include <QtTest>
 

@@ -1,4 +1,4 @@
-#include "host/ExportedSymbols.h"
+#include "host/plugins/ExportedSymbols.h"
 #include "tests/support/TestPaths.h"
 
 #include <QTemporaryFile>

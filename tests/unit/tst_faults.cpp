@@ -1,4 +1,4 @@
-#include "StepctlFolder.h"
+#include "tests/support/StepctlFolder.h"
 #include "tests/support/TestPaths.h"
 
 #include <QDir>

@@ -1,9 +1,9 @@
-#include "TextDifference.h"
-#include "host/RunReport.h"
-#include "host/ScriptFile.h"
-#include "host/ScriptRunner.h"
-#include "host/StepCatalogue.h"
+#include "host/plugins/StepCatalogue.h"
+#include "host/running/RunReport.h"
+#include "host/running/ScriptRunner.h"
+#include "host/scripts/ScriptFile.h"
 #include "tests/support/TestPaths.h"
+#include "tests/support/TextDifference.h"
 
 #include <QtTest>
 

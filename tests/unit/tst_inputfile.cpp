@@ -1,4 +1,4 @@
-#include "host/InputFile.h"
+#include "host/values/InputFile.h"
 
 #include <QtTest>
 

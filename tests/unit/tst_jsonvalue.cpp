@@ -1,5 +1,5 @@
-#include "IsLike.h"
-#include "host/JsonValue.h"
+#include "host/values/JsonValue.h"
+#include "tests/support/IsLike.h"
 
 #include <QtTest>
 

@@ -1,6 +1,6 @@
-#include "StepctlFolder.h"
+#include "tests/support/StepctlFolder.h"
 
-#include "host/StepCatalogue.h"
+#include "host/plugins/StepCatalogue.h"
 #include "hostapi/Operation.h"
 #include "hostapi/VariableScope.h"
 #include "tests/support/TestPaths.h"

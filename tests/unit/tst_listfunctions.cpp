@@ -1,6 +1,6 @@
-#include "ShowValue.h"
-#include "WarningLog.h"
 #include "operations/ListFunctions.h"
+#include "tests/support/ShowValue.h"
+#include "tests/support/WarningLog.h"
 
 #include <QDate>
 #include <QUrl>

@@ -1,4 +1,4 @@
-#include "host/Palette.h"
+#include "host/plugins/Palette.h"
 
 #include "hostapi/Operation.h"
 

@@ -1,4 +1,4 @@
-#include "host/PaletteReport.h"
+#include "host/plugins/PaletteReport.h"
 #include "tests/support/TestPaths.h"
 
 #include <QJsonArray>

@@ -1,7 +1,7 @@
-#include "ShowValue.h"
 #include "hostapi/IOperationPlugin.h"
 #include "hostapi/Operation.h"
 #include "hostapi/VariableScope.h"
+#include "tests/support/ShowValue.h"
 #include "tests/support/TestPaths.h"
 
 #include <QCoreApplication>

@@ -1,8 +1,8 @@
-#include "IsLike.h"
-#include "ProgramStart.h"
-#include "TextDifference.h"
-#include "host/PluginCheckReport.h"
+#include "host/checks/CheckReport.h"
+#include "tests/support/IsLike.h"
+#include "tests/support/ProgramStart.h"
 #include "tests/support/TestPaths.h"
+#include "tests/support/TextDifference.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>

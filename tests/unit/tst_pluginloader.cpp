@@ -1,7 +1,7 @@
-#include "IsLike.h"
-#include "host/PluginLoader.h"
-#include "host/PluginSearch.h"
-#include "host/StepCatalogue.h"
+#include "host/plugins/PluginLoader.h"
+#include "host/plugins/PluginSearch.h"
+#include "host/plugins/StepCatalogue.h"
+#include "tests/support/IsLike.h"
 #include "tests/support/TestPaths.h"
 
 #include <QtTest>

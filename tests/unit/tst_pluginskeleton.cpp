@@ -1,4 +1,4 @@
-#include "host/PluginSkeleton.h"
+#include "host/skeleton/PluginSkeleton.h"
 #include "tests/support/TestPaths.h"
 
 #include <QDir>

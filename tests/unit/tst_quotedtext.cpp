@@ -1,4 +1,4 @@
-#include "host/QuotedText.h"
+#include "host/values/QuotedText.h"
 
 #include <QtTest>
 

@@ -1,5 +1,5 @@
-#include "ShowValue.h"
-#include "StepFamily.h"
+#include "tests/support/ShowValue.h"
+#include "tests/support/StepFamily.h"
 
 #include <QDataStream>
 #include <QRandomGenerator>

@@ -1,4 +1,4 @@
-#include "host/RunReport.h"
+#include "host/running/RunReport.h"
 
 #include <QtTest>
 

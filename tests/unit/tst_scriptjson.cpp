@@ -1,6 +1,6 @@
-#include "IsLike.h"
-#include "host/BinaryScript.h"
-#include "host/ScriptFile.h"
+#include "host/scripts/BinaryScript.h"
+#include "host/scripts/ScriptFile.h"
+#include "tests/support/IsLike.h"
 #include "tests/support/TestPaths.h"
 
 #include <QtTest>

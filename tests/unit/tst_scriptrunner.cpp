@@ -1,5 +1,5 @@
-#include "host/ScriptRunner.h"
-#include "host/WarningCapture.h"
+#include "host/running/ScriptRunner.h"
+#include "host/running/WarningCapture.h"
 
 #include <QtTest>
 

@@ -1,8 +1,8 @@
-#include "SampleValues.h"
-#include "ShowValue.h"
 #include "hostapi/VariableScope.h"
 #include "operations/ElementSort.h"
 #include "operations/ListSortOperation.h"
+#include "tests/support/SampleValues.h"
+#include "tests/support/ShowValue.h"
 
 #include <QRandomGenerator>
 #include <QtTest>

@@ -1,7 +1,7 @@
-#include "ShowValue.h"
-#include "StepFamily.h"
-#include "WarningLog.h"
 #include "hostapi/VariableScope.h"
+#include "tests/support/ShowValue.h"
+#include "tests/support/StepFamily.h"
+#include "tests/support/WarningLog.h"
 
 #include <QCoreApplication>
 #include <QDataStream>

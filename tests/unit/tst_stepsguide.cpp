@@ -1,11 +1,11 @@
-#include "TextDifference.h"
-#include "host/EditorSchema.h"
-#include "host/Palette.h"
-#include "host/RunReport.h"
-#include "host/ScriptJson.h"
-#include "host/ScriptRunner.h"
-#include "host/StepCatalogue.h"
+#include "host/plugins/EditorSchema.h"
+#include "host/plugins/Palette.h"
+#include "host/plugins/StepCatalogue.h"
+#include "host/running/RunReport.h"
+#include "host/running/ScriptRunner.h"
+#include "host/scripts/ScriptJson.h"
 #include "tests/support/TestPaths.h"
+#include "tests/support/TextDifference.h"
 
 #include <QRegularExpression>
 #include <QtTest>

@@ -1,5 +1,5 @@
-#include "IsLike.h"
-#include "host/VariableInput.h"
+#include "host/scripts/VariableInput.h"
+#include "tests/support/IsLike.h"
 
 #include <QtTest>
 

@@ -1,12 +1,12 @@
-#include "tools/workbench/LogModel.h"
-#include "tools/workbench/PaletteModel.h"
-#include "tools/workbench/RunSession.h"
-#include "tools/workbench/ScriptDocument.h"
-#include "tools/workbench/ScriptModel.h"
-#include "tools/workbench/StepMime.h"
+#include "tools/workbench/document/LogModel.h"
+#include "tools/workbench/document/RunSession.h"
+#include "tools/workbench/document/ScriptDocument.h"
+#include "tools/workbench/document/ScriptModel.h"
+#include "tools/workbench/document/StepMime.h"
+#include "tools/workbench/window/PaletteModel.h"
 
-#include "host/BinaryScript.h"
-#include "host/StepCatalogue.h"
+#include "host/plugins/StepCatalogue.h"
+#include "host/scripts/BinaryScript.h"
 #include "tests/support/TestPaths.h"
 
 #include <QAbstractItemModelTester>

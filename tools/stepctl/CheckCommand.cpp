@@ -4,7 +4,7 @@
 #include "Console.h"
 #include "IconRenderer.h"
 #include "ProgressLine.h"
-#include "host/PluginCheckReport.h"
+#include "host/checks/CheckReport.h"
 
 #include <QCoreApplication>
 #include <QThread>

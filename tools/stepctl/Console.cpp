@@ -1,6 +1,6 @@
 #include "Console.h"
 
-#include "host/QuotedText.h"
+#include "host/values/QuotedText.h"
 
 #include <QFile>
 #include <QFileInfo>

@@ -4,7 +4,7 @@
 #include "Console.h"
 #include "PluginWork.h"
 
-#include "host/ScriptFile.h"
+#include "host/scripts/ScriptFile.h"
 
 #include <memory>
 

@@ -3,7 +3,7 @@
 #include "Console.h"
 #include "ExitStatus.h"
 
-#include "host/QuotedText.h"
+#include "host/values/QuotedText.h"
 
 #include <QThread>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/PluginCheck.h"
+#include "host/checks/PluginCheck.h"
 
 #include <QCoreApplication>
 

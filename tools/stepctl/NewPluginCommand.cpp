@@ -3,7 +3,7 @@
 #include "CommandLine.h"
 #include "Console.h"
 
-#include "host/PluginSkeleton.h"
+#include "host/skeleton/PluginSkeleton.h"
 
 #include <memory>
 

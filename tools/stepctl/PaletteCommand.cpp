@@ -3,8 +3,8 @@
 #include "CommandLine.h"
 #include "Console.h"
 #include "PluginOption.h"
-#include "host/PaletteReport.h"
-#include "host/QuotedText.h"
+#include "host/plugins/PaletteReport.h"
+#include "host/values/QuotedText.h"
 
 #include <memory>
 

@@ -2,7 +2,7 @@
 
 #include "CommandLine.h"
 #include "Console.h"
-#include "host/PluginSearch.h"
+#include "host/plugins/PluginSearch.h"
 
 #include <QCoreApplication>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/StepCatalogue.h"
+#include "host/plugins/StepCatalogue.h"
 
 #include <QStringList>
 

@@ -5,12 +5,12 @@
 #include "PluginWork.h"
 #include "ProgressLine.h"
 
-#include "host/InputFile.h"
-#include "host/QuotedText.h"
-#include "host/RunReport.h"
-#include "host/ScriptFile.h"
-#include "host/ScriptRunner.h"
-#include "host/VariableInput.h"
+#include "host/running/RunReport.h"
+#include "host/running/ScriptRunner.h"
+#include "host/scripts/ScriptFile.h"
+#include "host/scripts/VariableInput.h"
+#include "host/values/InputFile.h"
+#include "host/values/QuotedText.h"
 
 #include <QSet>
 

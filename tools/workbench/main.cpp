@@ -1,7 +1,7 @@
-#include "Language.h"
-#include "MainWindow.h"
-#include "host/PluginSearch.h"
-#include "host/StepCatalogue.h"
+#include "host/plugins/PluginSearch.h"
+#include "host/plugins/StepCatalogue.h"
+#include "tools/workbench/look/Language.h"
+#include "tools/workbench/window/MainWindow.h"
 
 #include <QApplication>
 #include <QCommandLineParser>

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "CheckRunner.h"
+
+#include <QByteArray>
+
+namespace StepHost
+{
+/// What a run of checks comes to. A later one outweighs those before it.
+enum class CheckVerdict {
+    Passed, ///< Nothing failed.
+    Failed, ///< A check failed.
+    NotLoadable, ///< A plug-in does not load.
+    Crashed, ///< A check crashed or did not end.
+};
+
+/// The verdict on \a reports.
+CheckVerdict verdictOf(const QVector<PluginReport> &reports);
+
+/// The verdict in one line, with the numbers of outcomes.
+QString verdictLine(const QVector<PluginReport> &reports);
+
+/// \a reports for people: a line for each check, then the verdict.
+QString textReport(const QVector<PluginReport> &reports);
+
+/// \a reports as one JSON object.
+QByteArray jsonReport(const QVector<PluginReport> &reports);
+
+/// \a reports as JUnit XML: a suite for each plug-in, a test case for each check. A crash or time-out is an
+/// `error`; a warning is a passed test case with output.
+QByteArray junitReport(const QVector<PluginReport> &reports);
+} // namespace StepHost

@@ -1,0 +1,292 @@
+#include "CheckSteps.h"
+
+#include "CheckContext.h"
+#include "host/plugins/EditorSchema.h"
+#include "host/running/WarningCapture.h"
+#include "host/values/QuotedText.h"
+
+#include <limits>
+#include <random>
+
+namespace StepHost
+{
+namespace
+{
+// Opens the base's protected members; no object is ever of this class.
+class OpenOperation : public Operation
+{
+public:
+    static constexpr quint32 Operation::*baseState = &OpenOperation::m_baseState;
+    static constexpr VariableScope *Operation::*scope = &OpenOperation::m_variableScope;
+};
+
+QVariant otherValue(const QVariant &value, int number)
+{
+    switch (value.userType()) {
+    case QMetaType::QString:
+        return QStringLiteral(" value %1 of %2 ").arg(number).arg(value.toString());
+    case QMetaType::Bool:
+        return !value.toBool();
+    case QMetaType::Int:
+        return value.toInt() == 0 ? 1 : 0;
+    case QMetaType::UInt:
+        return value.toUInt() == 0 ? 1u : 0u;
+    case QMetaType::LongLong:
+        return value.toLongLong() == 0 ? qlonglong(1) : qlonglong(0);
+    case QMetaType::ULongLong:
+        return value.toULongLong() == 0 ? qulonglong(1) : qulonglong(0);
+    case QMetaType::Double:
+        return value.toDouble() + number + 0.5;
+    default:
+        return QVariant();
+    }
+}
+
+QString valueText(const QVariant &value)
+{
+    if (value.userType() == QMetaType::QString)
+        return quoted(value.toString());
+    return QStringLiteral("%1 (%2)").arg(value.toString(), QString::fromUtf8(value.typeName()));
+}
+
+bool isSame(const QVariant &a, const QVariant &b)
+{
+    return a.userType() == b.userType() && a == b;
+}
+
+void setAll(Operation &step, int type, const QVariant &value)
+{
+    const QVector<QMetaProperty> settings = settingsOf(step);
+    for (const QMetaProperty &setting : settings) {
+        if (setting.userType() == type)
+            setting.write(&step, value);
+    }
+}
+
+// What a user may have put into a setting: the variables of fillScope(), members of them, and literals.
+const QStringList &typedTexts()
+{
+    static const QStringList texts{QString(),
+                                   QStringLiteral("items"),
+                                   QStringLiteral("$items"),
+                                   QStringLiteral("more"),
+                                   QStringLiteral("table"),
+                                   QStringLiteral("number"),
+                                   QStringLiteral("$number"),
+                                   QStringLiteral("real"),
+                                   QStringLiteral("text"),
+                                   QStringLiteral("flag"),
+                                   QStringLiteral("odd"),
+                                   QStringLiteral("missing"),
+                                   QStringLiteral("$items.Count"),
+                                   QStringLiteral("$missing.Rows"),
+                                   QStringLiteral("0"),
+                                   QStringLiteral("-1"),
+                                   QStringLiteral("99999999999"),
+                                   QStringLiteral("a text")};
+    return texts;
+}
+
+using Random = std::mt19937;
+
+// Not std::uniform_int_distribution: its numbers differ between libraries.
+int below(int limit, Random &random)
+{
+    return int(random() % std::mt19937::result_type(limit));
+}
+
+void setAtRandom(Operation &step, const EditorSchema &schema, Random &random)
+{
+    const QVector<QMetaProperty> settings = settingsOf(step);
+    for (int i = 0; i < settings.size(); ++i) {
+        const SettingSchema &setting = schema.settings.at(i);
+        const QMetaProperty &property = settings.at(i);
+        if (setting.type == QMetaType::QString)
+            property.write(&step, typedTexts().at(below(typedTexts().size(), random)));
+        else if (setting.type == QMetaType::Bool)
+            property.write(&step, below(2, random) == 1);
+        else if (setting.editor == EditorKind::Choice && !setting.choices.isEmpty())
+            property.write(&step, below(setting.choices.size(), random));
+        else if (setting.type == QMetaType::Int)
+            property.write(&step, edgeIntegers().at(below(edgeIntegers().size(), random)));
+    }
+}
+} // namespace
+
+QVector<QMetaProperty> settingsOf(const Operation &step)
+{
+    QVector<QMetaProperty> settings;
+    for (int i = Operation::staticMetaObject.propertyCount(); i < step.metaObject()->propertyCount(); ++i)
+        settings.append(step.metaObject()->property(i));
+    return settings;
+}
+
+QVariantList readSettings(const Operation &step)
+{
+    QVariantList values;
+    const QVector<QMetaProperty> settings = settingsOf(step);
+    for (const QMetaProperty &setting : settings)
+        values.append(setting.read(&step));
+    return values;
+}
+
+void expectSettings(const Operation &step, const QVariantList &expected, const QString &what)
+{
+    const QVector<QMetaProperty> settings = settingsOf(step);
+    const QVariantList actual = readSettings(step);
+    for (int i = 0; i < settings.size(); ++i) {
+        if (!isSame(actual.at(i), expected.value(i)))
+            fail(QStringLiteral("%1, the setting %2 is %3 instead of %4")
+                     .arg(what, quoted(QString::fromUtf8(settings.at(i).name())), valueText(actual.at(i)),
+                          valueText(expected.value(i))));
+    }
+}
+
+void changeSetting(Operation &step, const QMetaProperty &setting)
+{
+    const QVariant value = otherValue(setting.read(&step), setting.propertyIndex());
+    if (value.isValid())
+        setting.write(&step, value);
+}
+
+void changeSettings(Operation &step)
+{
+    const QVector<QMetaProperty> settings = settingsOf(step);
+    for (const QMetaProperty &setting : settings)
+        changeSetting(step, setting);
+}
+
+const QStringList &hostileTexts()
+{
+    static const QStringList texts{QString(),
+                                   QStringLiteral("  leading and trailing blanks \t"),
+                                   QStringLiteral("several\nlines\r\n"),
+                                   QString(QChar(0)) + QLatin1Char('a') + QChar(0),
+                                   QString(QChar(0xd800)),
+                                   QString(QChar(0xdfff)) + QLatin1Char('x') + QChar(0xdbff),
+                                   QStringLiteral("%1 %2 %99 %n %L1 %s"),
+                                   QStringLiteral("$"),
+                                   QStringLiteral("$."),
+                                   QStringLiteral("$$a.b.c"),
+                                   QStringLiteral("-2147483649"),
+                                   QStringLiteral("1e999"),
+                                   QString(1000, QLatin1Char('[')),
+                                   QString(100000, QLatin1Char('x'))};
+    return texts;
+}
+
+const QVector<int> &edgeIntegers()
+{
+    static const QVector<int> integers{0, 1, -1, std::numeric_limits<int>::min(),
+                                       std::numeric_limits<int>::max()};
+    return integers;
+}
+
+void setTexts(Operation &step, const QString &text)
+{
+    setAll(step, QMetaType::QString, text);
+}
+
+void setIntegers(Operation &step, int number)
+{
+    setAll(step, QMetaType::Int, number);
+}
+
+quint32 baseStateOf(const Operation &step)
+{
+    return step.*OpenOperation::baseState;
+}
+
+void setBaseState(Operation &step, quint32 state)
+{
+    step.*OpenOperation::baseState = state;
+}
+
+const VariableScope *scopeOf(const Operation &step)
+{
+    return step.*OpenOperation::scope;
+}
+
+QByteArray recordOf(const Operation &step, StreamForm form)
+{
+    QByteArray record;
+    QDataStream stream(&record, QIODevice::WriteOnly);
+    stream.setVersion(form.version);
+    stream.setByteOrder(form.order);
+    step.saveOperation(stream);
+    return record;
+}
+
+LoadEnd loadRecord(Operation &step, const QByteArray &record, StreamForm form)
+{
+    QDataStream stream(record);
+    stream.setVersion(form.version);
+    stream.setByteOrder(form.order);
+    step.loadOperation(stream);
+    return {stream.status(), int(stream.device()->pos())};
+}
+
+void fillScope(VariableScope &scope)
+{
+    scope.set(QStringLiteral("items"),
+              QVariantList{3, 1.5, QStringLiteral("b"), true, QVariantList{1, 2}, QVariant(), 3});
+    scope.set(QStringLiteral("more"), QVariantList{QStringLiteral("b"), 3, 7});
+    scope.declare(QStringLiteral("table"), VarType::Table);
+    scope.set(QStringLiteral("table"), QVariantList{QVariantList{1, 2}, QVariantList{3, 4}});
+    scope.set(QStringLiteral("number"), 2);
+    scope.set(QStringLiteral("real"), 2.5);
+    scope.set(QStringLiteral("text"), QStringLiteral("some text"));
+    scope.set(QStringLiteral("flag"), true);
+    scope.declare(QStringLiteral("odd"), VarType::List);
+    scope.set(QStringLiteral("odd"), QStringLiteral("not a list"));
+}
+
+QByteArray snapshotOf(const VariableScope &scope)
+{
+    QByteArray snapshot;
+    QDataStream stream(&snapshot, QIODevice::WriteOnly);
+    const QStringList names = scope.names();
+    for (const QString &name : names)
+        stream << name << qint32(scope.typeOf(name)) << scope.get(name);
+    return snapshot;
+}
+
+void forEachRun(CheckContext &context, const std::function<void(VariableScope &)> &prepare,
+                const std::function<void(const StepRun &)> &check)
+{
+    constexpr int runsAtRandom = 300;
+    context.forEachStep([&](Operation &step) {
+        const EditorSchema schema = readEditorSchema(*step.metaObject());
+        Random random(1);
+        for (int number = 0; number < typedTexts().size() + runsAtRandom; ++number) {
+            if (number < typedTexts().size())
+                setTexts(step, typedTexts().at(number));
+            else
+                setAtRandom(step, schema, random);
+            VariableScope scope;
+            prepare(scope);
+            StepRun run{step, readSettings(step), snapshotOf(scope), QByteArray(), QStringList()};
+            step.setVariableScope(&scope);
+            {
+                WarningCapture log;
+                step.doOperation();
+                run.warnings =
+                    log.takeLines().join(QLatin1Char('\n')).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+            }
+            step.setVariableScope(nullptr);
+            run.after = snapshotOf(scope);
+            check(run);
+        }
+    });
+}
+
+QString settingsText(const StepRun &run)
+{
+    QStringList texts;
+    const QVector<QMetaProperty> settings = settingsOf(run.step);
+    for (int i = 0; i < settings.size(); ++i)
+        texts.append(QString::fromUtf8(settings.at(i).name()) + QLatin1String(" = ")
+                     + valueText(run.settings.at(i)));
+    return texts.isEmpty() ? QStringLiteral("no settings") : texts.join(QLatin1String(", "));
+}
+} // namespace StepHost

@@ -1,0 +1,68 @@
+#pragma once
+
+#include "host/scripts/Script.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+#include <vector>
+
+namespace StepHost
+{
+/// What became of a step.
+enum class StepOutcome {
+    NotRun, ///< The run ended before it.
+    Disabled, ///< It is not enabled.
+    Wrote, ///< It wrote a variable.
+    Skipped, ///< It ran and wrote nothing.
+    Failed, ///< It threw an exception, which ended the run.
+};
+
+/// The name of \a outcome in reports: "wrote", "skipped", "disabled", "not run", "failed".
+QString outcomeName(StepOutcome outcome);
+
+/// What became of a step, and what it said.
+struct StepResult
+{
+    StepOutcome outcome = StepOutcome::NotRun;
+    QStringList warnings; ///< The lines that it wrote on Qt's warning log.
+    QString failure; ///< What a failed step threw.
+};
+
+/// How a run ended.
+enum class RunEnd {
+    Completed, ///< All steps had their turn.
+    Stopped, ///< The caller asked to stop.
+    StepFailed, ///< A step threw an exception.
+};
+
+/// What became of a run: one result for each step of the script.
+struct RunResult
+{
+    RunEnd end = RunEnd::Completed;
+    std::vector<StepResult> steps;
+
+    /// How many steps have \a outcome.
+    int count(StepOutcome outcome) const;
+};
+
+/// What a run tells its caller, and asks it.
+struct RunObserver
+{
+    /// Called before each enabled step runs, with its index.
+    std::function<void(int index)> starting;
+    /// Called after each step with the number of steps that had their turn, and of all steps.
+    std::function<void(int done, int total)> progress;
+    /// Called before each step; true ends the run.
+    std::function<bool()> shouldStop;
+};
+
+/// Runs the enabled steps of \a script, one after the other, on \a scope.
+///
+/// While it runs, lines that this thread writes on Qt's warning log go to the step's result instead of the
+/// log; all other messages go where they went before. A step that throws ends the run; the variables stay
+/// as they were when it threw. After the run no step has a scope attached. Runs may go on in several threads
+/// at once, each on a script and a scope of its own.
+RunResult runScript(const Script &script, VariableScope &scope, const RunObserver &observer = RunObserver());
+} // namespace StepHost

@@ -1,0 +1,311 @@
+#include "BinaryScript.h"
+
+#include "ScriptTree.h"
+#include "host/values/CborReader.h"
+#include "host/values/InputFile.h"
+#include "host/values/JsonReader.h"
+#include "host/values/QuotedText.h"
+
+#include <QCryptographicHash>
+#include <QDataStream>
+#include <QIODevice>
+#include <QScopeGuard>
+#include <QtEndian>
+
+#include <exception>
+
+namespace StepHost
+{
+namespace
+{
+// The line ends in it show what a transfer as text has done to the file.
+const char mark[] = "\x89QMS\r\n\x1A\n";
+constexpr int markSize = 8;
+constexpr int markStartSize = 4;
+constexpr quint16 formVersion = 1;
+constexpr auto recordVersion = QDataStream::Qt_5_15;
+constexpr auto hashAlgorithm = QCryptographicHash::Sha256;
+constexpr int hashSize = 32;
+constexpr int headerSize = markSize + 2 + 4 + hashSize;
+// Type id, enabled flag and record of a step, all empty.
+constexpr int smallestStep = 9;
+
+template<typename Integer>
+void appendInteger(QByteArray &bytes, Integer number)
+{
+    char buffer[sizeof(Integer)];
+    qToBigEndian(number, buffer);
+    bytes.append(buffer, int(sizeof buffer));
+}
+
+void appendBlock(QByteArray &bytes, const QByteArray &block)
+{
+    appendInteger(bytes, quint32(block.size()));
+    bytes += block;
+}
+
+// Appends the variables as CBOR. Returns an empty text or what is wrong.
+QString appendVariablesAsCbor(QByteArray &bytes, const std::vector<ScriptVariable> &variables)
+{
+    QByteArray json;
+    const QString problem = appendVariables(json, variables);
+    if (!problem.isEmpty())
+        return problem;
+    Json document;
+    const auto cleanup = qScopeGuard([&document] { takeApart(document); });
+    JsonError error;
+    if (!parseJson(json, document, error))
+        return error.toString();
+    std::vector<char> cbor;
+    Json::to_cbor(document, cbor);
+    appendBlock(bytes, QByteArray::fromRawData(cbor.data(), int(cbor.size())));
+    return QString();
+}
+
+class BinaryReader
+{
+public:
+    BinaryReader(const QByteArray &bytes, const StepCatalogue &catalogue)
+        : m_bytes(bytes), m_catalogue(catalogue)
+    {
+    }
+
+    bool readScript(Script &script)
+    {
+        return readHeader() && readSteps(script) && readVariables(script);
+    }
+
+    // Where and what is wrong, after readScript() returned false.
+    QString error() const
+    {
+        return m_error;
+    }
+
+private:
+    int left() const
+    {
+        return m_bytes.size() - m_offset;
+    }
+
+    bool refuse(int offset, const QString &text)
+    {
+        m_error = QStringLiteral("offset %1: %2").arg(offset).arg(text);
+        return false;
+    }
+
+    template<typename Integer>
+    bool readInteger(Integer &number)
+    {
+        if (left() < int(sizeof(Integer)))
+            return refuse(m_bytes.size(), QStringLiteral("the file ends too early"));
+        number = qFromBigEndian<Integer>(m_bytes.constData() + m_offset);
+        m_offset += int(sizeof(Integer));
+        return true;
+    }
+
+    // Reads a size and as many bytes, which share the memory of the file.
+    bool readBlock(const QString &what, QByteArray &block)
+    {
+        const int start = m_offset;
+        quint32 size = 0;
+        if (!readInteger(size))
+            return false;
+        if (size > quint32(left())) {
+            return refuse(
+                start,
+                QStringLiteral("%1 should have %2 bytes, and %3 are left").arg(what).arg(size).arg(left()));
+        }
+        block = QByteArray::fromRawData(m_bytes.constData() + m_offset, int(size));
+        m_offset += int(size);
+        return true;
+    }
+
+    bool readHeader()
+    {
+        if (m_bytes.left(markSize) != QByteArray::fromRawData(mark, markSize)) {
+            if (!isBinaryScript(m_bytes))
+                return refuse(0, QStringLiteral("this is no binary script"));
+            return refuse(markStartSize,
+                          QStringLiteral("the mark of a binary script is damaged, as by a transfer as text"));
+        }
+        m_offset = markSize;
+
+        quint16 version = 0;
+        if (!readInteger(version))
+            return false;
+        if (version != formVersion) {
+            return refuse(markSize,
+                          QStringLiteral("the form has version %1, this program knows version %2")
+                              .arg(version)
+                              .arg(formVersion));
+        }
+
+        const int sizeStart = m_offset;
+        quint32 size = 0;
+        if (!readInteger(size))
+            return false;
+        const int hashStart = m_offset;
+        if (left() < hashSize)
+            return refuse(m_bytes.size(), QStringLiteral("the file ends too early"));
+        m_offset = headerSize;
+        if (size > quint32(left())) {
+            return refuse(
+                sizeStart,
+                QStringLiteral("the content should have %1 bytes, and the file has %2; it was cut off")
+                    .arg(size)
+                    .arg(left()));
+        }
+        if (size < quint32(left())) {
+            return refuse(m_offset + int(size),
+                          QStringLiteral("%1 bytes follow the content").arg(quint32(left()) - size));
+        }
+        const QByteArray content = QByteArray::fromRawData(m_bytes.constData() + m_offset, left());
+        if (QCryptographicHash::hash(content, hashAlgorithm) != m_bytes.mid(hashStart, hashSize))
+            return refuse(hashStart,
+                          QStringLiteral("the checksum is not that of the content; the file is damaged"));
+        return true;
+    }
+
+    bool readSteps(Script &script)
+    {
+        const int start = m_offset;
+        quint32 count = 0;
+        if (!readInteger(count))
+            return false;
+        if (count > quint32(left()) / smallestStep)
+            return refuse(start,
+                          QStringLiteral("there should be %1 steps in %2 bytes").arg(count).arg(left()));
+        for (quint32 i = 0; i < count; ++i) {
+            script.steps.emplace_back();
+            if (!readStep(script.steps.back(), QStringLiteral("step %1").arg(i + 1)))
+                return false;
+        }
+        return true;
+    }
+
+    bool readStep(ScriptStep &step, const QString &name)
+    {
+        const int typeStart = m_offset;
+        QByteArray utf8;
+        if (!readBlock(QStringLiteral("the type id of %1").arg(name), utf8))
+            return false;
+        const QString typeId = QString::fromUtf8(utf8);
+        step.operation.reset(m_catalogue.create(typeId, nullptr));
+        if (!step.operation)
+            return refuse(typeStart,
+                          name + QLatin1String(": ") + notAmong("step type", typeId, m_catalogue.typeIds()));
+
+        const int enabledStart = m_offset;
+        quint8 enabled = 0;
+        if (!readInteger(enabled))
+            return false;
+        if (enabled > 1) {
+            return refuse(
+                enabledStart,
+                QStringLiteral("%1: the enabled flag is %2, it should be 0 or 1").arg(name).arg(enabled));
+        }
+        step.enabled = enabled == 1;
+
+        const QString shownName = QStringLiteral("%1 (%2)").arg(name, typeId);
+        QByteArray record;
+        if (!readBlock(QStringLiteral("the record of ") + shownName, record))
+            return false;
+        const QString problem = loadRecord(*step.operation, record);
+        return problem.isEmpty()
+            || refuse(m_offset - record.size(), shownName + QLatin1String(": ") + problem);
+    }
+
+    bool readVariables(Script &script)
+    {
+        QByteArray cbor;
+        if (!readBlock(QStringLiteral("the variables"), cbor))
+            return false;
+        if (left() > 0)
+            return refuse(m_offset, QStringLiteral("%1 bytes follow the variables").arg(left()));
+        const int start = m_offset - cbor.size();
+        Json document;
+        const auto cleanup = qScopeGuard([&document] { takeApart(document); });
+        CborError cborError;
+        if (!parseCbor(cbor, document, cborError))
+            return refuse(start + cborError.offset, cborError.text);
+        JsonError error;
+        return StepHost::readVariables(document, script, error)
+            || refuse(start, QStringLiteral("the variables: ") + error.toString());
+    }
+
+    const QByteArray &m_bytes;
+    const StepCatalogue &m_catalogue;
+    int m_offset = 0;
+    QString m_error;
+};
+} // namespace
+
+bool isBinaryScript(const QByteArray &bytes)
+{
+    return bytes.startsWith(QByteArray::fromRawData(mark, markStartSize));
+}
+
+QByteArray recordOf(const Operation &operation)
+{
+    QByteArray record;
+    QDataStream stream(&record, QIODevice::WriteOnly);
+    stream.setVersion(recordVersion);
+    operation.saveOperation(stream);
+    return record;
+}
+
+QString loadRecord(Operation &operation, const QByteArray &record)
+{
+    QDataStream stream(record);
+    stream.setVersion(recordVersion);
+    try {
+        operation.loadOperation(stream);
+    } catch (const std::exception &exception) {
+        return QStringLiteral("the step threw an exception: %1").arg(QString::fromUtf8(exception.what()));
+    } catch (...) {
+        return QStringLiteral("the step threw an exception");
+    }
+    if (stream.status() == QDataStream::ReadPastEnd)
+        return QStringLiteral("the record ends too early");
+    if (stream.status() != QDataStream::Ok)
+        return QStringLiteral("the record is damaged");
+    const qint64 rest = record.size() - stream.device()->pos();
+    return rest == 0 ? QString() : QStringLiteral("the step leaves %1 bytes of the record").arg(rest);
+}
+
+ScriptResult readBinaryScript(const QByteArray &bytes, const StepCatalogue &catalogue)
+{
+    ScriptResult result;
+    BinaryReader reader(bytes, catalogue);
+    if (!reader.readScript(result.script)) {
+        result.script = Script();
+        result.error = reader.error();
+    }
+    return result;
+}
+
+WriteResult writeBinaryScript(const Script &script)
+{
+    WriteResult result;
+    QByteArray content;
+    appendInteger(content, quint32(script.steps.size()));
+    for (const ScriptStep &step : script.steps) {
+        appendBlock(content, step.operation->typeId().toUtf8());
+        appendInteger(content, quint8(step.enabled ? 1 : 0));
+        appendBlock(content, recordOf(*step.operation));
+    }
+    result.error = appendVariablesAsCbor(content, script.variables);
+    if (!result)
+        return result;
+    if (content.size() > maxInputSize - headerSize) {
+        result.error = QStringLiteral("the script makes more than 256 MiB");
+        return result;
+    }
+    result.bytes = QByteArray(mark, markSize);
+    appendInteger(result.bytes, formVersion);
+    appendInteger(result.bytes, quint32(content.size()));
+    result.bytes += QCryptographicHash::hash(content, hashAlgorithm);
+    result.bytes += content;
+    return result;
+}
+} // namespace StepHost

@@ -1,0 +1,88 @@
+#include "ScriptFile.h"
+
+#include "BinaryScript.h"
+#include "host/values/InputFile.h"
+
+#include <QFileInfo>
+#include <QMetaProperty>
+#include <QVector>
+
+#include <algorithm>
+
+namespace StepHost
+{
+namespace
+{
+QVector<QMetaProperty> propertiesOf(const Operation &step)
+{
+    QVector<QMetaProperty> properties;
+    const QMetaObject *metaObject = step.metaObject();
+    for (int i = QObject::staticMetaObject.propertyCount(); i < metaObject->propertyCount(); ++i)
+        properties.append(metaObject->property(i));
+    return properties;
+}
+
+// Whether a step that gets its properties alone has its record too.
+bool isAllInProperties(const Operation &step, const StepCatalogue &catalogue)
+{
+    const std::unique_ptr<Operation> twin(catalogue.create(step.typeId(), nullptr));
+    const QVector<QMetaProperty> properties = propertiesOf(step);
+    for (const QMetaProperty &property : properties)
+        property.write(twin.get(), property.read(&step));
+    return recordOf(*twin) == recordOf(step);
+}
+
+// Whether a step that gets its record alone has its properties too.
+bool isAllInRecord(const Operation &step, const StepCatalogue &catalogue)
+{
+    const std::unique_ptr<Operation> twin(catalogue.create(step.typeId(), nullptr));
+    if (!loadRecord(*twin, recordOf(step)).isEmpty())
+        return false;
+    const QVector<QMetaProperty> properties = propertiesOf(step);
+    return std::all_of(properties.begin(), properties.end(), [&](const QMetaProperty &property) {
+        return property.read(twin.get()) == property.read(&step);
+    });
+}
+} // namespace
+
+std::optional<ScriptForm> scriptFormOf(const QString &fileName)
+{
+    const QString suffix = QFileInfo(fileName).suffix().toLower();
+    if (suffix == QLatin1String("json"))
+        return ScriptForm::Json;
+    if (suffix == QLatin1String("qms"))
+        return ScriptForm::Binary;
+    return std::nullopt;
+}
+
+ScriptResult readScriptFile(const QString &fileName, const StepCatalogue &catalogue)
+{
+    ScriptResult result;
+    const InputFile file = readInputFile(fileName);
+    if (!file) {
+        result.error = file.error;
+        return result;
+    }
+    result = isBinaryScript(file.bytes) ? readBinaryScript(file.bytes, catalogue)
+                                        : readScript(file.bytes, catalogue);
+    if (!result)
+        result.error.prepend(fileName + QLatin1String(": "));
+    return result;
+}
+
+WriteResult writeScript(const Script &script, ScriptForm form, const StepCatalogue &catalogue)
+{
+    const bool isBinary = form == ScriptForm::Binary;
+    for (std::size_t i = 0; i < script.steps.size(); ++i) {
+        const Operation &step = *script.steps[i].operation;
+        if (!(isBinary ? isAllInRecord(step, catalogue) : isAllInProperties(step, catalogue))) {
+            const QString loss = isBinary
+                ? QStringLiteral(
+                    "its record does not hold all its properties, so the binary form would lose some")
+                : QStringLiteral("it has state beside its properties, which JSON would lose");
+            return {QByteArray(), QStringLiteral("step %1 (%2): %3").arg(i + 1).arg(step.typeId(), loss)};
+        }
+    }
+    return isBinary ? writeBinaryScript(script) : writeScript(script);
+}
+} // namespace StepHost

@@ -1,0 +1,305 @@
+#include "ScriptJson.h"
+
+#include "ScriptTree.h"
+#include "host/values/JsonTree.h"
+#include "host/values/JsonValue.h"
+#include "host/values/QuotedText.h"
+
+#include <QMetaEnum>
+#include <QMetaProperty>
+#include <QScopeGuard>
+#include <QSet>
+
+namespace StepHost
+{
+namespace
+{
+// How many arrays and objects a variable's value or a step's property stands in.
+constexpr int memberDepth = 3;
+
+bool refuseChoice(JsonError &error, const char *what, const QString &name, const QStringList &choices)
+{
+    return refuseJson(error, notAmong(what, name, choices));
+}
+
+bool checkKeys(const Json &object, const QStringList &known, JsonError &error)
+{
+    if (!object.is_object())
+        return refuseKind(error, object, "an object");
+    for (auto it = object.begin(); it != object.end(); ++it) {
+        const QString key = textOf(it.key());
+        if (!known.contains(key))
+            return refuseChoice(error, "key", key, known);
+    }
+    return true;
+}
+
+// The member `key` of `object`, which has to be there.
+const Json *requireMember(const Json &object, const char *key, JsonError &error)
+{
+    const auto member = object.find(key);
+    if (member != object.end())
+        return &*member;
+    refuseJson(error, QStringLiteral("the key \"%1\" is missing").arg(QLatin1String(key)));
+    return nullptr;
+}
+
+bool readMemberText(const Json &object, const char *key, QString &text, JsonError &error)
+{
+    const Json *member = requireMember(object, key, error);
+    return member && (readTextValue(*member, text, error) || refuseBelow(error, QLatin1String(key)));
+}
+
+bool readVariable(const Json &json, ScriptVariable &variable, JsonError &error)
+{
+    QString name;
+    QString typeName;
+    if (!checkKeys(json, {QStringLiteral("name"), QStringLiteral("type"), QStringLiteral("value")}, error)
+        || !readMemberText(json, "name", name, error) || !readMemberText(json, "type", typeName, error))
+        return false;
+    const QString nameError = variableNameError(name);
+    if (!nameError.isEmpty()) {
+        refuseJson(error, nameError);
+        return refuseBelow(error, QStringLiteral("name"));
+    }
+    variable.name = withoutMark(name);
+    if (!varTypeFromName(typeName, variable.type)) {
+        refuseChoice(error, "variable type", typeName, declarableTypeNames());
+        return refuseBelow(error, QStringLiteral("type"));
+    }
+    const auto value = json.find("value");
+    if (value == json.end()) {
+        variable.value = emptyValueOf(variable.type);
+        return true;
+    }
+    return readVariableValue(*value, variable.type, variable.value, error)
+        || refuseBelow(error, QStringLiteral("value"));
+}
+
+bool isKeyOfEveryStep(const QString &key)
+{
+    return key == QLatin1String("type") || key == QLatin1String("enabled");
+}
+
+// The settings of a step: its own properties that can be written, not those of every QObject.
+QStringList settingNames(const QMetaObject *metaObject)
+{
+    QStringList names;
+    for (int i = QObject::staticMetaObject.propertyCount(); i < metaObject->propertyCount(); ++i) {
+        const QString name = QLatin1String(metaObject->property(i).name());
+        if (metaObject->property(i).isWritable() && !isKeyOfEveryStep(name))
+            names.append(name);
+    }
+    return names;
+}
+
+// Gives `value` the property's type when that loses nothing.
+bool adaptTo(const QMetaProperty &property, QVariant &value)
+{
+    const int wanted = property.userType();
+    if (wanted == QMetaType::QVariant)
+        return true;
+    if (value.userType() == wanted) {
+        // New steps hold null texts. Records tell those from empty ones, JSON cannot.
+        if (wanted == QMetaType::QString && value.toString().isEmpty())
+            value = QString();
+        return true;
+    }
+    if (property.isEnumType()) {
+        bool isKnown = value.userType() == QMetaType::Int;
+        if (value.userType() == QMetaType::QString)
+            value = property.enumerator().keysToValue(value.toString().toUtf8().constData(), &isKnown);
+        return isKnown;
+    }
+    const bool isInteger = hasShapeOf(value, VarType::Int);
+    if (wanted == QMetaType::Double && isInteger) {
+        value = value.toDouble();
+        return true;
+    }
+    if (wanted == QMetaType::LongLong && value.userType() == QMetaType::Int) {
+        value = value.toLongLong();
+        return true;
+    }
+    return false;
+}
+
+bool readProperty(Operation &operation, const QString &name, const Json &json, JsonError &error)
+{
+    const QMetaObject *metaObject = operation.metaObject();
+    const QMetaProperty property =
+        metaObject->property(metaObject->indexOfProperty(name.toUtf8().constData()));
+    QVariant value;
+    if (!readValue(json, value, error))
+        return false;
+    if (!adaptTo(property, value) || !property.write(&operation, value)) {
+        return refuseJson(error,
+                          QStringLiteral("this is %1, the property \"%2\" takes a value of type %3")
+                              .arg(kindName(json), name, QLatin1String(property.typeName())));
+    }
+    return true;
+}
+
+bool readStep(const Json &json, ScriptStep &step, const StepCatalogue &catalogue, JsonError &error)
+{
+    if (!json.is_object())
+        return refuseKind(error, json, "an object");
+    QString typeId;
+    if (!readMemberText(json, "type", typeId, error))
+        return false;
+    if (!catalogue.prototype(typeId)) {
+        refuseChoice(error, "step type", typeId, catalogue.typeIds());
+        return refuseBelow(error, QStringLiteral("type"));
+    }
+    step.operation.reset(catalogue.create(typeId, nullptr));
+    if (!step.operation) {
+        refuseJson(error, QStringLiteral("the step cannot be created: its prototype gives no clone"));
+        return refuseBelow(error, QStringLiteral("type"));
+    }
+    const auto enabled = json.find("enabled");
+    if (enabled != json.end() && !enabled->is_boolean()) {
+        refuseKind(error, *enabled, "true or false");
+        return refuseBelow(error, QStringLiteral("enabled"));
+    }
+    step.enabled = enabled == json.end() || enabled->get<bool>();
+    const QStringList settings = settingNames(step.operation->metaObject());
+    for (auto it = json.begin(); it != json.end(); ++it) {
+        const QString key = textOf(it.key());
+        if (isKeyOfEveryStep(key))
+            continue;
+        if (!settings.contains(key))
+            return refuseChoice(error, "property", key, settings);
+        if (!readProperty(*step.operation, key, *it, error))
+            return refuseBelow(error, key);
+    }
+    return true;
+}
+
+bool readSteps(const Json &json, Script &script, const StepCatalogue &catalogue, JsonError &error)
+{
+    if (!json.is_array())
+        return refuseKind(error, json, "an array");
+    for (std::size_t i = 0; i < json.size(); ++i) {
+        ScriptStep step;
+        if (!readStep(json[i], step, catalogue, error))
+            return refuseBelow(error, QString::number(i));
+        script.steps.push_back(std::move(step));
+    }
+    return true;
+}
+
+bool readDocument(const QByteArray &text, Script &script, const StepCatalogue &catalogue, JsonError &error)
+{
+    Json document;
+    const auto cleanup = qScopeGuard([&document] { takeApart(document); });
+    if (!parseJson(text, document, error)
+        || !checkKeys(document, {QStringLiteral("variables"), QStringLiteral("steps")}, error))
+        return false;
+    const auto variables = document.find("variables");
+    if (variables != document.end() && !readVariables(*variables, script, error))
+        return refuseBelow(error, QStringLiteral("variables"));
+    const auto steps = document.find("steps");
+    if (steps != document.end() && !readSteps(*steps, script, catalogue, error))
+        return refuseBelow(error, QStringLiteral("steps"));
+    return true;
+}
+
+QString appendStep(QByteArray &json, const ScriptStep &step)
+{
+    const QMetaObject *metaObject = step.operation->metaObject();
+    json += "{\"type\": ";
+    appendTextAsJson(json, step.operation->typeId());
+    if (!step.enabled)
+        json += ", \"enabled\": false";
+    const QStringList settings = settingNames(metaObject);
+    for (const QString &name : settings) {
+        const QMetaProperty property =
+            metaObject->property(metaObject->indexOfProperty(name.toUtf8().constData()));
+        QVariant value = property.read(step.operation.get());
+        if (property.isEnumType())
+            value = QString::fromLatin1(property.enumerator().valueToKeys(value.toInt()));
+        json += ", ";
+        appendTextAsJson(json, name);
+        json += ": ";
+        const QString error = appendAsJson(json, value, memberDepth);
+        if (!error.isEmpty())
+            return QStringLiteral("the property \"%1\" %2").arg(name, error);
+    }
+    json += '}';
+    return QString();
+}
+} // namespace
+
+bool readVariables(const Json &json, Script &script, JsonError &error)
+{
+    if (!json.is_array())
+        return refuseKind(error, json, "an array");
+    QSet<QString> names;
+    for (std::size_t i = 0; i < json.size(); ++i) {
+        ScriptVariable variable;
+        if (!readVariable(json[i], variable, error))
+            return refuseBelow(error, QString::number(i));
+        if (names.contains(variable.name)) {
+            refuseJson(error,
+                       QStringLiteral("the variable %1 is declared already").arg(quoted(variable.name)));
+            return refuseBelow(error, QString::number(i));
+        }
+        names.insert(variable.name);
+        script.variables.push_back(variable);
+    }
+    return true;
+}
+
+ScriptResult readScript(const QByteArray &json, const StepCatalogue &catalogue)
+{
+    ScriptResult result;
+    JsonError error;
+    if (!readDocument(json, result.script, catalogue, error)) {
+        result.script = Script();
+        result.error = error.toString();
+    }
+    return result;
+}
+
+QString appendVariables(QByteArray &json, const std::vector<ScriptVariable> &variables)
+{
+    json += '[';
+    bool first = true;
+    for (const ScriptVariable &variable : variables) {
+        json += first ? "\n    {\"name\": " : ",\n    {\"name\": ";
+        first = false;
+        // A script cannot declare a name that begins with "$"; with the mark in front it says so.
+        appendTextAsJson(json,
+                         variable.name.startsWith(QLatin1Char('$')) ? QLatin1Char('$') + variable.name
+                                                                    : variable.name);
+        json += ", \"type\": ";
+        appendTextAsJson(json, varTypeName(variable.type));
+        json += ", \"value\": ";
+        const QString error = appendVariableAsJson(json, variable.value, variable.type, memberDepth);
+        if (!error.isEmpty())
+            return QStringLiteral("the value of %1 %2").arg(quoted(variable.name), error);
+        json += '}';
+    }
+    json += first ? "]" : "\n  ]";
+    return QString();
+}
+
+WriteResult writeScript(const Script &script)
+{
+    WriteResult result;
+    result.bytes = "{\n  \"variables\": ";
+    result.error = appendVariables(result.bytes, script.variables);
+    if (!result)
+        return result;
+    result.bytes += ",\n  \"steps\": [";
+    bool first = true;
+    for (const ScriptStep &step : script.steps) {
+        result.bytes += first ? "\n    " : ",\n    ";
+        first = false;
+        result.error = appendStep(result.bytes, step);
+        if (!result)
+            return result;
+    }
+    result.bytes += first ? "]\n}\n" : "\n  ]\n}\n";
+    return result;
+}
+} // namespace StepHost

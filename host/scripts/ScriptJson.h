@@ -1,0 +1,61 @@
+#pragma once
+
+#include "Script.h"
+#include "host/plugins/StepCatalogue.h"
+
+#include <QByteArray>
+#include <QString>
+
+/// Scripts as JSON:
+///
+///     {
+///       "variables": [
+///         {"name": "names", "type": "list", "value": ["b", "a", 3, 1.0, true, null, [1, 2]]}
+///       ],
+///       "steps": [
+///         {"type": "list.sort", "targetVar": "names", "ascending": false},
+///         {"type": "list.clear", "enabled": false, "targetVar": "names"}
+///       ]
+///     }
+///
+/// Both lists may be left out. A variable without a value gets its type's empty value. All keys of a step
+/// other than "type" and "enabled" (true unless said) are its properties; one that is left out keeps the
+/// value that the prototype has. A property called "type" or "enabled" is out of a script's reach. The
+/// forms of values are those of JsonValue.h.
+namespace StepHost
+{
+/// A script that was read, or the reason why there is none.
+struct ScriptResult
+{
+    Script script;
+    QString error; ///< Empty when the script was read; else the place and what would be right.
+
+    explicit operator bool() const
+    {
+        return error.isEmpty();
+    }
+};
+
+/// Reads \a json. The steps are made by \a catalogue. A mistake in one place refuses the whole script.
+ScriptResult readScript(const QByteArray &json, const StepCatalogue &catalogue);
+
+/// What was written, or the reason why it could not be: a value that is nested too deep or too large.
+struct WriteResult
+{
+    QByteArray bytes;
+    QString error; ///< Empty when `bytes` is complete.
+
+    explicit operator bool() const
+    {
+        return error.isEmpty();
+    }
+};
+
+/// Writes \a script so that readScript() gives the same variables and steps: every variable with its
+/// value, every step with all its properties, one on each line.
+WriteResult writeScript(const Script &script);
+
+/// Appends a list of variables to \a json as the value of "variables" in a script. Returns an empty text
+/// or what is wrong.
+QString appendVariables(QByteArray &json, const std::vector<ScriptVariable> &variables);
+} // namespace StepHost

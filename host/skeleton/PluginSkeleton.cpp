@@ -1,0 +1,306 @@
+#include "PluginSkeleton.h"
+
+#include "host/values/QuotedText.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QHash>
+#include <QRegularExpression>
+#include <QSet>
+#include <QTemporaryDir>
+
+#include <algorithm>
+
+// The macro only works outside a namespace.
+static void initialiseTemplates()
+{
+    Q_INIT_RESOURCE(skeleton);
+}
+
+namespace StepHost
+{
+namespace
+{
+constexpr int weightStep = 10;
+
+/// What the marks in a template, such as `@name@`, stand for. Those of a step begin with "step" in any case.
+using Marks = QHash<QString, QString>;
+
+struct TemplateFile
+{
+    const char *source;
+    const char *path;
+};
+
+// A file whose path has a step's mark is written once for each step.
+constexpr TemplateFile templateFiles[] = {
+    {"CMakeLists.txt.in", "CMakeLists.txt"},
+    {"README.md.in", "README.md"},
+    {"Plugin.h.in", "@name@.h"},
+    {"Plugin.cpp.in", "@name@.cpp"},
+    {"plugin.qrc.in", "@name@.qrc"},
+    {"Functions.h.in", "@Prefix@Functions.h"},
+    {"Functions.cpp.in", "@Prefix@Functions.cpp"},
+    {"Step.h.in", "@StepClass@.h"},
+    {"Step.cpp.in", "@StepClass@.cpp"},
+    {"icon.svg.in", "images/@prefix@_@step@.svg"},
+    {"example.json.in", "scripts/example.json"},
+    {"tst_plugin.cpp.in", "tests/tst_@target@.cpp"},
+};
+
+QString capitalised(const QString &text)
+{
+    return text.isEmpty() ? text : text.at(0).toUpper() + text.mid(1);
+}
+
+bool matches(const QString &text, const char *pattern)
+{
+    return QRegularExpression(QRegularExpression::anchoredPattern(QLatin1String(pattern)))
+        .match(text)
+        .hasMatch();
+}
+
+// "text-steps" becomes "TextSteps".
+QString nameFromFolder(const QString &folder)
+{
+    QString name;
+    const QStringList words = QFileInfo(folder).fileName().split(
+        QRegularExpression(QStringLiteral("[^A-Za-z0-9]+")), Qt::SkipEmptyParts);
+    for (const QString &word : words)
+        name += capitalised(word);
+    return name;
+}
+
+// "TextSteps" begins with the word "text", "CSVSteps" with "csv".
+QString firstWord(const QString &name)
+{
+    static const QRegularExpression word(QStringLiteral("^(?:[A-Z]+(?![a-z])|[A-Z][a-z0-9]*)"));
+    return word.match(name).captured().toLower();
+}
+
+void complete(PluginSkeleton &skeleton, const QString &folder)
+{
+    if (skeleton.name.isEmpty())
+        skeleton.name = nameFromFolder(folder);
+    if (skeleton.pluginId.isEmpty())
+        skeleton.pluginId = QLatin1String("com.example.") + skeleton.name;
+    if (skeleton.prefix.isEmpty())
+        skeleton.prefix = firstWord(skeleton.name);
+    if (skeleton.category.isEmpty())
+        skeleton.category = capitalised(skeleton.prefix);
+    if (skeleton.steps.isEmpty())
+        skeleton.steps.append({QStringLiteral("set"), QString()});
+    for (SkeletonStep &step : skeleton.steps) {
+        if (step.displayName.isEmpty())
+            step.displayName = capitalised(skeleton.prefix) + QLatin1Char(' ') + step.id;
+    }
+}
+
+QString checkText(const QString &what, const QString &text)
+{
+    // They end up in string literals of C++ and JSON.
+    const bool isClean = std::none_of(text.begin(), text.end(), [](QChar c) {
+        return c == QLatin1Char('"') || c == QLatin1Char('\\') || c.category() == QChar::Other_Control;
+    });
+    if (isClean && text.isValidUtf16())
+        return QString();
+    return QStringLiteral("the %1 %2 has a quote, a backslash or a control character")
+        .arg(what, quoted(text));
+}
+
+QString checkStep(const SkeletonStep &step)
+{
+    if (!matches(step.id, "[a-z][a-z0-9]*"))
+        return QStringLiteral("the step %1 should be lower-case letters and digits, such as \"join\"")
+            .arg(quoted(step.id));
+    return checkText(QStringLiteral("step name"), step.displayName);
+}
+
+QString check(const PluginSkeleton &skeleton)
+{
+    if (!matches(skeleton.name, "[A-Z][A-Za-z0-9]*"))
+        return QStringLiteral(
+                   "the name %1 should be a capital letter, then letters and digits, such as \"TextSteps\"")
+            .arg(quoted(skeleton.name));
+    if (!matches(skeleton.pluginId, "[A-Za-z0-9_-]+(\\.[A-Za-z0-9_-]+)+"))
+        return QStringLiteral("the plug-in id %1 should have the form \"com.example.TextSteps\"")
+            .arg(quoted(skeleton.pluginId));
+    if (!matches(skeleton.prefix, "[a-z][a-z0-9]*"))
+        return QStringLiteral("the prefix %1 should be lower-case letters and digits, such as \"text\"")
+            .arg(quoted(skeleton.prefix));
+    const QString error = checkText(QStringLiteral("category"), skeleton.category);
+    if (!error.isEmpty())
+        return error;
+    QSet<QString> known;
+    for (const SkeletonStep &step : skeleton.steps) {
+        const QString stepError = checkStep(step);
+        if (!stepError.isEmpty())
+            return stepError;
+        if (known.contains(step.id))
+            return QStringLiteral("the step %1 is named twice").arg(quoted(step.id));
+        known.insert(step.id);
+    }
+    const QString prefix = capitalised(skeleton.prefix);
+    const bool isTaken =
+        skeleton.name == prefix + QLatin1String("Functions")
+        || std::any_of(skeleton.steps.begin(), skeleton.steps.end(), [&](const SkeletonStep &step) {
+               return skeleton.name == prefix + capitalised(step.id) + QLatin1String("Operation");
+           });
+    if (isTaken)
+        return QStringLiteral("the name %1 is taken by another file of the plug-in")
+            .arg(quoted(skeleton.name));
+    return QString();
+}
+
+Marks marksOf(const PluginSkeleton &skeleton)
+{
+    return {
+        {QStringLiteral("name"), skeleton.name},
+        {QStringLiteral("target"), skeleton.name.toLower()},
+        {QStringLiteral("plugin_id"), skeleton.pluginId},
+        {QStringLiteral("prefix"), skeleton.prefix},
+        {QStringLiteral("Prefix"), capitalised(skeleton.prefix)},
+        {QStringLiteral("category"), skeleton.category},
+    };
+}
+
+// For each step the marks of the plug-in and its own.
+QVector<Marks> marksOfSteps(const PluginSkeleton &skeleton)
+{
+    QVector<Marks> all;
+    for (const SkeletonStep &step : skeleton.steps) {
+        Marks marks = marksOf(skeleton);
+        const QString tag = capitalised(skeleton.prefix) + capitalised(step.id);
+        marks.insert(QStringLiteral("step"), step.id);
+        marks.insert(QStringLiteral("step_name"), step.displayName);
+        marks.insert(QStringLiteral("step_weight"), QString::number(all.size() * weightStep));
+        marks.insert(QStringLiteral("StepTag"), tag);
+        marks.insert(QStringLiteral("StepClass"), tag + QLatin1String("Operation"));
+        all.append(marks);
+    }
+    return all;
+}
+
+bool mentionsStep(const QString &line)
+{
+    return line.contains(QLatin1String("@step"), Qt::CaseInsensitive);
+}
+
+QString fill(const QString &text, const Marks &marks)
+{
+    static const QRegularExpression mark(QStringLiteral("@([A-Za-z_]+)@"));
+    QString filled;
+    int end = 0;
+    for (auto it = mark.globalMatch(text); it.hasNext();) {
+        const QRegularExpressionMatch match = it.next();
+        filled += text.midRef(end, match.capturedStart() - end);
+        filled += marks.value(match.captured(1));
+        end = match.capturedEnd();
+    }
+    return filled + text.midRef(end);
+}
+
+// Lines in a row that mention a step are repeated for each step.
+QString fillLines(const QString &text, const Marks &marks, const QVector<Marks> &steps)
+{
+    QString filled;
+    QString repeated;
+    const auto flush = [&] {
+        for (const Marks &step : steps)
+            filled += fill(repeated, step);
+        repeated.clear();
+    };
+    QStringList lines = text.split(QLatin1Char('\n'));
+    lines.removeLast();
+    for (const QString &line : qAsConst(lines)) {
+        if (mentionsStep(line)) {
+            repeated += line + QLatin1Char('\n');
+        } else {
+            flush();
+            filled += fill(line, marks) + QLatin1Char('\n');
+        }
+    }
+    flush();
+    return filled;
+}
+
+struct GeneratedFile
+{
+    QString path;
+    QString text;
+};
+
+QVector<GeneratedFile> generate(const PluginSkeleton &skeleton)
+{
+    initialiseTemplates();
+    const Marks marks = marksOf(skeleton);
+    const QVector<Marks> steps = marksOfSteps(skeleton);
+    QVector<GeneratedFile> files;
+    for (const TemplateFile &file : templateFiles) {
+        QFile source(QLatin1String(":/skeleton/") + QLatin1String(file.source));
+        if (!source.open(QIODevice::ReadOnly))
+            qFatal("the template %s is not compiled in", file.source);
+        const QString text = QString::fromUtf8(source.readAll());
+        const QString path = QLatin1String(file.path);
+        if (mentionsStep(path)) {
+            for (const Marks &step : steps)
+                files.append({fill(path, step), fill(text, step)});
+        } else {
+            files.append({fill(path, marks), fillLines(text, marks, steps)});
+        }
+    }
+    return files;
+}
+
+// Returns an empty text, or what went wrong.
+QString writeFile(const QString &fileName, const QString &text)
+{
+    QDir().mkpath(QFileInfo(fileName).path());
+    QFile file(fileName);
+    const QByteArray utf8 = text.toUtf8();
+    if (file.open(QIODevice::WriteOnly) && file.write(utf8) == utf8.size() && file.flush())
+        return QString();
+    return QStringLiteral("%1: %2").arg(fileName, file.errorString());
+}
+} // namespace
+
+SkeletonResult writePluginSkeleton(PluginSkeleton skeleton, const QString &folder)
+{
+    SkeletonResult result;
+    const QFileInfo target(QDir::cleanPath(folder));
+    complete(skeleton, target.absoluteFilePath());
+    result.error = check(skeleton);
+    if (!result)
+        return result;
+    if (target.exists() || target.isSymLink()) {
+        result.error =
+            QStringLiteral("%1: there is something of that name already; name a new folder").arg(folder);
+        return result;
+    }
+
+    if (!QFileInfo(target.absolutePath()).isDir()) {
+        result.error = QStringLiteral("%1: there is no such folder").arg(target.absolutePath());
+        return result;
+    }
+
+    // Written beside its place and moved there when it is whole. The folder inside has ordinary permissions.
+    const QTemporaryDir temporary(target.absolutePath() + QLatin1String("/.new-plugin-XXXXXX"));
+    if (!temporary.isValid()) {
+        result.error = QStringLiteral("%1: %2").arg(target.absolutePath(), temporary.errorString());
+        return result;
+    }
+    const QString written = temporary.filePath(target.fileName());
+    const QVector<GeneratedFile> files = generate(skeleton);
+    for (const GeneratedFile &file : files) {
+        result.error = writeFile(written + QLatin1Char('/') + file.path, file.text);
+        if (!result)
+            return result;
+        result.files.append(file.path);
+    }
+    if (!QDir().rename(written, target.absoluteFilePath())) {
+        result.files.clear();
+        result.error = QStringLiteral("%1: the new folder could not be moved here").arg(folder);
+    }
+    return result;
+}
+} // namespace StepHost

@@ -1,0 +1,95 @@
+#include "LogModel.h"
+
+#include "tools/workbench/look/ToolTipText.h"
+
+namespace Workbench
+{
+namespace
+{
+constexpr int maxLines = 10000;
+constexpr int droppedAtOnce = 1000;
+} // namespace
+
+LogModel::LogModel(QObject *parent) : QAbstractTableModel(parent) { }
+
+void LogModel::append(const QString &message)
+{
+    add({QTime::currentTime(), message, false, -1, QString()});
+}
+
+void LogModel::appendWarning(const QString &message, int step, const QString &stepSummary)
+{
+    add({QTime::currentTime(), message, true, step, stepSummary});
+}
+
+void LogModel::add(const Line &line)
+{
+    if (m_lines.size() >= maxLines) {
+        beginRemoveRows(QModelIndex(), 0, droppedAtOnce - 1);
+        m_lines.remove(0, droppedAtOnce);
+        endRemoveRows();
+    }
+    beginInsertRows(QModelIndex(), m_lines.size(), m_lines.size());
+    m_lines.append(line);
+    endInsertRows();
+}
+
+void LogModel::clear()
+{
+    beginResetModel();
+    m_lines.clear();
+    endResetModel();
+}
+
+int LogModel::rowCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : m_lines.size();
+}
+
+int LogModel::columnCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : int(ColumnCount);
+}
+
+QVariant LogModel::data(const QModelIndex &index, int role) const
+{
+    if (!index.isValid() || !checkIndex(index, CheckIndexOption::ParentIsInvalid))
+        return QVariant();
+    const Line &line = m_lines.at(index.row());
+    switch (role) {
+    case Qt::DisplayRole:
+        switch (index.column()) {
+        case TimeColumn:
+            return line.time.toString(QStringLiteral("HH:mm:ss"));
+        case StepColumn:
+            if (line.step < 0)
+                return QString();
+            return QStringLiteral("%1  %2").arg(QString::number(line.step + 1), line.stepSummary);
+        default:
+            return line.message;
+        }
+    case Qt::ToolTipRole:
+        return toolTipText(line.message);
+    case StepRole:
+        return line.step;
+    case WarningRole:
+        return line.isWarning;
+    default:
+        return QVariant();
+    }
+}
+
+QVariant LogModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
+        return QVariant();
+    switch (section) {
+    case TimeColumn:
+        return tr("Time");
+    case StepColumn:
+        return tr("Step");
+    default:
+        return tr("Message");
+    }
+}
+} // namespace Workbench

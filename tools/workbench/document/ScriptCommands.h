@@ -1,0 +1,120 @@
+#pragma once
+
+#include "host/scripts/Script.h"
+#include "hostapi/VariableScope.h"
+
+#include <QList>
+#include <QUndoCommand>
+#include <QVariant>
+
+namespace Workbench
+{
+class ScriptDocument;
+
+/// Puts steps into the script.
+class InsertStepsCommand : public QUndoCommand
+{
+public:
+    InsertStepsCommand(ScriptDocument &document, int row, std::vector<StepHost::ScriptStep> steps,
+                       const QString &text);
+    void undo() override;
+    void redo() override;
+
+private:
+    ScriptDocument &m_document;
+    int m_row;
+    int m_count;
+    std::vector<StepHost::ScriptStep> m_steps; ///< While they are not in the script.
+};
+
+/// Takes steps out of the script.
+class RemoveStepsCommand : public QUndoCommand
+{
+public:
+    /// \param rows in ascending order
+    RemoveStepsCommand(ScriptDocument &document, const QList<int> &rows, const QString &text);
+    void undo() override;
+    void redo() override;
+
+private:
+    ScriptDocument &m_document;
+    QList<int> m_rows;
+    std::vector<StepHost::ScriptStep> m_steps; ///< While they are not in the script, the last one first.
+};
+
+/// Moves steps, which then stand together and in their order.
+class MoveStepsCommand : public QUndoCommand
+{
+public:
+    /// \param rows in ascending order
+    /// \param target the row that the steps come to stand in front of
+    MoveStepsCommand(ScriptDocument &document, const QList<int> &rows, int target, const QString &text);
+    void undo() override;
+    void redo() override;
+
+    /// Whether the steps stand there already.
+    bool isEmpty() const;
+
+private:
+    struct Move
+    {
+        int from;
+        int to;
+    };
+
+    ScriptDocument &m_document;
+    QVector<Move> m_moves; ///< One after the other.
+};
+
+/// Has steps run, or not.
+class EnableStepsCommand : public QUndoCommand
+{
+public:
+    /// \param rows of steps that are not \a enabled yet
+    EnableStepsCommand(ScriptDocument &document, const QList<int> &rows, bool enabled, const QString &text);
+    void undo() override;
+    void redo() override;
+
+private:
+    void apply(bool enabled);
+
+    ScriptDocument &m_document;
+    QList<int> m_rows;
+    bool m_enabled;
+};
+
+/// Changes one setting of one step. Changes of the same setting in a row make one command.
+class ChangeSettingCommand : public QUndoCommand
+{
+public:
+    ChangeSettingCommand(ScriptDocument &document, int row, const QString &property, const QVariant &value,
+                         const QString &text);
+    void undo() override;
+    void redo() override;
+    int id() const override;
+    bool mergeWith(const QUndoCommand *other) override;
+
+private:
+    void apply(const QVariant &value);
+
+    ScriptDocument &m_document;
+    int m_row;
+    QString m_property;
+    QVariant m_before;
+    QVariant m_after;
+};
+
+/// Changes the variables that the script starts with.
+class ChangeVariablesCommand : public QUndoCommand
+{
+public:
+    ChangeVariablesCommand(ScriptDocument &document, const VariableScope &variables, const QString &text);
+    void undo() override;
+    void redo() override;
+
+private:
+    ScriptDocument &m_document;
+    VariableScope m_before;
+    VariableScope m_after;
+};
+} // namespace Workbench

@@ -1,0 +1,211 @@
+#include "ScriptDocument.h"
+
+#include "ScriptCommands.h"
+#include "ScriptModel.h"
+#include "host/plugins/StepCatalogue.h"
+#include "host/running/RunReport.h"
+#include "host/scripts/BinaryScript.h"
+#include "host/scripts/ScriptFile.h"
+#include "tools/workbench/values/FileText.h"
+
+#include <QFileInfo>
+
+#include <algorithm>
+
+namespace Workbench
+{
+namespace
+{
+QList<int> sorted(QList<int> rows)
+{
+    std::sort(rows.begin(), rows.end());
+    return rows;
+}
+} // namespace
+
+ScriptDocument::ScriptDocument(const StepHost::StepCatalogue &catalogue, QObject *parent)
+    : QObject(parent), m_catalogue(catalogue), m_model(new ScriptModel(this))
+{
+    connect(m_model, &ScriptModel::placeRequested, this, &ScriptDocument::placeStep);
+    connect(m_model, &ScriptModel::duplicateRequested, this, &ScriptDocument::duplicateSteps);
+    connect(m_model, &ScriptModel::moveRequested, this, &ScriptDocument::moveSteps);
+    connect(m_model, &ScriptModel::insertRequested, this, &ScriptDocument::insertScript);
+    connect(m_model, &ScriptModel::enableRequested, this,
+            [this](int row, bool enabled) { setEnabled({row}, enabled); });
+}
+
+ScriptDocument::~ScriptDocument() = default;
+
+ScriptModel &ScriptDocument::model() const
+{
+    return *m_model;
+}
+
+QUndoStack &ScriptDocument::undoStack()
+{
+    return m_undoStack;
+}
+
+const VariableScope &ScriptDocument::variables() const
+{
+    return m_variables;
+}
+
+StepHost::ScriptStep ScriptDocument::copyStep(int row) const
+{
+    StepHost::ScriptStep step;
+    step.operation.reset(m_model->step(row).clone(nullptr));
+    step.enabled = m_model->isEnabled(row);
+    return step;
+}
+
+StepHost::Script ScriptDocument::copy() const
+{
+    StepHost::Script script;
+    script.variables = StepHost::variablesOf(m_variables);
+    for (int row = 0; row < m_model->rowCount(); ++row)
+        script.steps.push_back(copyStep(row));
+    return script;
+}
+
+QByteArray ScriptDocument::stepsAs(StepHost::ScriptForm form, const QList<int> &rows) const
+{
+    StepHost::Script script;
+    const QList<int> ordered = sorted(rows);
+    for (const int row : ordered)
+        script.steps.push_back(copyStep(row));
+    return StepHost::writeScript(script, form, m_catalogue).bytes;
+}
+
+void ScriptDocument::placeStep(const QString &typeId, int row)
+{
+    StepHost::ScriptStep step;
+    step.operation.reset(m_catalogue.create(typeId, nullptr));
+    if (!step.operation)
+        return;
+    const QString name = step.operation->typeName();
+    std::vector<StepHost::ScriptStep> steps;
+    steps.push_back(std::move(step));
+    m_undoStack.push(new InsertStepsCommand(*this, row, std::move(steps), tr("Place “%1”").arg(name)));
+}
+
+void ScriptDocument::insertScript(const QByteArray &script, int row)
+{
+    StepHost::ScriptResult result = StepHost::isBinaryScript(script)
+        ? StepHost::readBinaryScript(script, m_catalogue)
+        : StepHost::readScript(script, m_catalogue);
+    if (!result) {
+        emit refused(tr("These are no steps: %1").arg(result.error));
+        return;
+    }
+    const int count = int(result.script.steps.size());
+    if (count > 0)
+        m_undoStack.push(new InsertStepsCommand(*this, row, std::move(result.script.steps),
+                                                tr("Paste %n step(s)", nullptr, count)));
+}
+
+void ScriptDocument::duplicateSteps(const QList<int> &rows, int target)
+{
+    if (rows.isEmpty())
+        return;
+    std::vector<StepHost::ScriptStep> steps;
+    const QList<int> ordered = sorted(rows);
+    for (const int row : ordered)
+        steps.push_back(copyStep(row));
+    m_undoStack.push(new InsertStepsCommand(*this, target, std::move(steps),
+                                            tr("Duplicate %n step(s)", nullptr, rows.size())));
+}
+
+void ScriptDocument::removeSteps(const QList<int> &rows)
+{
+    if (!rows.isEmpty())
+        m_undoStack.push(
+            new RemoveStepsCommand(*this, sorted(rows), tr("Delete %n step(s)", nullptr, rows.size())));
+}
+
+void ScriptDocument::moveSteps(const QList<int> &rows, int target)
+{
+    auto command = std::make_unique<MoveStepsCommand>(*this, sorted(rows), target,
+                                                      tr("Move %n step(s)", nullptr, rows.size()));
+    if (!command->isEmpty())
+        m_undoStack.push(command.release());
+}
+
+void ScriptDocument::setEnabled(const QList<int> &rows, bool enabled)
+{
+    QList<int> changed;
+    for (const int row : rows) {
+        if (m_model->isEnabled(row) != enabled)
+            changed.append(row);
+    }
+    if (changed.isEmpty())
+        return;
+    const QString text = enabled ? tr("Enable %n step(s)", nullptr, changed.size())
+                                 : tr("Disable %n step(s)", nullptr, changed.size());
+    m_undoStack.push(new EnableStepsCommand(*this, changed, enabled, text));
+}
+
+void ScriptDocument::setSetting(int row, const QString &property, const QVariant &value)
+{
+    const QVariant present = m_model->step(row).property(property.toUtf8().constData());
+    if (present == value && present.userType() == value.userType())
+        return;
+    m_undoStack.push(new ChangeSettingCommand(*this, row, property, value,
+                                              tr("Change “%1”").arg(m_model->step(row).typeName())));
+}
+
+void ScriptDocument::setVariables(const VariableScope &variables, const QString &action)
+{
+    m_undoStack.push(new ChangeVariablesCommand(*this, variables, action));
+}
+
+void ScriptDocument::showVariables(const VariableScope &variables)
+{
+    m_variables = variables;
+    emit variablesChanged();
+}
+
+QString ScriptDocument::fileName() const
+{
+    return m_fileName;
+}
+
+void ScriptDocument::clear()
+{
+    replace(StepHost::Script(), QString());
+}
+
+QString ScriptDocument::open(const QString &fileName)
+{
+    StepHost::ScriptResult result = StepHost::readScriptFile(fileName, m_catalogue);
+    if (result)
+        replace(std::move(result.script), QFileInfo(fileName).absoluteFilePath());
+    return result.error;
+}
+
+QString ScriptDocument::save(const QString &fileName)
+{
+    // A file of another suffix is read by its content all the same.
+    const StepHost::ScriptForm form = StepHost::scriptFormOf(fileName).value_or(StepHost::ScriptForm::Json);
+    const StepHost::WriteResult written = StepHost::writeScript(copy(), form, m_catalogue);
+    const QString error = written ? replaceFile(fileName, written.bytes) : written.error;
+    if (!error.isEmpty())
+        return error;
+    m_fileName = QFileInfo(fileName).absoluteFilePath();
+    m_undoStack.setClean();
+    emit fileNameChanged();
+    return QString();
+}
+
+void ScriptDocument::replace(StepHost::Script script, const QString &fileName)
+{
+    m_undoStack.clear();
+    VariableScope variables;
+    StepHost::declareVariables(script, variables);
+    m_model->setSteps(std::move(script.steps));
+    m_fileName = fileName;
+    showVariables(variables);
+    emit replaced();
+    emit fileNameChanged();
+}
+} // namespace Workbench

@@ -1,0 +1,102 @@
+#pragma once
+
+#include "host/scripts/ScriptFile.h"
+#include "hostapi/VariableScope.h"
+
+#include <QObject>
+#include <QUndoStack>
+
+namespace StepHost
+{
+class StepCatalogue;
+}
+
+namespace Workbench
+{
+class ScriptModel;
+
+/// The script that is being edited: its steps, the variables that it starts with, its file and its undo
+/// stack. Every change by one of the editing members is one step of undo.
+class ScriptDocument : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// An empty script. Its steps are made by \a catalogue, which has to outlive the document.
+    explicit ScriptDocument(const StepHost::StepCatalogue &catalogue, QObject *parent = nullptr);
+    ~ScriptDocument() override;
+
+    ScriptModel &model() const;
+    QUndoStack &undoStack();
+    const VariableScope &variables() const;
+
+    /// A copy of the step in \a row.
+    StepHost::ScriptStep copyStep(int row) const;
+
+    /// A copy of the script, its steps cloned.
+    StepHost::Script copy() const;
+
+    /// The steps of \a rows as a script in the form \a form, which insertScript() takes; empty when that form
+    /// would lose something of them.
+    QByteArray stepsAs(StepHost::ScriptForm form, const QList<int> &rows) const;
+
+    /// Places a new step of type \a typeId in front of \a row. Does nothing for a type that there is not.
+    void placeStep(const QString &typeId, int row);
+
+    /// Places the steps of \a script, in either form, in front of \a row. If it cannot be read, emits refused().
+    void insertScript(const QByteArray &script, int row);
+
+    /// Puts copies of the steps of \a rows in front of the row \a target.
+    void duplicateSteps(const QList<int> &rows, int target);
+
+    void removeSteps(const QList<int> &rows);
+
+    /// Moves the steps of \a rows in front of the row \a target.
+    void moveSteps(const QList<int> &rows, int target);
+
+    void setEnabled(const QList<int> &rows, bool enabled);
+    void setSetting(int row, const QString &property, const QVariant &value);
+
+    /// Changes the variables that the script starts with; \a action names what was done.
+    void setVariables(const VariableScope &variables, const QString &action);
+
+    /// The absolute path of the script's file; empty for a script that has none yet.
+    QString fileName() const;
+
+    /// Begins a new, empty script without undo.
+    void clear();
+
+    /// Opens the file \a fileName, in either form, instead of the present script.
+    /// \return an empty text, or why it cannot be read; the present script is left alone then.
+    QString open(const QString &fileName);
+
+    /// Saves the script as \a fileName, in binary form when the suffix is that of the binary form, else in JSON.
+    /// A file of that name is replaced whole or not at all.
+    /// \return an empty text, or why it cannot be written.
+    QString save(const QString &fileName);
+
+signals:
+    /// The file, or another script, has taken the place of the present one.
+    void fileNameChanged();
+    /// The script is another one now.
+    void replaced();
+    void variablesChanged();
+    /// The \a count steps from \a row on were changed or placed.
+    void touched(int row, int count);
+    /// An edit was not carried out, for \a reason.
+    void refused(const QString &reason);
+
+private:
+    friend class ChangeVariablesCommand;
+
+    void showVariables(const VariableScope &variables);
+    void replace(StepHost::Script script, const QString &fileName);
+
+    const StepHost::StepCatalogue &m_catalogue;
+    ScriptModel *m_model;
+    VariableScope m_variables;
+    QString m_fileName;
+    // Declared last: its commands hold steps and refer to the document.
+    QUndoStack m_undoStack;
+};
+} // namespace Workbench

@@ -1,0 +1,106 @@
+#pragma once
+
+#include "host/running/ScriptRunner.h"
+#include "host/scripts/Script.h"
+
+#include <QAbstractListModel>
+#include <QHash>
+#include <QIcon>
+#include <QUuid>
+
+namespace Workbench
+{
+/// The steps of a script, one a row, and what became of each in the last run.
+///
+/// The members that change a step carry the change out at once and know no undo; they are for the commands
+/// on the undo stack. What a user does to a row in a view is sent out as a request instead.
+class ScriptModel : public QAbstractListModel
+{
+    Q_OBJECT
+
+public:
+    enum Role {
+        NumberRole = Qt::UserRole, ///< `int`: the step's number, from 1.
+        OutcomeRole, ///< `int`: StepHost::StepOutcome
+        WarningsRole, ///< `QStringList`: what the step had to say, also why it failed.
+        RunningRole, ///< `bool`: it is this step's turn in a run that goes on.
+    };
+
+    explicit ScriptModel(QObject *parent = nullptr);
+    ~ScriptModel() override;
+
+    /// The step in \a row, which has to exist. It belongs to the model.
+    const Operation &step(int row) const;
+
+    /// Whether the step in \a row is run.
+    bool isEnabled(int row) const;
+
+    /// Shows \a steps instead of the present ones.
+    void setSteps(std::vector<StepHost::ScriptStep> steps);
+
+    void insertStep(int row, StepHost::ScriptStep step);
+    StepHost::ScriptStep takeStep(int row);
+
+    /// Moves the step in row \a from so that it stands in row \a to.
+    void moveStep(int from, int to);
+
+    void setEnabled(int row, bool enabled);
+
+    /// Gives the property \a property of the step in \a row the value \a value.
+    void setSetting(int row, const QString &property, const QVariant &value);
+
+    /// Notes what became of the step in \a row.
+    void setResult(int row, const StepHost::StepResult &result);
+
+    /// Forgets what became of all steps.
+    void clearResults();
+
+    /// Marks the step in \a row as the one that is running; -1 marks none.
+    void setRunningRow(int row);
+
+    /// The row of the step \a step; -1 when the script does not have it.
+    int rowOf(const Operation *step) const;
+
+    int rowCount(const QModelIndex &parent = QModelIndex()) const override;
+    Qt::ItemFlags flags(const QModelIndex &index) const override;
+    QVariant data(const QModelIndex &index, int role) const override;
+    bool setData(const QModelIndex &index, const QVariant &value, int role) override;
+    Qt::DropActions supportedDropActions() const override;
+    QStringList mimeTypes() const override;
+    QMimeData *mimeData(const QModelIndexList &indexes) const override;
+    bool canDropMimeData(const QMimeData *data, Qt::DropAction action, int row, int column,
+                         const QModelIndex &parent) const override;
+    bool dropMimeData(const QMimeData *data, Qt::DropAction action, int row, int column,
+                      const QModelIndex &parent) override;
+
+signals:
+    /// The user wants the step in \a row to be run, or not.
+    void enableRequested(int row, bool enabled);
+    /// The user dropped a step of type \a typeId in front of \a row.
+    void placeRequested(const QString &typeId, int row);
+    /// The user dropped the steps of \a rows in front of \a row.
+    void moveRequested(const QList<int> &rows, int row);
+    /// The user dropped copies of the steps of \a rows in front of \a row.
+    void duplicateRequested(const QList<int> &rows, int row);
+    /// The user dropped the steps of \a script, in either form, in front of \a row.
+    void insertRequested(const QByteArray &script, int row);
+
+private:
+    struct Row
+    {
+        StepHost::ScriptStep step;
+        StepHost::StepResult result;
+    };
+
+    bool isStep(const QModelIndex &index) const;
+    Row &at(int row);
+    const Row &at(int row) const;
+    QIcon icon(const QString &path) const;
+    void rowChanged(int row);
+
+    std::vector<Row> m_rows;
+    int m_runningRow = -1;
+    mutable QHash<QString, QIcon> m_icons; ///< By path, so that a drawing is rendered once.
+    QUuid m_id; ///< Tells rows dragged within this script from those of another.
+};
+} // namespace Workbench

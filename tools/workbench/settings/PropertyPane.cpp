@@ -1,0 +1,168 @@
+#include "PropertyPane.h"
+
+#include "PropertyEditor.h"
+#include "hostapi/Operation.h"
+#include "tools/workbench/look/ThemedIcon.h"
+#include "tools/workbench/look/ToolTipText.h"
+
+#include <QFocusEvent>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QVBoxLayout>
+
+namespace Workbench
+{
+namespace
+{
+constexpr int headerIconSize = 32;
+
+QLabel *newTextLabel(const QString &text)
+{
+    auto *label = new QLabel(text);
+    label->setTextFormat(Qt::PlainText);
+    label->setWordWrap(true);
+    return label;
+}
+} // namespace
+
+PropertyPane::PropertyPane(QWidget *parent) : QScrollArea(parent)
+{
+    setWidgetResizable(true);
+    setFrameShape(QFrame::NoFrame);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    build();
+}
+
+void PropertyPane::setStep(const Operation *step)
+{
+    if (step == m_step)
+        return;
+    m_step = step;
+    build();
+}
+
+void PropertyPane::build()
+{
+    m_rows.clear();
+    m_description = nullptr;
+    auto *content = new QWidget;
+    auto *layout = new QVBoxLayout(content);
+    if (m_step) {
+        addHeader(layout);
+        const StepHost::EditorSchema schema = StepHost::readEditorSchema(*m_step->metaObject());
+        for (const StepHost::SettingSchema &setting : schema.settings)
+            addRow(setting, layout);
+    } else {
+        QLabel *label = newTextLabel(tr("Select a step to see its settings."));
+        label->setAlignment(Qt::AlignCenter);
+        label->setEnabled(false);
+        layout->addWidget(label);
+    }
+    layout->addStretch();
+    setWidget(content);
+    // New widgets stand at the end of the window's tab order; these belong behind the pane.
+    QWidget *previous = this;
+    for (const Row &row : qAsConst(m_rows)) {
+        setTabOrder(previous, row.editor);
+        previous = row.editor;
+    }
+    updateRows();
+}
+
+void PropertyPane::addHeader(QVBoxLayout *layout)
+{
+    auto *icon = new QLabel;
+    icon->setPixmap(stepIcon(m_step->icon()).pixmap(headerIconSize, headerIconSize));
+    QLabel *name = newTextLabel(m_step->typeName());
+    QFont font = name->font();
+    font.setBold(true);
+    name->setFont(font);
+    auto *line = new QHBoxLayout;
+    line->addWidget(icon);
+    line->addWidget(name, 1);
+    layout->addLayout(line);
+
+    m_description = newTextLabel(QString());
+    m_description->setObjectName(QStringLiteral("description"));
+    m_description->setMinimumWidth(1);
+    layout->addWidget(m_description);
+    layout->addSpacing(8);
+}
+
+void PropertyPane::addRow(const StepHost::SettingSchema &setting, QVBoxLayout *layout)
+{
+    Row row;
+    row.setting = setting;
+    row.widget = new QWidget;
+    row.editor =
+        createPropertyEditor(setting, m_step->property(setting.property.toUtf8().constData()), row.widget);
+    row.editor->setVariables(m_variables);
+    row.hint = newTextLabel(QString());
+    row.hint->setForegroundRole(QPalette::PlaceholderText);
+    row.hint->setMinimumWidth(1);
+    const QString labelText = setting.label.isEmpty() ? setting.property : setting.label;
+    auto *label = newTextLabel(labelText);
+    label->setToolTip(setting.property);
+    label->setBuddy(row.editor);
+    row.editor->focusProxy()->setAccessibleName(labelText);
+
+    auto *rowLayout = new QVBoxLayout(row.widget);
+    rowLayout->setContentsMargins(0, 0, 0, 6);
+    rowLayout->setSpacing(3);
+    rowLayout->addWidget(label);
+    rowLayout->addWidget(row.editor);
+    rowLayout->addWidget(row.hint);
+    layout->addWidget(row.widget);
+
+    connect(row.editor, &PropertyEditor::edited, this, [this, editor = row.editor, name = setting.property] {
+        const QVariant value = editor->value();
+        if (value.isValid())
+            emit settingEdited(name, value);
+        updateRows();
+    });
+    m_rows.append(row);
+}
+
+void PropertyPane::refresh()
+{
+    for (const Row &row : qAsConst(m_rows))
+        row.editor->setValue(m_step->property(row.setting.property.toUtf8().constData()));
+    updateRows();
+}
+
+void PropertyPane::setVariables(const VariableScope &variables)
+{
+    m_variables = variables;
+    for (const Row &row : qAsConst(m_rows))
+        row.editor->setVariables(variables);
+    updateRows();
+}
+
+void PropertyPane::updateRows()
+{
+    if (m_description)
+        m_description->setText(shortened(m_step->description()));
+    for (const Row &row : qAsConst(m_rows)) {
+        row.widget->setVisible(StepHost::isVisible(row.setting, *m_step));
+        const QString hint = row.editor->hint();
+        row.hint->setText(hint);
+        row.hint->setVisible(!hint.isEmpty());
+    }
+}
+
+void PropertyPane::focusInEvent(QFocusEvent *event)
+{
+    QScrollArea::focusInEvent(event);
+    if (event->reason() == Qt::ShortcutFocusReason && !m_rows.isEmpty())
+        m_rows.first().editor->setFocus(event->reason());
+}
+
+PropertyEditor *PropertyPane::editor(const QString &property) const
+{
+    for (const Row &row : m_rows) {
+        if (row.setting.property == property)
+            return row.editor;
+    }
+    return nullptr;
+}
+} // namespace Workbench

@@ -1,0 +1,275 @@
+#include "ValueDialog.h"
+
+#include "ListValueModel.h"
+#include "ModelRows.h"
+#include "TableValueModel.h"
+#include "ValueFile.h"
+#include "tools/workbench/look/ChoiceDelegate.h"
+#include "tools/workbench/look/Colors.h"
+#include "tools/workbench/look/ThemedIcon.h"
+
+#include <QAction>
+#include <QDialogButtonBox>
+#include <QFileDialog>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QMenu>
+#include <QPushButton>
+#include <QTableView>
+#include <QToolBar>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace Workbench
+{
+namespace
+{
+QVector<ChoiceDelegate::Choice> kindChoices()
+{
+    QVector<ChoiceDelegate::Choice> choices;
+    const QVector<ItemKind> kinds = ItemValue::editableKinds();
+    for (const ItemKind kind : kinds)
+        choices.append({int(kind), ItemValue::kindName(kind)});
+    return choices;
+}
+} // namespace
+
+ValueDialog::ValueDialog(const QString &name, VarType type, const QVariantList &value, QWidget *parent)
+    : QDialog(parent), m_type(type), m_view(new QTableView), m_count(new QLabel), m_message(new QLabel)
+{
+    setWindowTitle(type == VarType::Table ? tr("Table “%1”").arg(name) : tr("List “%1”").arg(name));
+    if (type == VarType::Table) {
+        m_table = new TableValueModel(this);
+        m_model = m_table;
+        connect(m_table, &TableValueModel::refused, this, &ValueDialog::showMessage);
+    } else {
+        m_list = new ListValueModel(this);
+        m_model = m_list;
+        connect(m_list, &ListValueModel::refused, this, &ValueDialog::showMessage);
+    }
+    setValue(value);
+
+    m_view->setObjectName(QStringLiteral("values"));
+    m_view->setModel(m_model);
+    m_view->setWordWrap(false);
+    m_view->setAlternatingRowColors(true);
+    m_view->verticalHeader()->setDefaultSectionSize(m_view->fontMetrics().height() + 8);
+    m_view->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    m_view->setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed
+                            | QAbstractItemView::AnyKeyPressed);
+    if (m_list) {
+        m_view->setItemDelegateForColumn(ListValueModel::TypeColumn, new ChoiceDelegate(kindChoices(), this));
+        m_view->setSelectionBehavior(QAbstractItemView::SelectRows);
+        m_view->horizontalHeader()->setSectionResizeMode(ListValueModel::ValueColumn, QHeaderView::Stretch);
+        m_view->horizontalHeader()->setSortIndicatorShown(false);
+        m_view->horizontalHeader()->setSectionsClickable(false);
+    }
+
+    auto *buttons = new QDialogButtonBox;
+    buttons->addButton(tr("OK"), QDialogButtonBox::AcceptRole)->setDefault(false);
+    buttons->addButton(tr("Cancel"), QDialogButtonBox::RejectRole);
+    const QList<QAbstractButton *> allButtons = buttons->buttons();
+    for (QAbstractButton *button : allButtons)
+        static_cast<QPushButton *>(button)->setAutoDefault(false);
+    connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+
+    m_message->setObjectName(QStringLiteral("message"));
+    m_message->setTextFormat(Qt::PlainText);
+    m_message->setWordWrap(true);
+    m_message->hide();
+    QPalette messagePalette = m_message->palette();
+    messagePalette.setColor(QPalette::WindowText, Colors::warning(messagePalette));
+    m_message->setPalette(messagePalette);
+
+    auto *bottom = new QHBoxLayout;
+    bottom->addWidget(m_count);
+    bottom->addStretch();
+    bottom->addWidget(buttons);
+    auto *layout = new QVBoxLayout(this);
+    layout->setMenuBar(nullptr);
+    layout->addWidget(createToolBar());
+    layout->addWidget(m_view, 1);
+    layout->addWidget(m_message);
+    layout->addLayout(bottom);
+    m_view->setFocus();
+    resize(760, 540);
+
+    connect(m_model, &QAbstractItemModel::modelReset, this, &ValueDialog::showCount);
+    connect(m_model, &QAbstractItemModel::rowsInserted, this, &ValueDialog::showCount);
+    connect(m_model, &QAbstractItemModel::rowsRemoved, this, &ValueDialog::showCount);
+    showCount();
+}
+
+QToolBar *ValueDialog::createToolBar()
+{
+    auto *bar = new QToolBar;
+    bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    bar->setIconSize(QSize(16, 16));
+    const auto add = [this, bar](const QString &text, const QString &icon, const QKeySequence &key,
+                                 auto slot) {
+        QAction *action = bar->addAction(themedIcon(icon), text, this, slot);
+        action->setShortcut(key);
+        action->setToolTip(QStringLiteral("%1 (%2)").arg(text, key.toString(QKeySequence::NativeText)));
+        return action;
+    };
+    add(m_table ? tr("Add row") : tr("Add"), QStringLiteral("add"), Qt::CTRL | Qt::Key_Return,
+        &ValueDialog::insertItem);
+    add(m_table ? tr("Remove rows") : tr("Remove"), QStringLiteral("delete"), Qt::CTRL | Qt::Key_Delete,
+        &ValueDialog::removeItems);
+    if (m_table) {
+        add(tr("Add column"), QStringLiteral("add"), Qt::CTRL | Qt::Key_Right, &ValueDialog::insertColumn);
+        add(tr("Remove columns"), QStringLiteral("delete"), Qt::CTRL | Qt::Key_Backspace,
+            &ValueDialog::removeColumns);
+    } else {
+        add(tr("Up"), QStringLiteral("up"), Qt::ALT | Qt::Key_Up, [this] { moveItems(-1); });
+        add(tr("Down"), QStringLiteral("down"), Qt::ALT | Qt::Key_Down, [this] { moveItems(1); });
+        add(tr("Sort"), QStringLiteral("sort"), Qt::CTRL | Qt::Key_T,
+            [this] { m_list->sort(ListValueModel::ValueColumn, Qt::AscendingOrder); });
+    }
+    addTypeMenu(bar);
+    bar->addSeparator();
+    add(tr("Import…"), QStringLiteral("open"), Qt::CTRL | Qt::Key_O, &ValueDialog::chooseImport);
+    add(tr("Export…"), QStringLiteral("save"), Qt::CTRL | Qt::Key_S, &ValueDialog::chooseExport);
+    return bar;
+}
+
+void ValueDialog::addTypeMenu(QToolBar *bar)
+{
+    auto *button = new QToolButton;
+    button->setText(tr("Type"));
+    button->setToolTip(tr("Convert what is selected to another type"));
+    button->setPopupMode(QToolButton::InstantPopup);
+    auto *menu = new QMenu(button);
+    const QVector<ItemKind> kinds = ItemValue::editableKinds();
+    for (const ItemKind kind : kinds)
+        menu->addAction(ItemValue::kindName(kind), this, [this, kind] { convertSelected(kind); });
+    button->setMenu(menu);
+    bar->addWidget(button);
+}
+
+QVariantList ValueDialog::value() const
+{
+    return m_list ? m_list->items() : m_table->rows();
+}
+
+void ValueDialog::setValue(const QVariantList &value)
+{
+    if (m_list)
+        m_list->setItems(value);
+    else
+        m_table->setRows(value);
+}
+
+QList<int> ValueDialog::selectedRows() const
+{
+    QList<int> rows;
+    for (const QItemSelectionRange &range : m_view->selectionModel()->selection()) {
+        for (int row = range.top(); row <= range.bottom(); ++row)
+            rows.append(row);
+    }
+    std::sort(rows.begin(), rows.end());
+    rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
+    return rows;
+}
+
+void ValueDialog::insertItem()
+{
+    const int row = m_view->currentIndex().isValid() ? m_view->currentIndex().row() + 1 : m_model->rowCount();
+    if (m_table && m_model->columnCount() == 0)
+        m_model->insertColumn(0);
+    else
+        m_model->insertRow(row);
+    m_view->setCurrentIndex(m_model->index(qMin(row, m_model->rowCount() - 1), 0));
+    m_view->edit(m_view->currentIndex());
+}
+
+void ValueDialog::removeItems()
+{
+    removeModelRows(*m_model, selectedRows());
+}
+
+void ValueDialog::insertColumn()
+{
+    const QModelIndex current = m_view->currentIndex();
+    m_model->insertColumn(current.isValid() ? current.column() + 1 : m_model->columnCount());
+}
+
+void ValueDialog::removeColumns()
+{
+    QList<int> columns;
+    const QModelIndexList selected = m_view->selectionModel()->selectedIndexes();
+    for (const QModelIndex &index : selected)
+        columns.append(index.column());
+    std::sort(columns.begin(), columns.end());
+    columns.erase(std::unique(columns.begin(), columns.end()), columns.end());
+    for (auto column = columns.crbegin(); column != columns.crend(); ++column)
+        m_model->removeColumn(*column);
+}
+
+void ValueDialog::moveItems(int distance)
+{
+    const QList<int> rows = selectedRows();
+    if (rows.isEmpty())
+        return;
+    const int first = rows.first();
+    const int count = rows.last() - first + 1;
+    m_list->moveRows(QModelIndex(), first, count, QModelIndex(),
+                     distance < 0 ? first - 1 : first + count + 1);
+}
+
+void ValueDialog::convertSelected(ItemKind kind)
+{
+    if (m_list)
+        m_list->convertRows(selectedRows(), kind);
+    else
+        m_table->convertCells(m_view->selectionModel()->selectedIndexes(), kind);
+}
+
+void ValueDialog::chooseImport()
+{
+    const QString fileName = QFileDialog::getOpenFileName(
+        this, tr("Import"), QString(), tr("Text and CSV files (*.txt *.csv);;All files (*)"));
+    if (!fileName.isEmpty())
+        importFile(fileName);
+}
+
+void ValueDialog::importFile(const QString &fileName)
+{
+    QVariantList value;
+    const QString error =
+        m_list ? ValueFile::readList(fileName, value) : ValueFile::readTable(fileName, value);
+    showMessage(error);
+    if (error.isEmpty())
+        setValue(value);
+}
+
+void ValueDialog::chooseExport()
+{
+    const QString filter = m_list ? tr("Text files (*.txt);;CSV files (*.csv)") : tr("CSV files (*.csv)");
+    const QString fileName = QFileDialog::getSaveFileName(this, tr("Export"), QString(), filter);
+    if (!fileName.isEmpty())
+        exportFile(fileName);
+}
+
+void ValueDialog::exportFile(const QString &fileName)
+{
+    showMessage(m_list ? ValueFile::writeList(fileName, m_list->items())
+                       : ValueFile::writeTable(fileName, m_table->rows()));
+}
+
+void ValueDialog::showMessage(const QString &message)
+{
+    m_message->setText(message);
+    m_message->setVisible(!message.isEmpty());
+}
+
+void ValueDialog::showCount()
+{
+    m_count->setText(m_table ? tr("%n row(s)", nullptr, m_model->rowCount())
+                             : tr("%n item(s)", nullptr, m_model->rowCount()));
+}
+} // namespace Workbench

@@ -1,0 +1,149 @@
+#include "VariableEdits.h"
+
+#include "tools/workbench/values/ItemValue.h"
+
+#include <algorithm>
+
+namespace Workbench
+{
+namespace
+{
+/// The value of \a name in \a scope under another name or type, in a scope that is being built anew.
+void putVariable(VariableScope &scope, const QString &name, VarType type, const QVariant &value)
+{
+    // A leading "$" is a mark only once, so it is written out before a name that begins with one.
+    const QString address = QLatin1Char('$') + name;
+    if (type != VarType::Undeclared)
+        scope.declare(address, type);
+    scope.set(address, value);
+}
+
+QString bareName(const QString &name)
+{
+    const QString trimmed = name.trimmed();
+    return trimmed.startsWith(QLatin1Char('$')) ? trimmed.mid(1) : trimmed;
+}
+
+bool isTable(const QVariantList &list)
+{
+    return std::all_of(list.cbegin(), list.cend(),
+                       [](const QVariant &row) { return ItemValue::kind(row) == ItemKind::List; });
+}
+
+ItemKind itemKind(VarType type)
+{
+    switch (type) {
+    case VarType::Int:
+        return ItemKind::Int;
+    case VarType::Double:
+        return ItemKind::Double;
+    case VarType::String:
+        return ItemKind::Text;
+    case VarType::Bool:
+        return ItemKind::Bool;
+    default:
+        return ItemKind::Other;
+    }
+}
+} // namespace
+
+QVector<VarType> VariableEdits::types()
+{
+    return {VarType::Int, VarType::Double, VarType::String, VarType::Bool, VarType::List, VarType::Table};
+}
+
+QString VariableEdits::typeName(VarType type)
+{
+    switch (type) {
+    case VarType::Int:
+        return tr("Integer");
+    case VarType::Double:
+        return tr("Decimal");
+    case VarType::String:
+        return tr("Text");
+    case VarType::Bool:
+        return tr("Yes/no");
+    case VarType::List:
+        return tr("List");
+    case VarType::Table:
+        return tr("Table");
+    case VarType::Undeclared:
+        break;
+    }
+    return tr("Undeclared");
+}
+
+QString VariableEdits::freeName(const VariableScope &scope)
+{
+    QString name;
+    int number = 1;
+    do {
+        name = tr("variable%1").arg(number++);
+    } while (scope.contains(name));
+    return name;
+}
+
+bool VariableEdits::checkNewName(const VariableScope &scope, const QString &name, QString &error)
+{
+    if (name.isEmpty()) {
+        error = tr("A variable needs a name.");
+        return false;
+    }
+    if (scope.contains(QLatin1Char('$') + name)) {
+        error = tr("There is a variable “%1” already.").arg(name);
+        return false;
+    }
+    return true;
+}
+
+bool VariableEdits::add(VariableScope &scope, const QString &name, VarType type, QString &error)
+{
+    const QString bare = bareName(name);
+    if (!checkNewName(scope, bare, error))
+        return false;
+    return scope.declare(QLatin1Char('$') + bare, type);
+}
+
+bool VariableEdits::rename(VariableScope &scope, const QString &from, const QString &to, QString &error)
+{
+    const QString bare = bareName(to);
+    if (bare == from)
+        return true;
+    if (!checkNewName(scope, bare, error))
+        return false;
+    VariableScope renamed;
+    const QStringList names = scope.names();
+    for (const QString &name : names) {
+        const QString address = QLatin1Char('$') + name;
+        putVariable(renamed, name == from ? bare : name, scope.typeOf(address), scope.get(address));
+    }
+    scope = renamed;
+    return true;
+}
+
+void VariableEdits::retype(VariableScope &scope, const QString &name, VarType type)
+{
+    const QString address = QLatin1Char('$') + name;
+    const QVariant old = scope.get(address);
+    scope.declare(address, type);
+    QVariant value;
+    QString error;
+    if (type == VarType::List || type == VarType::Table) {
+        if (ItemValue::kind(old) == ItemKind::List && (type == VarType::List || isTable(old.toList())))
+            scope.set(address, old);
+    } else if (ItemValue::kind(old) != ItemKind::List
+               && ItemValue::convert(old, itemKind(type), value, error)) {
+        scope.set(address, value);
+    }
+}
+
+bool VariableEdits::setText(VariableScope &scope, const QString &name, const QString &text, QString &error)
+{
+    const QString address = QLatin1Char('$') + name;
+    QVariant value;
+    if (!ItemValue::parse(text, itemKind(scope.typeOf(address)), value, error))
+        return false;
+    scope.set(address, value);
+    return true;
+}
+} // namespace Workbench

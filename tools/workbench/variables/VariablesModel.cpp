@@ -1,0 +1,262 @@
+#include "VariablesModel.h"
+
+#include "VariableEdits.h"
+#include "tools/workbench/look/ToolTipText.h"
+#include "tools/workbench/values/ItemValue.h"
+
+#include <QFont>
+
+namespace Workbench
+{
+namespace
+{
+// A leading "$" is a mark only once, so it is written out before a name that begins with one.
+QString address(const QString &name)
+{
+    return QLatin1Char('$') + name;
+}
+
+QString valueSummary(VarType type, const QVariant &value)
+{
+    const QString summary = ItemValue::summary(value);
+    if (ItemValue::kind(value) != ItemKind::List)
+        return summary;
+    const int size = value.toList().size();
+    return type == VarType::Table ? VariablesModel::tr("%n row(s): %1", nullptr, size).arg(summary)
+                                  : VariablesModel::tr("%n item(s): %1", nullptr, size).arg(summary);
+}
+} // namespace
+
+VariablesModel::VariablesModel(QObject *parent) : QAbstractTableModel(parent) { }
+
+const VariableScope &VariablesModel::variables() const
+{
+    return m_variables;
+}
+
+void VariablesModel::setVariables(const VariableScope &variables)
+{
+    m_variables = variables;
+    updateNames();
+}
+
+void VariablesModel::setResult(const VariableScope &before, const VariableScope &after)
+{
+    m_before = before;
+    m_after = after;
+    m_changed.clear();
+    const QStringList resultNames = after.names();
+    for (const QString &name : resultNames) {
+        if (!ItemValue::same(before.get(address(name)), after.get(address(name))))
+            m_changed.insert(name);
+    }
+    updateNames();
+}
+
+void VariablesModel::clearResult()
+{
+    setResult(VariableScope(), VariableScope());
+}
+
+void VariablesModel::updateNames()
+{
+    QStringList names = m_variables.names();
+    const QStringList resultNames = m_after.names();
+    for (const QString &name : resultNames) {
+        if (!m_variables.contains(address(name)))
+            names.append(name);
+    }
+    // What both lists begin and end with stays; only the rows between are taken out and put in.
+    int head = 0;
+    while (head < names.size() && head < m_names.size() && names.at(head) == m_names.at(head))
+        ++head;
+    int tail = 0;
+    while (tail < names.size() - head && tail < m_names.size() - head
+           && names.at(names.size() - 1 - tail) == m_names.at(m_names.size() - 1 - tail))
+        ++tail;
+    const int oldCount = m_names.size() - head - tail;
+    const int newCount = names.size() - head - tail;
+    if (oldCount == newCount) {
+        // The same number of other names: these variables were renamed.
+        m_names = names;
+    } else {
+        if (oldCount > 0) {
+            beginRemoveRows(QModelIndex(), head, head + oldCount - 1);
+            m_names.erase(m_names.begin() + head, m_names.begin() + head + oldCount);
+            endRemoveRows();
+        }
+        if (newCount > 0) {
+            beginInsertRows(QModelIndex(), head, head + newCount - 1);
+            m_names = names;
+            endInsertRows();
+        }
+    }
+    if (!m_names.isEmpty())
+        emit dataChanged(index(0, 0), index(m_names.size() - 1, ColumnCount - 1));
+}
+
+QString VariablesModel::name(int row) const
+{
+    return m_names.value(row);
+}
+
+int VariablesModel::rowOf(const QString &name) const
+{
+    return m_names.indexOf(name);
+}
+
+bool VariablesModel::isOfScript(int row) const
+{
+    return m_variables.contains(address(m_names.value(row)));
+}
+
+VarType VariablesModel::type(int row) const
+{
+    const VariableScope &scope = isOfScript(row) ? m_variables : m_after;
+    return scope.typeOf(address(m_names.at(row)));
+}
+
+int VariablesModel::rowCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : m_names.size();
+}
+
+int VariablesModel::columnCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : int(ColumnCount);
+}
+
+bool VariablesModel::isVariable(const QModelIndex &index) const
+{
+    return index.isValid() && checkIndex(index, CheckIndexOption::ParentIsInvalid);
+}
+
+Qt::ItemFlags VariablesModel::flags(const QModelIndex &index) const
+{
+    if (!isVariable(index))
+        return Qt::NoItemFlags;
+    Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemNeverHasChildren;
+    // The value of a list or table is more than a cell can hold.
+    const VarType variableType = type(index.row());
+    const bool isCell =
+        index.column() != ValueColumn || (variableType != VarType::List && variableType != VarType::Table);
+    if (isOfScript(index.row()) && index.column() != ResultColumn && isCell)
+        flags |= Qt::ItemIsEditable;
+    return flags;
+}
+
+QVariant VariablesModel::display(int row, int column) const
+{
+    const QString reference = address(m_names.at(row));
+    switch (column) {
+    case NameColumn:
+        return m_names.at(row);
+    case TypeColumn:
+        return VariableEdits::typeName(type(row));
+    case ValueColumn:
+        return valueSummary(type(row), m_variables.get(reference));
+    case ResultColumn:
+        return valueSummary(type(row), m_after.get(reference));
+    default:
+        return QVariant();
+    }
+}
+
+QString VariablesModel::resultToolTip(int row) const
+{
+    const QString reference = address(m_names.at(row));
+    if (!m_after.contains(reference))
+        return QString();
+    if (!m_changed.contains(m_names.at(row)))
+        return tr("Not changed by the last run");
+    return tr("Before the last run: %1\nAfter the last run: %2")
+        .arg(valueSummary(m_before.typeOf(reference), m_before.get(reference)),
+             valueSummary(m_after.typeOf(reference), m_after.get(reference)));
+}
+
+QVariant VariablesModel::data(const QModelIndex &index, int role) const
+{
+    if (!isVariable(index))
+        return QVariant();
+    const int row = index.row();
+    const bool changed = m_changed.contains(m_names.at(row));
+    switch (role) {
+    case Qt::DisplayRole:
+        return display(row, index.column());
+    case Qt::EditRole:
+        if (index.column() == TypeColumn)
+            return int(type(row));
+        if (index.column() == ValueColumn)
+            return ItemValue::editText(m_variables.get(address(m_names.at(row))));
+        return display(row, index.column());
+    case Qt::FontRole:
+        if (changed && index.column() == ResultColumn) {
+            QFont font;
+            font.setBold(true);
+            return font;
+        }
+        return QVariant();
+    case Qt::ToolTipRole:
+        return index.column() == ResultColumn ? QVariant(toolTipText(resultToolTip(row))) : QVariant();
+    case ChangedRole:
+        return changed;
+    default:
+        return QVariant();
+    }
+}
+
+bool VariablesModel::setData(const QModelIndex &index, const QVariant &value, int role)
+{
+    if (role != Qt::EditRole || !isVariable(index) || !flags(index).testFlag(Qt::ItemIsEditable))
+        return false;
+    const QString name = m_names.at(index.row());
+    VariableScope changed = m_variables;
+    QString error;
+    bool accepted = true;
+    QString action;
+    switch (index.column()) {
+    case NameColumn:
+        if (value.toString() == name)
+            return true;
+        accepted = VariableEdits::rename(changed, name, value.toString(), error);
+        action = tr("Rename variable");
+        break;
+    case TypeColumn:
+        if (VarType(value.toInt()) == type(index.row()))
+            return true;
+        VariableEdits::retype(changed, name, VarType(value.toInt()));
+        action = tr("Change type of “%1”").arg(name);
+        break;
+    default:
+        accepted = VariableEdits::setText(changed, name, value.toString(), error);
+        if (accepted && ItemValue::same(changed.get(address(name)), m_variables.get(address(name))))
+            return true;
+        action = tr("Change value of “%1”").arg(name);
+        break;
+    }
+    if (!accepted) {
+        emit refused(error);
+        return false;
+    }
+    emit changeRequested(changed, action);
+    return true;
+}
+
+QVariant VariablesModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
+        return QVariant();
+    switch (section) {
+    case NameColumn:
+        return tr("Name");
+    case TypeColumn:
+        return tr("Type");
+    case ValueColumn:
+        return tr("Start value");
+    case ResultColumn:
+        return tr("After the last run");
+    default:
+        return QVariant();
+    }
+}
+} // namespace Workbench

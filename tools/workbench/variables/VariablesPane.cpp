@@ -1,0 +1,219 @@
+#include "VariablesPane.h"
+
+#include "VariableEdits.h"
+#include "VariablesModel.h"
+#include "tools/workbench/document/RunSession.h"
+#include "tools/workbench/document/ScriptDocument.h"
+#include "tools/workbench/look/ChoiceDelegate.h"
+#include "tools/workbench/look/Colors.h"
+#include "tools/workbench/look/ThemedIcon.h"
+#include "tools/workbench/values/ValueDialog.h"
+
+#include <QAction>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QTableView>
+#include <QToolBar>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+namespace Workbench
+{
+namespace
+{
+/// Draws what the last run changed in a colour of its own.
+class ResultDelegate : public QStyledItemDelegate
+{
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+protected:
+    void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override
+    {
+        QStyledItemDelegate::initStyleOption(option, index);
+        if (index.data(VariablesModel::ChangedRole).toBool())
+            option->palette.setColor(QPalette::Text, Colors::changed(option->palette));
+    }
+};
+
+bool isContainer(VarType type)
+{
+    return type == VarType::List || type == VarType::Table;
+}
+} // namespace
+
+VariablesPane::VariablesPane(ScriptDocument &document, RunSession &session, QWidget *parent)
+    : QWidget(parent), m_document(document), m_session(session), m_model(new VariablesModel(this)),
+      m_view(new QTableView)
+{
+    createView();
+    auto *bar = new QToolBar;
+    bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    bar->setIconSize(QSize(16, 16));
+    const auto add = [this, bar](const QString &text, const QString &icon, void (VariablesPane::*slot)()) {
+        QAction *action = bar->addAction(themedIcon(icon), text);
+        connect(action, &QAction::triggered, this, slot);
+        return action;
+    };
+    add(tr("Add"), QStringLiteral("add"), &VariablesPane::addVariable)
+        ->setObjectName(QStringLiteral("addVariable"));
+    m_remove = add(tr("Remove"), QStringLiteral("delete"), &VariablesPane::removeVariable);
+    m_remove->setObjectName(QStringLiteral("removeVariable"));
+    m_remove->setShortcut(QKeySequence::Delete);
+    m_remove->setShortcutContext(Qt::WidgetShortcut);
+    m_view->addAction(m_remove);
+    m_edit = bar->addAction(themedIcon(QStringLiteral("edit")), tr("Edit value…"));
+    connect(m_edit, &QAction::triggered, this, [this] { editValue(m_view->currentIndex().row()); });
+    bar->addSeparator();
+    m_keep = add(tr("Keep results"), QStringLiteral("keep"), &VariablesPane::keepResults);
+    m_keep->setObjectName(QStringLiteral("keepResults"));
+    m_keep->setToolTip(tr("Make the values after the last run those that the script starts with"));
+
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(4, 0, 4, 4);
+    layout->setSpacing(2);
+    layout->addWidget(bar);
+    layout->addWidget(m_view);
+    setFocusProxy(m_view);
+
+    connect(&document, &ScriptDocument::variablesChanged, this, [this] {
+        m_model->setVariables(m_document.variables());
+        updateActions();
+    });
+    connect(&session, &RunSession::changed, this, &VariablesPane::showResult);
+    connect(m_model, &VariablesModel::changeRequested, &document, &ScriptDocument::setVariables);
+    connect(m_model, &VariablesModel::refused, this, &VariablesPane::refused);
+    connect(m_view->selectionModel(), &QItemSelectionModel::currentChanged, this,
+            &VariablesPane::updateActions);
+    updateActions();
+}
+
+void VariablesPane::createView()
+{
+    m_view->setObjectName(QStringLiteral("variables"));
+    m_view->setAccessibleName(tr("Variables"));
+    m_view->setModel(m_model);
+    m_view->setSelectionBehavior(QAbstractItemView::SelectRows);
+    m_view->setSelectionMode(QAbstractItemView::SingleSelection);
+    m_view->setAlternatingRowColors(true);
+    m_view->setWordWrap(false);
+    m_view->setTabKeyNavigation(false);
+    m_view->verticalHeader()->hide();
+    m_view->verticalHeader()->setDefaultSectionSize(m_view->fontMetrics().height() + 8);
+    m_view->horizontalHeader()->setHighlightSections(false);
+    m_view->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    m_view->horizontalHeader()->resizeSection(VariablesModel::NameColumn, 110);
+    m_view->horizontalHeader()->resizeSection(VariablesModel::TypeColumn, 80);
+    m_view->horizontalHeader()->setSectionResizeMode(VariablesModel::ValueColumn, QHeaderView::Stretch);
+    m_view->horizontalHeader()->setSectionResizeMode(VariablesModel::ResultColumn, QHeaderView::Stretch);
+    QVector<ChoiceDelegate::Choice> types;
+    const QVector<VarType> variableTypes = VariableEdits::types();
+    for (const VarType type : variableTypes)
+        types.append({int(type), VariableEdits::typeName(type)});
+    m_view->setItemDelegateForColumn(VariablesModel::TypeColumn, new ChoiceDelegate(types, this));
+    m_view->setItemDelegateForColumn(VariablesModel::ResultColumn, new ResultDelegate(this));
+    m_view->installEventFilter(this);
+    // What can be edited in its cell is, by the view itself.
+    connect(m_view, &QTableView::doubleClicked, this, [this](const QModelIndex &index) {
+        if (!index.flags().testFlag(Qt::ItemIsEditable))
+            activate(index);
+    });
+}
+
+VariablesModel &VariablesPane::model() const
+{
+    return *m_model;
+}
+
+void VariablesPane::showResult()
+{
+    if (m_session.hasResult())
+        m_model->setResult(m_session.before(), m_session.after());
+    else
+        m_model->clearResult();
+    updateActions();
+}
+
+void VariablesPane::updateActions()
+{
+    const QModelIndex current = m_view->currentIndex();
+    const bool isOfScript = current.isValid() && m_model->isOfScript(current.row());
+    m_remove->setEnabled(isOfScript);
+    m_edit->setEnabled(isOfScript);
+    m_keep->setEnabled(m_session.hasResult() && !m_session.isRunning());
+}
+
+bool VariablesPane::eventFilter(QObject *watched, QEvent *event)
+{
+    // A key that ends the editing of a cell comes by here too, but not to the view itself.
+    if (event->type() == QEvent::KeyPress && m_view->hasFocus()) {
+        const int key = static_cast<QKeyEvent *>(event)->key();
+        if ((key == Qt::Key_Return || key == Qt::Key_Enter) && m_view->currentIndex().isValid()) {
+            activate(m_view->currentIndex());
+            return true;
+        }
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void VariablesPane::addVariable()
+{
+    VariableScope variables = m_document.variables();
+    const QString name = VariableEdits::freeName(variables);
+    variables.declare(name, VarType::List);
+    m_document.setVariables(variables, tr("Add variable"));
+    const QModelIndex index = m_model->index(m_model->rowOf(name), VariablesModel::NameColumn);
+    m_view->setCurrentIndex(index);
+    m_view->setFocus();
+    m_view->edit(index);
+}
+
+void VariablesPane::removeVariable()
+{
+    const int row = m_view->currentIndex().row();
+    if (row < 0 || !m_model->isOfScript(row))
+        return;
+    VariableScope variables = m_document.variables();
+    variables.remove(QLatin1Char('$') + m_model->name(row));
+    m_document.setVariables(variables, tr("Remove variable “%1”").arg(m_model->name(row)));
+}
+
+void VariablesPane::activate(const QModelIndex &index)
+{
+    if (index.flags().testFlag(Qt::ItemIsEditable))
+        m_view->edit(index);
+    else if (index.column() == VariablesModel::ValueColumn)
+        editValue(index.row());
+}
+
+void VariablesPane::editValue(int row)
+{
+    if (row < 0 || !m_model->isOfScript(row))
+        return;
+    const QString name = m_model->name(row);
+    const QString reference = QLatin1Char('$') + name;
+    const VarType type = m_document.variables().typeOf(reference);
+    if (!isContainer(type)) {
+        const QModelIndex index = m_model->index(row, VariablesModel::ValueColumn);
+        m_view->setCurrentIndex(index);
+        m_view->edit(index);
+        return;
+    }
+    const QVariantList before = m_document.variables().get(reference).toList();
+    ValueDialog dialog(name, type, before, this);
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    const QVariantList after = dialog.value();
+    if (ItemValue::same(QVariant(after), QVariant(before)))
+        return;
+    VariableScope variables = m_document.variables();
+    variables.set(reference, QVariant(after));
+    m_document.setVariables(variables, tr("Change value of “%1”").arg(name));
+}
+
+void VariablesPane::keepResults()
+{
+    m_document.setVariables(m_session.after(), tr("Keep results"));
+}
+} // namespace Workbench

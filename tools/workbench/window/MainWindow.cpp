@@ -1,0 +1,454 @@
+#include "MainWindow.h"
+
+#include "LogPane.h"
+#include "PalettePane.h"
+#include "ScriptPane.h"
+#include "host/plugins/StepCatalogue.h"
+#include "tools/workbench/document/ScriptModel.h"
+#include "tools/workbench/look/ThemedIcon.h"
+#include "tools/workbench/settings/PropertyPane.h"
+#include "tools/workbench/variables/VariablesPane.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QDir>
+#include <QDockWidget>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QSettings>
+#include <QStatusBar>
+#include <QToolBar>
+#include <QUrl>
+
+namespace Workbench
+{
+namespace
+{
+constexpr int messageTimeMs = 8000;
+/// \a text of a menu without what marks its key, for a tool bar.
+QString withoutMnemonic(QString text)
+{
+    static const QRegularExpression mark(QStringLiteral("\\(&\\w\\)|&|…"));
+    return text.remove(mark);
+}
+
+// Counted up when docks or tool bars change, so that an older state is not applied to them.
+constexpr int stateVersion = 1;
+} // namespace
+
+MainWindow::MainWindow(const StepHost::StepCatalogue &catalogue, QSettings &settings, QWidget *parent)
+    : QMainWindow(parent), m_settings(settings), m_recentFiles(settings), m_document(catalogue),
+      m_session(m_document, m_log), m_script(new ScriptPane(m_document)),
+      m_palette(new PalettePane(catalogue)), m_properties(new PropertyPane),
+      m_variables(new VariablesPane(m_document, m_session)), m_toolBar(addToolBar(tr("Tools")))
+{
+    m_toolBar->setObjectName(QStringLiteral("toolBar"));
+    m_toolBar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    m_toolBar->setIconSize(QSize(18, 18));
+    setWindowIcon(QIcon(QStringLiteral(":/workbench/images/workbench.svg")));
+    setAcceptDrops(true);
+    setDockNestingEnabled(true);
+    setCentralWidget(m_script);
+    createFileMenu();
+    createEditMenu();
+    createRunMenu();
+    createViewMenu();
+    createDocks();
+    createStatusBar();
+    connectPanes();
+    readState();
+    showFileName();
+    showSession();
+    m_script->setFocus();
+}
+
+MainWindow::~MainWindow()
+{
+    // The panes look at members of the window, which go before the widgets do.
+    delete takeCentralWidget();
+    const QList<QDockWidget *> docks = findChildren<QDockWidget *>();
+    for (QDockWidget *dock : docks)
+        delete dock;
+}
+
+ScriptDocument &MainWindow::document()
+{
+    return m_document;
+}
+
+RunSession &MainWindow::session()
+{
+    return m_session;
+}
+
+LogModel &MainWindow::log()
+{
+    return m_log;
+}
+
+QDockWidget *MainWindow::addDock(const QString &title, const QString &name, QWidget *pane,
+                                 Qt::DockWidgetArea area, const QKeySequence &key)
+{
+    auto *dock = new QDockWidget(title, this);
+    dock->setObjectName(name);
+    dock->setWidget(pane);
+    addDockWidget(area, dock);
+    m_viewMenu->addAction(dock->toggleViewAction());
+
+    auto *go = new QAction(tr("Go to “%1”").arg(title), this);
+    go->setShortcut(key);
+    connect(go, &QAction::triggered, dock, [dock, pane] {
+        dock->show();
+        dock->raise();
+        pane->setFocus(Qt::ShortcutFocusReason);
+    });
+    addAction(go);
+    return dock;
+}
+
+void MainWindow::createDocks()
+{
+    setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
+    setCorner(Qt::BottomRightCorner, Qt::BottomDockWidgetArea);
+    auto *logPane = new LogPane(m_log);
+    connect(logPane, &LogPane::stepRequested, m_script, [this](int row) {
+        m_script->setCurrentRow(row);
+        m_script->setFocus();
+    });
+
+    QDockWidget *palette = addDock(tr("Palette"), QStringLiteral("paletteDock"), m_palette,
+                                   Qt::LeftDockWidgetArea, Qt::CTRL | Qt::Key_1);
+    QDockWidget *settings = addDock(tr("Settings"), QStringLiteral("settingsDock"), m_properties,
+                                    Qt::RightDockWidgetArea, Qt::CTRL | Qt::Key_3);
+    QDockWidget *variables = addDock(tr("Variables"), QStringLiteral("variablesDock"), m_variables,
+                                     Qt::BottomDockWidgetArea, Qt::CTRL | Qt::Key_4);
+    QDockWidget *log = addDock(tr("Log"), QStringLiteral("logDock"), logPane, Qt::BottomDockWidgetArea,
+                               Qt::CTRL | Qt::Key_5);
+    resizeDocks({palette, settings}, {220, 270}, Qt::Horizontal);
+    resizeDocks({variables, log}, {250, 250}, Qt::Vertical);
+    resizeDocks({variables, log}, {520, 520}, Qt::Horizontal);
+
+    auto *goToScript = new QAction(tr("Go to the script"), this);
+    goToScript->setShortcut(Qt::CTRL | Qt::Key_2);
+    connect(goToScript, &QAction::triggered, m_script,
+            [this] { m_script->setFocus(Qt::ShortcutFocusReason); });
+    addAction(goToScript);
+}
+
+void MainWindow::createFileMenu()
+{
+    QMenu *menu = menuBar()->addMenu(tr("&File"));
+    const auto add = [this, menu](const QString &text, const QString &icon, const QKeySequence &key,
+                                  auto slot) {
+        QAction *action = menu->addAction(themedIcon(icon), text, this, slot);
+        action->setIconText(withoutMnemonic(text));
+        action->setShortcut(key);
+        return action;
+    };
+    m_toolBar->addAction(add(tr("&New"), QStringLiteral("new"), QKeySequence::New, &MainWindow::newFile));
+    m_toolBar->addAction(
+        add(tr("&Open…"), QStringLiteral("open"), QKeySequence::Open, &MainWindow::chooseFile));
+    m_recentMenu = menu->addMenu(tr("Open &recent"));
+    connect(m_recentMenu, &QMenu::aboutToShow, this, &MainWindow::showRecentFiles);
+    menu->addSeparator();
+    m_toolBar->addAction(add(tr("&Save"), QStringLiteral("save"), QKeySequence::Save, &MainWindow::save));
+    add(tr("Save &as…"), QStringLiteral("save"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S),
+        &MainWindow::saveAs);
+    menu->addSeparator();
+    menu->addAction(tr("&Quit"), this, &QWidget::close)->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q));
+    m_toolBar->addSeparator();
+}
+
+void MainWindow::createEditMenu()
+{
+    QMenu *menu = menuBar()->addMenu(tr("&Edit"));
+    QUndoStack &stack = m_document.undoStack();
+    QAction *undo = stack.createUndoAction(this, tr("&Undo"));
+    undo->setShortcut(QKeySequence::Undo);
+    undo->setIcon(themedIcon(QStringLiteral("undo")));
+    undo->setIconText(withoutMnemonic(tr("&Undo")));
+    QAction *redo = stack.createRedoAction(this, tr("&Redo"));
+    redo->setShortcuts({QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), QKeySequence(Qt::CTRL | Qt::Key_Y)});
+    redo->setIcon(themedIcon(QStringLiteral("redo")));
+    redo->setIconText(withoutMnemonic(tr("&Redo")));
+    menu->addAction(undo);
+    menu->addAction(redo);
+    menu->addSeparator();
+    const QList<QAction *> stepActions = m_script->editActions();
+    for (QAction *action : stepActions) {
+        if (action)
+            menu->addAction(action);
+        else
+            menu->addSeparator();
+    }
+    m_toolBar->addAction(undo);
+    m_toolBar->addAction(redo);
+    m_toolBar->addSeparator();
+}
+
+QAction *MainWindow::addRunAction(const QString &text, const QString &icon, const QKeySequence &key,
+                                  const QString &name)
+{
+    auto *action = new QAction(themedIcon(icon), text, this);
+    action->setIconText(withoutMnemonic(text));
+    action->setShortcut(key);
+    action->setObjectName(name);
+    m_toolBar->addAction(action);
+    return action;
+}
+
+void MainWindow::createRunMenu()
+{
+    m_runAll = addRunAction(tr("&Run"), QStringLiteral("run"), Qt::Key_F5, QStringLiteral("runAll"));
+    m_runTo = addRunAction(tr("Run to &here"), QStringLiteral("run-to"), Qt::CTRL | Qt::Key_F10,
+                           QStringLiteral("runTo"));
+    m_runStep =
+        addRunAction(tr("Run &step"), QStringLiteral("run-step"), Qt::Key_F10, QStringLiteral("runStep"));
+    m_stop =
+        addRunAction(tr("S&top"), QStringLiteral("stop"), Qt::SHIFT | Qt::Key_F5, QStringLiteral("stop"));
+    m_restore = addRunAction(tr("&Put variables back"), QStringLiteral("restore"), Qt::CTRL | Qt::Key_F5,
+                             QStringLiteral("restore"));
+    m_runAll->setToolTip(
+        tr("Run the whole script on its start values (%1)").arg(m_runAll->shortcut().toString()));
+    m_runTo->setToolTip(tr("Run the script up to the current step (%1)").arg(m_runTo->shortcut().toString()));
+    m_runStep->setToolTip(tr("Run the current step alone, on what the last run left (%1)")
+                              .arg(m_runStep->shortcut().toString()));
+    m_stop->setToolTip(tr("Stop before the next step (%1)").arg(m_stop->shortcut().toString()));
+    m_restore->setToolTip(tr("Put the variables back to what they were before the run (%1)")
+                              .arg(m_restore->shortcut().toString()));
+    connect(m_runAll, &QAction::triggered, &m_session, &RunSession::runAll);
+    connect(m_runTo, &QAction::triggered, this, [this] { m_session.runTo(m_script->currentRow()); });
+    connect(m_runStep, &QAction::triggered, this, [this] { m_session.runStep(m_script->currentRow()); });
+    connect(m_stop, &QAction::triggered, &m_session, &RunSession::stop);
+    connect(m_restore, &QAction::triggered, &m_session, &RunSession::restore);
+
+    QMenu *menu = menuBar()->addMenu(tr("&Run"));
+    menu->addActions({m_runAll, m_runTo, m_runStep, m_stop});
+    menu->addSeparator();
+    menu->addAction(m_restore);
+}
+
+void MainWindow::createViewMenu()
+{
+    m_viewMenu = menuBar()->addMenu(tr("&View"));
+    menuBar()->addMenu(tr("&Help"))->addAction(tr("&About the workbench"), this, &MainWindow::showAbout);
+}
+
+void MainWindow::createStatusBar()
+{
+    m_progress = new QProgressBar;
+    m_progress->setMaximumWidth(200);
+    m_progress->hide();
+    statusBar()->addPermanentWidget(m_progress);
+}
+
+void MainWindow::connectPanes()
+{
+    connect(m_palette, &PalettePane::placeRequested, m_script, &ScriptPane::placeStep);
+    connect(m_script, &ScriptPane::currentRowChanged, this, &MainWindow::showStep);
+    connect(m_properties, &PropertyPane::settingEdited, this,
+            [this](const QString &property, const QVariant &value) {
+                m_document.setSetting(m_script->currentRow(), property, value);
+            });
+    connect(&m_document.model(), &QAbstractItemModel::dataChanged, m_properties, &PropertyPane::refresh);
+    connect(&m_document, &ScriptDocument::variablesChanged, this,
+            [this] { m_properties->setVariables(m_document.variables()); });
+    connect(&m_document, &ScriptDocument::refused, this, &MainWindow::showMessage);
+    connect(m_variables, &VariablesPane::refused, this, &MainWindow::showMessage);
+    connect(&m_document, &ScriptDocument::fileNameChanged, this, &MainWindow::showFileName);
+    connect(&m_document.undoStack(), &QUndoStack::cleanChanged, this,
+            [this](bool clean) { setWindowModified(!clean); });
+    connect(&m_session, &RunSession::changed, this, &MainWindow::showSession);
+    connect(&m_session, &RunSession::progressed, this, &MainWindow::showProgress);
+    connect(&m_document.model(), &QAbstractItemModel::rowsInserted, this, &MainWindow::showSession);
+    connect(&m_document.model(), &QAbstractItemModel::rowsRemoved, this, &MainWindow::showSession);
+    connect(&m_document.model(), &QAbstractItemModel::modelReset, this, &MainWindow::showSession);
+}
+
+void MainWindow::readState()
+{
+    resize(1280, 800);
+    restoreGeometry(m_settings.value(QStringLiteral("window/geometry")).toByteArray());
+    restoreState(m_settings.value(QStringLiteral("window/state")).toByteArray(), stateVersion);
+}
+
+void MainWindow::writeState()
+{
+    m_settings.setValue(QStringLiteral("window/geometry"), saveGeometry());
+    m_settings.setValue(QStringLiteral("window/state"), saveState(stateVersion));
+}
+
+bool MainWindow::mayDiscard()
+{
+    if (m_document.undoStack().isClean())
+        return true;
+    QMessageBox box(QMessageBox::Warning, tr("Unsaved changes"),
+                    tr("The script has changes that are not saved. Save them?"), QMessageBox::NoButton, this);
+    QPushButton *saveButton = box.addButton(tr("Save"), QMessageBox::AcceptRole);
+    QPushButton *discardButton = box.addButton(tr("Discard"), QMessageBox::DestructiveRole);
+    QPushButton *cancelButton = box.addButton(tr("Cancel"), QMessageBox::RejectRole);
+    box.setDefaultButton(saveButton);
+    box.setEscapeButton(cancelButton);
+    box.exec();
+    if (box.clickedButton() == saveButton)
+        return save();
+    return box.clickedButton() == discardButton;
+}
+
+void MainWindow::newFile()
+{
+    if (mayDiscard())
+        m_document.clear();
+}
+
+void MainWindow::chooseFile()
+{
+    const QString fileName =
+        QFileDialog::getOpenFileName(this, tr("Open script"), QFileInfo(m_document.fileName()).path(),
+                                     tr("Scripts (*.json *.qms);;All files (*)"));
+    if (!fileName.isEmpty())
+        openFile(fileName);
+}
+
+void MainWindow::openFile(const QString &fileName)
+{
+    if (!mayDiscard())
+        return;
+    const QString error = m_document.open(fileName);
+    if (error.isEmpty()) {
+        m_recentFiles.add(fileName);
+        showMessage(tr("Opened %1").arg(QDir::toNativeSeparators(fileName)));
+        return;
+    }
+    m_recentFiles.remove(fileName);
+    showError(tr("The script cannot be opened"), error);
+}
+
+bool MainWindow::save()
+{
+    return m_document.fileName().isEmpty() ? saveAs() : saveTo(m_document.fileName());
+}
+
+bool MainWindow::saveAs()
+{
+    const QString present = m_document.fileName();
+    const QString binaryFilter = tr("Binary script (*.qms)");
+    QFileDialog dialog(this, tr("Save script"), QFileInfo(present).path());
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setNameFilters({tr("Script as JSON (*.json)"), binaryFilter});
+    dialog.setDefaultSuffix(QStringLiteral("json"));
+    connect(&dialog, &QFileDialog::filterSelected, &dialog, [&dialog, binaryFilter](const QString &filter) {
+        dialog.setDefaultSuffix(filter == binaryFilter ? QStringLiteral("qms") : QStringLiteral("json"));
+    });
+    if (!present.isEmpty())
+        dialog.selectFile(present);
+    return dialog.exec() == QDialog::Accepted && saveTo(dialog.selectedFiles().value(0));
+}
+
+bool MainWindow::saveTo(const QString &fileName)
+{
+    const QString error = m_document.save(fileName);
+    if (!error.isEmpty()) {
+        showError(tr("The script cannot be saved"), error);
+        return false;
+    }
+    m_recentFiles.add(fileName);
+    showMessage(tr("Saved %1").arg(QDir::toNativeSeparators(fileName)));
+    return true;
+}
+
+void MainWindow::showRecentFiles()
+{
+    m_recentMenu->clear();
+    const QStringList paths = m_recentFiles.paths();
+    for (const QString &path : paths)
+        m_recentMenu->addAction(QDir::toNativeSeparators(path), this, [this, path] { openFile(path); });
+    if (m_recentMenu->isEmpty())
+        m_recentMenu->addAction(tr("None yet"))->setEnabled(false);
+}
+
+void MainWindow::showFileName()
+{
+    const QString fileName = m_document.fileName();
+    setWindowFilePath(fileName);
+    setWindowTitle(tr("%1[*] – Quillmap workbench")
+                       .arg(fileName.isEmpty() ? tr("New script") : QFileInfo(fileName).fileName()));
+    setWindowModified(!m_document.undoStack().isClean());
+}
+
+void MainWindow::showStep(int row)
+{
+    m_properties->setStep(row >= 0 ? &m_document.model().step(row) : nullptr);
+    showSession();
+}
+
+void MainWindow::showSession()
+{
+    const bool isRunning = m_session.isRunning();
+    const bool hasSteps = m_document.model().rowCount() > 0;
+    const bool hasCurrent = m_script->currentRow() >= 0;
+    m_runAll->setEnabled(!isRunning && hasSteps);
+    m_runTo->setEnabled(!isRunning && hasCurrent);
+    m_runStep->setEnabled(!isRunning && hasCurrent);
+    m_stop->setEnabled(isRunning);
+    m_restore->setEnabled(!isRunning && m_session.hasResult());
+    if (!isRunning)
+        m_progress->hide();
+}
+
+void MainWindow::showProgress(int done, int total)
+{
+    m_progress->setRange(0, total);
+    m_progress->setValue(done);
+    m_progress->show();
+}
+
+void MainWindow::showMessage(const QString &message)
+{
+    statusBar()->showMessage(message, messageTimeMs);
+}
+
+void MainWindow::showError(const QString &title, const QString &error)
+{
+    m_log.appendWarning(error);
+    QMessageBox box(QMessageBox::Warning, title, error, QMessageBox::NoButton, this);
+    box.setTextFormat(Qt::PlainText);
+    box.addButton(tr("OK"), QMessageBox::AcceptRole);
+    box.exec();
+}
+
+void MainWindow::showAbout()
+{
+    QMessageBox::about(
+        this, tr("About the workbench"),
+        tr("The Quillmap workbench, version %1: a place to try out the steps of plug-ins by hand.")
+            .arg(QApplication::applicationVersion()));
+}
+
+void MainWindow::closeEvent(QCloseEvent *event)
+{
+    if (!mayDiscard()) {
+        event->ignore();
+        return;
+    }
+    writeState();
+    event->accept();
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent *event)
+{
+    if (event->mimeData()->hasUrls() && event->mimeData()->urls().first().isLocalFile())
+        event->acceptProposedAction();
+}
+
+void MainWindow::dropEvent(QDropEvent *event)
+{
+    openFile(event->mimeData()->urls().first().toLocalFile());
+}
+} // namespace Workbench

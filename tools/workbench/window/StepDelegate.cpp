@@ -1,0 +1,165 @@
+#include "StepDelegate.h"
+
+#include "tools/workbench/document/ScriptModel.h"
+#include "tools/workbench/look/Colors.h"
+
+#include <QApplication>
+#include <QIcon>
+#include <QMouseEvent>
+#include <QPainter>
+
+namespace Workbench
+{
+namespace
+{
+constexpr int padding = 6;
+constexpr int iconSize = 28;
+
+/// Where the parts of a row are drawn.
+struct RowLayout
+{
+    QRect checkBox;
+    QRect number;
+    QRect icon;
+    QRect outcome;
+    QRect summary;
+    QRect warnings;
+
+    RowLayout(const QStyleOptionViewItem &option, int outcomeWidth)
+    {
+        const QRect row = option.rect.adjusted(padding, padding / 2, -padding, -padding / 2);
+        const int lineHeight = qMax(iconSize, option.fontMetrics.height());
+        const QStyle &style = option.widget ? *option.widget->style() : *QApplication::style();
+        const int boxWidth = style.pixelMetric(QStyle::PM_IndicatorWidth, &option, option.widget);
+        const int boxHeight = style.pixelMetric(QStyle::PM_IndicatorHeight, &option, option.widget);
+        const QRect line(row.left(), row.top(), row.width(), lineHeight);
+
+        checkBox = QRect(line.left(), line.top() + (lineHeight - boxHeight) / 2, boxWidth, boxHeight);
+        const int numberWidth = option.fontMetrics.horizontalAdvance(QStringLiteral("0000"));
+        number = QRect(checkBox.right() + padding, line.top(), numberWidth, lineHeight);
+        icon = QRect(number.right() + padding, line.top() + (lineHeight - iconSize) / 2, iconSize, iconSize);
+        outcome = QRect(line.right() - outcomeWidth, line.top(), outcomeWidth, lineHeight);
+        const int summaryLeft = icon.right() + padding + 2;
+        summary = QRect(summaryLeft, line.top(), outcome.left() - padding - summaryLeft, lineHeight);
+        warnings =
+            QRect(summaryLeft, line.bottom() + 1, line.right() - summaryLeft, row.bottom() - line.bottom());
+    }
+};
+
+StepHost::StepOutcome outcomeOf(const QModelIndex &index)
+{
+    return StepHost::StepOutcome(index.data(ScriptModel::OutcomeRole).toInt());
+}
+
+QString outcomeText(const QModelIndex &index)
+{
+    if (index.data(ScriptModel::RunningRole).toBool())
+        return StepDelegate::tr("running…");
+    switch (outcomeOf(index)) {
+    case StepHost::StepOutcome::Wrote:
+        return StepDelegate::tr("✓ wrote");
+    case StepHost::StepOutcome::Skipped:
+        return StepDelegate::tr("⚠ skipped");
+    case StepHost::StepOutcome::Failed:
+        return StepDelegate::tr("✗ failed");
+    case StepHost::StepOutcome::Disabled:
+        return StepDelegate::tr("disabled");
+    case StepHost::StepOutcome::NotRun:
+        break;
+    }
+    return QString();
+}
+
+QColor outcomeColor(const QModelIndex &index, const QPalette &palette)
+{
+    switch (outcomeOf(index)) {
+    case StepHost::StepOutcome::Wrote:
+        return Colors::success(palette);
+    case StepHost::StepOutcome::Skipped:
+    case StepHost::StepOutcome::Failed:
+        return Colors::warning(palette);
+    default:
+        return Colors::subdued(palette);
+    }
+}
+
+QString elided(const QStyleOptionViewItem &option, const QString &text, int width)
+{
+    // A longer text is not seen anyway, and measuring it would take its time.
+    return option.fontMetrics.elidedText(text.left(1000), Qt::ElideRight, width);
+}
+} // namespace
+
+StepDelegate::StepDelegate(QObject *parent) : QStyledItemDelegate(parent) { }
+
+void StepDelegate::paint(QPainter *painter, const QStyleOptionViewItem &viewOption,
+                         const QModelIndex &index) const
+{
+    QStyleOptionViewItem option = viewOption;
+    initStyleOption(&option, index);
+    const QString summary = option.text.replace(QLatin1Char('\n'), QChar(0x21b5));
+    const QIcon icon = option.icon;
+    const QString outcome = outcomeText(index);
+    const RowLayout layout(option, option.fontMetrics.horizontalAdvance(outcome));
+    const bool isSelected = option.state.testFlag(QStyle::State_Selected);
+    const bool isEnabled = option.checkState == Qt::Checked;
+    const QPalette &palette = option.palette;
+    const QColor selectedText = palette.color(QPalette::HighlightedText);
+
+    QStyle &style = option.widget ? *option.widget->style() : *QApplication::style();
+    painter->save();
+    style.drawPrimitive(QStyle::PE_PanelItemViewItem, &option, painter, option.widget);
+
+    QStyleOptionViewItem box = option;
+    box.rect = layout.checkBox;
+    box.state &= ~QStyle::State_HasFocus;
+    box.state |= isEnabled ? QStyle::State_On : QStyle::State_Off;
+    style.drawPrimitive(QStyle::PE_IndicatorItemViewItemCheck, &box, painter, option.widget);
+
+    painter->setFont(option.font);
+    painter->setPen(isSelected ? selectedText : Colors::subdued(palette));
+    painter->drawText(layout.number, Qt::AlignRight | Qt::AlignVCenter,
+                      index.data(ScriptModel::NumberRole).toString());
+    icon.paint(painter, layout.icon, Qt::AlignCenter, isEnabled ? QIcon::Normal : QIcon::Disabled);
+
+    const QPalette::ColorGroup group = isEnabled ? QPalette::Active : QPalette::Disabled;
+    painter->setPen(isSelected ? selectedText : palette.color(group, QPalette::Text));
+    painter->drawText(layout.summary, Qt::AlignLeft | Qt::AlignVCenter,
+                      elided(option, summary, layout.summary.width()));
+    painter->setPen(isSelected ? selectedText : outcomeColor(index, palette));
+    painter->drawText(layout.outcome, Qt::AlignRight | Qt::AlignVCenter, outcome);
+
+    painter->setPen(isSelected ? selectedText : Colors::warning(palette));
+    QRect line = layout.warnings;
+    line.setHeight(option.fontMetrics.lineSpacing());
+    const QStringList messages = index.data(ScriptModel::WarningsRole).toStringList();
+    for (const QString &warning : messages) {
+        painter->drawText(line, Qt::AlignLeft | Qt::AlignVCenter, elided(option, warning, line.width()));
+        line.translate(0, line.height());
+    }
+    painter->restore();
+}
+
+QSize StepDelegate::sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const
+{
+    const int warnings = index.data(ScriptModel::WarningsRole).toStringList().size();
+    const int lineHeight = qMax(iconSize, option.fontMetrics.height());
+    return QSize(200, lineHeight + warnings * option.fontMetrics.lineSpacing() + padding);
+}
+
+bool StepDelegate::editorEvent(QEvent *event, QAbstractItemModel *model,
+                               const QStyleOptionViewItem &viewOption, const QModelIndex &index)
+{
+    if (event->type() == QEvent::MouseButtonRelease) {
+        const auto *mouse = static_cast<QMouseEvent *>(event);
+        QStyleOptionViewItem option = viewOption;
+        initStyleOption(&option, index);
+        const QRect box = RowLayout(option, 0).checkBox.adjusted(-padding, -padding, padding / 2, padding);
+        if (mouse->button() != Qt::LeftButton || !box.contains(mouse->pos()))
+            return false;
+        const bool isChecked = index.data(Qt::CheckStateRole).toInt() == Qt::Checked;
+        return model->setData(index, int(isChecked ? Qt::Unchecked : Qt::Checked), Qt::CheckStateRole);
+    }
+    return false;
+}
+} // namespace Workbench
