@@ -9,25 +9,28 @@ if(TARGET workbench)
     list(APPEND installed_programs workbench)
 endif()
 
-# quillmap_set_install_rpath(<folder> <target>...)
+# quillmap_find_libraries_from(<target> <folder>...)
 #
-# Lets the targets, installed into the folder, find the library OperationCore.
-function(quillmap_set_install_rpath folder)
-    if(WIN32)
-        return()
-    endif()
-    file(RELATIVE_PATH to_library /prefix/${folder} /prefix/${CMAKE_INSTALL_LIBDIR})
-    string(REGEX REPLACE "/$" "" to_library "${to_library}")
-    if(APPLE)
-        set(origin "@loader_path")
-    else()
-        set(origin "$ORIGIN")
-    endif()
-    set_target_properties(${ARGN} PROPERTIES INSTALL_RPATH "${origin}/${to_library}")
+# Lets the target find the library OperationCore from any of the folders, relative to its prefix, that it may lie in. The
+# build tree is laid out so that the same path serves there: one that CMake had to change when it installs would end in an
+# empty entry, which means the current folder.
+function(quillmap_find_libraries_from target)
+    set(path "")
+    foreach(folder IN LISTS ARGN)
+        file(RELATIVE_PATH to_library /prefix/${folder} /prefix/${CMAKE_INSTALL_LIBDIR})
+        string(REGEX REPLACE "/$" "" to_library "${to_library}")
+        list(APPEND path $<IF:$<PLATFORM_ID:Darwin>,@loader_path,$ORIGIN>/${to_library})
+    endforeach()
+    set_target_properties(${target} PROPERTIES BUILD_WITH_INSTALL_RPATH ON INSTALL_RPATH "${path}")
 endfunction()
 
-quillmap_set_install_rpath(${CMAKE_INSTALL_BINDIR} ${installed_programs})
-quillmap_set_install_rpath(${QUILLMAP_INSTALL_PLUGINDIR} ListOperPlugin)
+if(NOT WIN32)
+    foreach(program IN LISTS installed_programs)
+        quillmap_find_libraries_from(${program} ${CMAKE_INSTALL_BINDIR})
+    endforeach()
+    quillmap_find_libraries_from(ListOperPlugin ${QUILLMAP_INSTALL_PLUGINDIR} plugins)
+    set_target_properties(OperationCore PROPERTIES BUILD_WITH_INSTALL_RPATH ON)
+endif()
 
 install(TARGETS OperationCore stepctl EXPORT OperationCoreTargets)
 install(TARGETS ListOperPlugin EXPORT OperationCoreTargets DESTINATION ${QUILLMAP_INSTALL_PLUGINDIR})
@@ -58,7 +61,7 @@ set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION devel)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR}/hostapi)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR}/${CMAKE_INSTALL_LIBDIR})
 # To build plug-ins.
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS "cmake, qtbase5-dev")
 if(WIN32)

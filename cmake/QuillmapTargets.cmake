@@ -20,10 +20,30 @@ function(quillmap_add_moc target source)
     set_target_properties(${target} PROPERTIES AUTOMOC OFF)
 endfunction()
 
+# quillmap_harden(<target>)
+#
+# Makes it hard to turn a mistake into running code: checked stack frames and C functions, marked targets of jumps, and
+# tables that are read-only once the program runs.
+function(quillmap_harden target)
+    if(NOT CMAKE_SYSTEM_NAME STREQUAL Linux)
+        return()
+    endif()
+    target_compile_options(${target} PRIVATE -fstack-protector-strong -fstack-clash-protection)
+    if(CMAKE_SYSTEM_PROCESSOR MATCHES "x86_64|AMD64")
+        target_compile_options(${target} PRIVATE -fcf-protection=full)
+    endif()
+    # It needs optimisation, and the sanitizers have checks of their own.
+    if(NOT QUILLMAP_SANITIZE)
+        target_compile_options(${target} PRIVATE $<$<NOT:$<CONFIG:Debug>>:-D_FORTIFY_SOURCE=2>)
+    endif()
+    target_link_options(${target} PRIVATE LINKER:-z,relro,-z,now,-z,noexecstack)
+endfunction()
+
 # quillmap_configure(<target>)
 #
 # Gives the target the project's warnings and what the build's options ask for.
 function(quillmap_configure target)
+    quillmap_harden(${target})
     target_compile_definitions(${target} PRIVATE
         QT_NO_CAST_TO_ASCII
         QT_NO_URL_CAST_FROM_STRING

@@ -463,11 +463,17 @@ void TestPluginCheck::aWorkerThatStartsLater()
     CheckRunOptions options = inWorkers();
     options.program = directory.filePath(QFileInfo(options.program).fileName());
     QVERIFY(QFile::copy(TestPaths::stepctl(), options.program + ".away"));
-    // On Windows the copy looks for its libraries there.
-    const QByteArray path = qgetenv("PATH");
-    const auto restoringPath = qScopeGuard([&path] { qputenv("PATH", path); });
-    qputenv("PATH",
-            QFileInfo(TestPaths::stepctl()).path().toLocal8Bit() + QDir::listSeparator().toLatin1() + path);
+    // Where the copy looks for the libraries beside the original.
+#ifdef Q_OS_WIN
+    const char variable[] = "PATH";
+#else
+    const char variable[] = "LD_LIBRARY_PATH";
+#endif
+    const QByteArray path = qgetenv(variable);
+    const auto restoringPath = qScopeGuard([&] { qputenv(variable, path); });
+    qputenv(variable,
+            QFileInfo(TestPaths::operationCore()).path().toLocal8Bit() + QDir::listSeparator().toLatin1()
+                + path);
     const AtPause second(2, [&options] { QFile::rename(options.program + ".away", options.program); });
     const QVector<CheckResult> results = check(listPlugin, checksOf({"library.loads"}), options);
     QCOMPARE(findings(results).join("; "), QString());
