@@ -1,6 +1,7 @@
 #include "EditorSchema.h"
 
 #include "host/values/QuotedText.h"
+#include "host/values/VarTypes.h"
 #include "hostapi/Operation.h"
 
 #include <QHash>
@@ -30,11 +31,6 @@ constexpr Word<VariableKind> variableKindWords[] = {
     {VariableKind::Scalar, "scalar"},
 };
 
-constexpr Word<VarType> valueTypeWords[] = {
-    {VarType::Int, "int"},   {VarType::Double, "double"}, {VarType::String, "string"},
-    {VarType::Bool, "bool"}, {VarType::List, "list"},     {VarType::Table, "table"},
-};
-
 template<typename Value, std::size_t N>
 QString wordOf(const Word<Value> (&words)[N], Value value)
 {
@@ -62,6 +58,18 @@ QString allWords(const Word<Value> (&words)[N])
     for (const Word<Value> &word : words)
         texts.append(QLatin1String(word.text));
     return texts.join(QLatin1String(", "));
+}
+
+// Class info knows no undeclared values.
+std::optional<VarType> typeCalled(const QString &word)
+{
+    const std::optional<VarType> type = varTypeFromName(word);
+    return type == VarType::Undeclared ? std::nullopt : type;
+}
+
+QString allTypes()
+{
+    return declarableTypeNames().join(QLatin1String(", "));
 }
 
 enum class Prefix { Label, Editor, VariableKind, LiteralType, ValueTypes, Choices, ShowWhen };
@@ -174,12 +182,12 @@ void SchemaReader::readEntry(SettingSchema &setting, Prefix prefix, const QStrin
         break;
     }
     case Prefix::LiteralType: {
-        const std::optional<VarType> type = valueOf(valueTypeWords, value);
+        const std::optional<VarType> type = typeCalled(value);
         setting.literalType = type.value_or(VarType::Undeclared);
         if (!type)
-            report(SchemaFault::UnknownKind,
-                   QStringLiteral("%1 is %2, which is none of %3")
-                       .arg(quoted(key), quoted(value), allWords(valueTypeWords)));
+            report(
+                SchemaFault::UnknownKind,
+                QStringLiteral("%1 is %2, which is none of %3").arg(quoted(key), quoted(value), allTypes()));
         break;
     }
     case Prefix::ValueTypes:
@@ -199,11 +207,11 @@ void SchemaReader::readValueTypes(SettingSchema &setting, const QString &key, co
     setting.valueTypes.clear();
     const QStringList words = value.split(QLatin1Char(','));
     for (const QString &word : words) {
-        const std::optional<VarType> type = valueOf(valueTypeWords, word);
+        const std::optional<VarType> type = typeCalled(word);
         if (!type) {
-            report(SchemaFault::UnknownKind,
-                   QStringLiteral("%1 has %2, which is none of %3")
-                       .arg(quoted(key), quoted(word), allWords(valueTypeWords)));
+            report(
+                SchemaFault::UnknownKind,
+                QStringLiteral("%1 has %2, which is none of %3").arg(quoted(key), quoted(word), allTypes()));
             setting.valueTypes.clear();
             return;
         }
@@ -323,11 +331,6 @@ QString editorWord(EditorKind kind)
 QString variableKindWord(VariableKind kind)
 {
     return wordOf(variableKindWords, kind);
-}
-
-QString valueTypeWord(VarType type)
-{
-    return wordOf(valueTypeWords, type);
 }
 
 const SettingSchema *EditorSchema::find(const QString &property) const

@@ -35,9 +35,6 @@ enum class VariableKind {
 /// The word that class info uses for \a kind; empty for VariableKind::Any.
 QString variableKindWord(VariableKind kind);
 
-/// The word that class info uses for \a type, such as `string`; empty for VarType::Undeclared.
-QString valueTypeWord(VarType type);
-
 /// The condition under which a setting is shown: the property \a property has the value \a value.
 struct VisibilityRule
 {

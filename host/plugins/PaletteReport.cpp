@@ -4,6 +4,7 @@
 #include "Palette.h"
 #include "host/values/JsonValue.h"
 #include "host/values/QuotedText.h"
+#include "host/values/VarTypes.h"
 
 #include <QMetaProperty>
 #include <QRegularExpression>
@@ -40,7 +41,7 @@ QStringList valueTypeWords(const SettingSchema &setting)
 {
     QStringList words;
     for (const VarType type : setting.valueTypes)
-        words.append(valueTypeWord(type));
+        words.append(varTypeName(type));
     return words;
 }
 
@@ -55,7 +56,8 @@ QString editorText(const SettingSchema &setting)
         parts.append(variableKindWord(setting.variableKind));
         break;
     case EditorKind::VariableReference:
-        parts.append(valueTypeWord(setting.literalType));
+        if (setting.literalType != VarType::Undeclared)
+            parts.append(varTypeName(setting.literalType));
         parts.append(valueTypeWords(setting).join(QLatin1String(", ")));
         break;
     case EditorKind::Choice:
@@ -101,7 +103,7 @@ Json settingJson(const Operation &prototype, const SettingSchema &setting)
     if (setting.variableKind != VariableKind::Any)
         json["variableKind"] = toJson(variableKindWord(setting.variableKind));
     if (setting.literalType != VarType::Undeclared)
-        json["literalType"] = toJson(valueTypeWord(setting.literalType));
+        json["literalType"] = toJson(varTypeName(setting.literalType));
     if (!setting.valueTypes.isEmpty())
         json["valueTypes"] = toJson(valueTypeWords(setting));
     if (!setting.choices.isEmpty())

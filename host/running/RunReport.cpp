@@ -2,6 +2,8 @@
 
 #include "host/values/JsonValue.h"
 #include "host/values/QuotedText.h"
+#include "host/values/VarTypes.h"
+#include "host/values/VariableName.h"
 
 namespace StepHost
 {
@@ -88,8 +90,7 @@ std::vector<ScriptVariable> variablesOf(const VariableScope &scope)
     const QStringList names = scope.names();
     variables.reserve(names.size());
     for (const QString &name : names) {
-        // The mark is taken off once, so that a name that begins with one is found too.
-        const QString reference = QLatin1Char('$') + name;
+        const QString reference = referenceTo(name);
         variables.push_back({name, scope.typeOf(reference), scope.get(reference)});
     }
     return variables;

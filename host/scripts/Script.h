@@ -4,7 +4,6 @@
 #include "hostapi/VariableScope.h"
 
 #include <QString>
-#include <QStringList>
 #include <QVariant>
 
 #include <memory>
@@ -37,26 +36,6 @@ struct Script
     /// The variable \a name, which may have the mark "$"; null when there is none.
     ScriptVariable *findVariable(const QString &name);
 };
-
-/// The name of \a type in scripts: "int", "double", "string", "bool", "list", "table", and "undeclared" for
-/// a variable that has no type.
-QString varTypeName(VarType type);
-
-/// The type called \a name, in \a type. Returns whether there is one.
-bool varTypeFromName(const QString &name, VarType &type);
-
-/// The names of the six types that a variable can be declared with.
-QStringList declarableTypeNames();
-
-/// The type's empty value, as VariableScope::declare() gives it.
-QVariant emptyValueOf(VarType type);
-
-/// What is wrong with \a name as the name of a variable; empty when nothing is. A name is not empty and
-/// has at most one "$" in front, the mark of a reference.
-QString variableNameError(const QString &name);
-
-/// \a name without the mark "$".
-QString withoutMark(const QString &name);
 
 /// Declares the variables of \a script in \a scope and sets their values. A variable of type
 /// VarType::Undeclared is only set.

@@ -4,6 +4,8 @@
 #include "host/values/JsonTree.h"
 #include "host/values/JsonValue.h"
 #include "host/values/QuotedText.h"
+#include "host/values/VarTypes.h"
+#include "host/values/VariableName.h"
 
 #include <QMetaEnum>
 #include <QMetaProperty>
@@ -63,10 +65,12 @@ bool readVariable(const Json &json, ScriptVariable &variable, JsonError &error)
         return refuseBelow(error, QStringLiteral("name"));
     }
     variable.name = withoutMark(name);
-    if (!varTypeFromName(typeName, variable.type)) {
+    const std::optional<VarType> type = varTypeFromName(typeName);
+    if (!type) {
         refuseChoice(error, "variable type", typeName, declarableTypeNames());
         return refuseBelow(error, QStringLiteral("type"));
     }
+    variable.type = *type;
     const auto value = json.find("value");
     if (value == json.end()) {
         variable.value = emptyValueOf(variable.type);
@@ -268,9 +272,7 @@ QString appendVariables(QByteArray &json, const std::vector<ScriptVariable> &var
         json += first ? "\n    {\"name\": " : ",\n    {\"name\": ";
         first = false;
         // A script cannot declare a name that begins with "$"; with the mark in front it says so.
-        appendTextAsJson(json,
-                         variable.name.startsWith(QLatin1Char('$')) ? QLatin1Char('$') + variable.name
-                                                                    : variable.name);
+        appendTextAsJson(json, hasMark(variable.name) ? referenceTo(variable.name) : variable.name);
         json += ", \"type\": ";
         appendTextAsJson(json, varTypeName(variable.type));
         json += ", \"value\": ";

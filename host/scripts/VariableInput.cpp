@@ -2,20 +2,13 @@
 
 #include "host/values/JsonTree.h"
 #include "host/values/QuotedText.h"
+#include "host/values/VarTypes.h"
+#include "host/values/VariableName.h"
 
 namespace StepHost
 {
 namespace
 {
-// The type that a new variable gets from `value`.
-VarType typeOfNew(const QVariant &value)
-{
-    VariableScope scope;
-    const QString name = QStringLiteral("value");
-    scope.set(name, value);
-    return scope.typeOf(name);
-}
-
 QString valueForDeclared(const QString &text, VarType type, QVariant &value)
 {
     if (type == VarType::String) {
@@ -45,7 +38,7 @@ QString valueForNew(const QString &text, ScriptVariable &variable)
     } else {
         variable.value = text;
     }
-    variable.type = typeOfNew(variable.value);
+    variable.type = typeOfValue(variable.value);
     if (variable.type == VarType::Undeclared)
         return QStringLiteral("%1 gives a new variable no type; declare it in the script").arg(quoted(text));
     return QString();

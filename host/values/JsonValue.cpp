@@ -3,12 +3,11 @@
 #include "InputFile.h"
 #include "JsonTree.h"
 #include "QuotedText.h"
-#include "host/scripts/Script.h"
+#include "VarTypes.h"
 
 #include <QLocale>
 #include <QMetaType>
 
-#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <type_traits>
@@ -575,34 +574,6 @@ bool readVariableValue(const Json &json, VarType type, QVariant &value, JsonErro
         || refuseJson(error,
                       QStringLiteral("this is %1, a variable of type %2 takes %3")
                           .arg(kindName(json), varTypeName(type), expectedForm(type)));
-}
-
-bool hasShapeOf(const QVariant &value, VarType type)
-{
-    const int valueType = value.userType();
-    switch (type) {
-    case VarType::Undeclared:
-        return true;
-    case VarType::Int:
-        return valueType == QMetaType::Int || valueType == QMetaType::LongLong
-            || valueType == QMetaType::ULongLong;
-    case VarType::Double:
-        return valueType == QMetaType::Double;
-    case VarType::String:
-        return valueType == QMetaType::QString;
-    case VarType::Bool:
-        return valueType == QMetaType::Bool;
-    case VarType::List:
-        return valueType == QMetaType::QVariantList;
-    case VarType::Table:
-        break;
-    }
-    if (valueType != QMetaType::QVariantList)
-        return false;
-    const QVariantList rows = value.toList();
-    return std::all_of(rows.begin(), rows.end(), [](const QVariant &row) {
-        return row.userType() == QMetaType::QVariantList || row.userType() == QMetaType::QStringList;
-    });
 }
 
 ValueResult valueFromJson(const QByteArray &json)

@@ -72,8 +72,4 @@ QString appendAsJson(QByteArray &json, const QVariant &value, int depth = 0);
 /// Appends \a value, the value of a variable of type \a type, as appendAsJson() does; in typed form when
 /// the plain form would be refused or changed for that type.
 QString appendVariableAsJson(QByteArray &json, const QVariant &value, VarType type, int depth = 0);
-
-/// Whether \a value has the shape that a variable of type \a type should have. Every value has the shape
-/// of VarType::Undeclared.
-bool hasShapeOf(const QVariant &value, VarType type);
 } // namespace StepHost

@@ -201,6 +201,9 @@ void TestEditorSchema::reportsWhatIsWrong_data()
     row("unknown literal type", {{"editor_text", "VARREF"}, {"varref_kind_text", ""}},
         SchemaFault::UnknownKind,
         "\"varref_kind_text\" is \"\", which is none of int, double, string, bool, list, table");
+    row("undeclared literal type", {{"editor_text", "VARREF"}, {"varref_kind_text", "undeclared"}},
+        SchemaFault::UnknownKind,
+        "\"varref_kind_text\" is \"undeclared\", which is none of int, double, string, bool, list, table");
     row("unknown value type", {{"editor_text", "VARREF"}, {"varref_type_text", "int,,bool"}},
         SchemaFault::UnknownKind,
         "\"varref_type_text\" has \"\", which is none of int, double, string, bool, list, table");

@@ -91,8 +91,6 @@ private slots:
     void variableValues();
     void depthIsBounded();
     void sizeIsBounded();
-    void shapes_data();
-    void shapes();
     void controlEscapes();
 };
 
@@ -458,34 +456,6 @@ void TestJsonValue::sizeIsBounded()
         value = QVariantList{value, value};
     QByteArray json;
     QCOMPARE(appendAsJson(json, value), QString("makes more than 256 MiB of JSON"));
-}
-
-void TestJsonValue::shapes_data()
-{
-    QTest::addColumn<QVariant>("value");
-    QTest::addColumn<QVector<VarType>>("types");
-    QTest::newRow("int") << QVariant(1) << QVector<VarType>{VarType::Int};
-    QTest::newRow("64 bits") << QVariant(1LL) << QVector<VarType>{VarType::Int};
-    QTest::newRow("unsigned 64 bits") << QVariant(1ULL) << QVector<VarType>{VarType::Int};
-    QTest::newRow("double") << QVariant(1.0) << QVector<VarType>{VarType::Double};
-    QTest::newRow("text") << QVariant("a") << QVector<VarType>{VarType::String};
-    QTest::newRow("bool") << QVariant(true) << QVector<VarType>{VarType::Bool};
-    QTest::newRow("list") << QVariant(QVariantList{1}) << QVector<VarType>{VarType::List};
-    QTest::newRow("empty list") << QVariant(QVariantList())
-                                << QVector<VarType>{VarType::List, VarType::Table};
-    QTest::newRow("table") << QVariant(QVariantList{QVariant(QVariantList{1})})
-                           << QVector<VarType>{VarType::List, VarType::Table};
-    QTest::newRow("texts") << QVariant(QStringList{"a"}) << QVector<VarType>{};
-    QTest::newRow("invalid") << QVariant() << QVector<VarType>{};
-}
-
-void TestJsonValue::shapes()
-{
-    QFETCH(QVariant, value);
-    QFETCH(QVector<VarType>, types);
-    for (int type = int(VarType::Int); type <= int(VarType::Table); ++type)
-        QCOMPARE(hasShapeOf(value, VarType(type)), types.contains(VarType(type)));
-    QVERIFY(hasShapeOf(value, VarType::Undeclared));
 }
 
 void TestJsonValue::controlEscapes()

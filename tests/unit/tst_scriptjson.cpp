@@ -27,9 +27,6 @@ private slots:
     void writesNamesThatAScriptCannotDeclare();
     void refusesToWriteDeepNesting();
     void declaresVariables();
-    void typeNames();
-    void variableNames_data();
-    void variableNames();
 
 private:
     // Destroyed after the scripts of every test.
@@ -388,9 +385,12 @@ void TestScriptJson::declaresVariables()
         {"name": "nothing", "type": "undeclared"}]})",
                                          m_catalogue);
     QVERIFY2(read, qPrintable(read.error));
+    Script script;
+    script.variables = read.script.variables;
+    script.variables.push_back({"$x", VarType::Int, 1});
     VariableScope scope;
-    declareVariables(read.script, scope);
-    QCOMPARE(scope.names(), (QStringList{"b", "a", "map", "nothing"}));
+    declareVariables(script, scope);
+    QCOMPARE(scope.names(), (QStringList{"b", "a", "map", "nothing", "$x"}));
     QVERIFY(scope.typeOf("b") == VarType::Table);
     QCOMPARE(scope.get("b"), QVariant(QVariantList{QVariant(QVariantList{1})}));
     QVERIFY(scope.typeOf("a") == VarType::Int);
@@ -399,42 +399,6 @@ void TestScriptJson::declaresVariables()
     QCOMPARE(scope.get("map"), QVariant(QVariantMap()));
     QVERIFY(scope.typeOf("nothing") == VarType::Undeclared);
     QVERIFY(!scope.get("nothing").isValid());
-}
-
-void TestScriptJson::typeNames()
-{
-    QCOMPARE(declarableTypeNames(), (QStringList{"int", "double", "string", "bool", "list", "table"}));
-    for (int i = 0; i <= 6; ++i) {
-        VarType type = VarType(-1);
-        QVERIFY(varTypeFromName(varTypeName(VarType(i)), type));
-        QVERIFY(type == VarType(i));
-    }
-    VarType type = VarType::Bool;
-    QVERIFY(!varTypeFromName("Int", type));
-    QVERIFY(type == VarType::Bool);
-    QCOMPARE(varTypeName(VarType(7)), QString());
-}
-
-void TestScriptJson::variableNames_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<bool>("isGood");
-    QTest::newRow("plain") << "x" << true;
-    QTest::newRow("with mark") << "$x" << true;
-    QTest::newRow("mark inside") << "x$" << true;
-    QTest::newRow("blank") << " " << true;
-    QTest::newRow("Chinese") << QString::fromUtf8("名字") << true;
-    QTest::newRow("empty") << "" << false;
-    QTest::newRow("mark alone") << "$" << false;
-    QTest::newRow("two marks") << "$$" << false;
-    QTest::newRow("two marks and a name") << "$$x" << false;
-}
-
-void TestScriptJson::variableNames()
-{
-    QFETCH(QString, name);
-    QFETCH(bool, isGood);
-    QCOMPARE(variableNameError(name).isEmpty(), isGood);
 }
 
 QTEST_GUILESS_MAIN(TestScriptJson)

@@ -11,6 +11,7 @@
 #include "host/scripts/VariableInput.h"
 #include "host/values/InputFile.h"
 #include "host/values/QuotedText.h"
+#include "host/values/VariableName.h"
 
 #include <QSet>
 

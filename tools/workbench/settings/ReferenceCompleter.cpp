@@ -1,5 +1,7 @@
 #include "ReferenceCompleter.h"
 
+#include "host/values/VariableName.h"
+
 #include <QLineEdit>
 #include <QStringListModel>
 
@@ -21,7 +23,7 @@ void ReferenceCompleter::setVariables(const VariableScope &variables, const QVec
     m_members.clear();
     const QStringList allNames = variables.names();
     for (const QString &name : allNames) {
-        const QString reference = QLatin1Char('$') + name;
+        const QString reference = StepHost::referenceTo(name);
         const VarType type = variables.typeOf(reference);
         const bool hasMembers = type == VarType::List || type == VarType::Table;
         if (types.isEmpty() || types.contains(type))
@@ -48,14 +50,14 @@ void ReferenceCompleter::update(const QString &text)
 
 bool ReferenceCompleter::isReference(const QString &text)
 {
-    return text.size() > 1 && text.startsWith(QLatin1Char('$'));
+    return text.size() > 1 && StepHost::hasMark(text);
 }
 
 QString ReferenceCompleter::unknownVariable(const QString &text, const VariableScope &variables)
 {
     if (!isReference(text))
         return QString();
-    QString name = text.mid(1);
+    QString name = StepHost::withoutMark(text);
     const int dot = name.indexOf(QLatin1Char('.'));
     if (dot > 0)
         name.truncate(dot);

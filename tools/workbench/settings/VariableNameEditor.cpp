@@ -1,6 +1,7 @@
 #include "VariableNameEditor.h"
 
 #include "UndoRelay.h"
+#include "host/values/VariableName.h"
 
 #include <QComboBox>
 #include <QCompleter>
@@ -59,7 +60,7 @@ void VariableNameEditor::setVariables(const VariableScope &variables)
     QStringList names;
     const QStringList allNames = variables.names();
     for (const QString &name : allNames) {
-        if (isOffered(variables.typeOf(QLatin1Char('$') + name)))
+        if (isOffered(variables.typeOf(StepHost::referenceTo(name))))
             names.append(name);
     }
     QStringList present;

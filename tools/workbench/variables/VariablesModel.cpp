@@ -1,21 +1,18 @@
 #include "VariablesModel.h"
 
 #include "VariableEdits.h"
+#include "host/values/VariableName.h"
 #include "tools/workbench/look/ToolTipText.h"
 #include "tools/workbench/values/ItemValue.h"
 
 #include <QFont>
 
+using StepHost::referenceTo;
+
 namespace Workbench
 {
 namespace
 {
-// A leading "$" is a mark only once, so it is written out before a name that begins with one.
-QString address(const QString &name)
-{
-    return QLatin1Char('$') + name;
-}
-
 QString valueSummary(VarType type, const QVariant &value)
 {
     const QString summary = ItemValue::summary(value);
@@ -47,7 +44,7 @@ void VariablesModel::setResult(const VariableScope &before, const VariableScope 
     m_changed.clear();
     const QStringList resultNames = after.names();
     for (const QString &name : resultNames) {
-        if (!ItemValue::same(before.get(address(name)), after.get(address(name))))
+        if (!ItemValue::same(before.get(referenceTo(name)), after.get(referenceTo(name))))
             m_changed.insert(name);
     }
     updateNames();
@@ -63,7 +60,7 @@ void VariablesModel::updateNames()
     QStringList names = m_variables.names();
     const QStringList resultNames = m_after.names();
     for (const QString &name : resultNames) {
-        if (!m_variables.contains(address(name)))
+        if (!m_variables.contains(referenceTo(name)))
             names.append(name);
     }
     // What both lists begin and end with stays; only the rows between are taken out and put in.
@@ -107,13 +104,13 @@ int VariablesModel::rowOf(const QString &name) const
 
 bool VariablesModel::isOfScript(int row) const
 {
-    return m_variables.contains(address(m_names.value(row)));
+    return m_variables.contains(referenceTo(m_names.value(row)));
 }
 
 VarType VariablesModel::type(int row) const
 {
     const VariableScope &scope = isOfScript(row) ? m_variables : m_after;
-    return scope.typeOf(address(m_names.at(row)));
+    return scope.typeOf(referenceTo(m_names.at(row)));
 }
 
 int VariablesModel::rowCount(const QModelIndex &parent) const
@@ -147,7 +144,7 @@ Qt::ItemFlags VariablesModel::flags(const QModelIndex &index) const
 
 QVariant VariablesModel::display(int row, int column) const
 {
-    const QString reference = address(m_names.at(row));
+    const QString reference = referenceTo(m_names.at(row));
     switch (column) {
     case NameColumn:
         return m_names.at(row);
@@ -164,7 +161,7 @@ QVariant VariablesModel::display(int row, int column) const
 
 QString VariablesModel::resultToolTip(int row) const
 {
-    const QString reference = address(m_names.at(row));
+    const QString reference = referenceTo(m_names.at(row));
     if (!m_after.contains(reference))
         return QString();
     if (!m_changed.contains(m_names.at(row)))
@@ -187,7 +184,7 @@ QVariant VariablesModel::data(const QModelIndex &index, int role) const
         if (index.column() == TypeColumn)
             return int(type(row));
         if (index.column() == ValueColumn)
-            return ItemValue::editText(m_variables.get(address(m_names.at(row))));
+            return ItemValue::editText(m_variables.get(referenceTo(m_names.at(row))));
         return display(row, index.column());
     case Qt::FontRole:
         if (changed && index.column() == ResultColumn) {
@@ -229,7 +226,7 @@ bool VariablesModel::setData(const QModelIndex &index, const QVariant &value, in
         break;
     default:
         accepted = VariableEdits::setText(changed, name, value.toString(), error);
-        if (accepted && ItemValue::same(changed.get(address(name)), m_variables.get(address(name))))
+        if (accepted && ItemValue::same(changed.get(referenceTo(name)), m_variables.get(referenceTo(name))))
             return true;
         action = tr("Change value of “%1”").arg(name);
         break;
