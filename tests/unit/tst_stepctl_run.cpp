@@ -292,6 +292,9 @@ void TestStepctlRun::badUsage_data()
         << QStringList{"run", "no\nsuch.json"} << "stepctl: no\\nsuch.json: ";
     QTest::newRow("two marks") << QStringList{"run", "sort.json", "--set", "$$a=1"}
                                << "--set $$a=1: the variable's name \"$$a\" has more than one \"$\" in front";
+    QTest::newRow("two marks of a list")
+        << QStringList{"run", "sort.json", "--list", "$$a=@sort.json"}
+        << "--list $$a=@sort.json: the variable's name \"$$a\" has more than one \"$\" in front";
 }
 
 void TestStepctlRun::badUsage()

@@ -194,6 +194,8 @@ void TestVariableInput::refusesLists()
     QCOMPARE(assignList(script, "x", {"a"}),
              QString("the script declares \"x\" with the type table, not as a list"));
     QCOMPARE(assignList(script, "$", {"a"}), QString("a variable's name cannot be empty"));
+    QCOMPARE(assignList(script, "$$x", {"a"}),
+             QString("the variable's name \"$$x\" has more than one \"$\" in front"));
     QCOMPARE(int(script.variables.size()), 1);
     QCOMPARE(script.variables[0].value, QVariant(QVariantList()));
 }

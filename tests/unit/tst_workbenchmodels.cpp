@@ -525,6 +525,8 @@ void TestWorkbenchModels::variableEdits_data()
     QTest::newRow("taken, with the mark") << "$b" << false << QStringList{"a", "b"} << QStringList{"a", "b"};
     QTest::newRow("empty") << "" << false << QStringList{"a", "b"} << QStringList{"a", "b"};
     QTest::newRow("the mark alone") << "$" << false << QStringList{"a", "b"} << QStringList{"a", "b"};
+    QTest::newRow("two marks") << "$$c" << false << QStringList{"a", "b"} << QStringList{"a", "b"};
+    QTest::newRow("two marks alone") << "$$" << false << QStringList{"a", "b"} << QStringList{"a", "b"};
 }
 
 void TestWorkbenchModels::variableEdits()

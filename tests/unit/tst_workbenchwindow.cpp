@@ -663,6 +663,10 @@ void TestWorkbenchWindow::keepsResults()
     QCOMPARE(m_window->document().variables().get("names"), QVariant(QVariantList{"a", "b"}));
     m_window->document().undoStack().undo();
     QCOMPARE(m_window->document().variables().get("names"), QVariant(QVariantList{"b", "a"}));
+    setVariable("$$x", 1, VarType::Int); // As a step may do, but no script.
+    run();
+    m_window->findChild<QAction *>("keepResults")->trigger();
+    QCOMPARE(m_window->document().variables().names(), QStringList("names"));
 }
 
 void TestWorkbenchWindow::leadsFromTheLogToTheStep()

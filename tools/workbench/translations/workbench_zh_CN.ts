@@ -713,6 +713,10 @@ Drag one here from the palette, or double-click it there.</source>
         <translation>变量需要名称。</translation>
     </message>
     <message>
+        <source>The name of a variable cannot begin with “$”.</source>
+        <translation>变量名称不能以“$”开头。</translation>
+    </message>
+    <message>
         <source>There is a variable “%1” already.</source>
         <translation>已经有变量“%1”。</translation>
     </message>

@@ -1,5 +1,6 @@
 #include "VariableEdits.h"
 
+#include "host/values/VariableName.h"
 #include "tools/workbench/values/ItemValue.h"
 
 #include <algorithm>
@@ -16,12 +17,6 @@ void putVariable(VariableScope &scope, const QString &name, VarType type, const 
     if (type != VarType::Undeclared)
         scope.declare(address, type);
     scope.set(address, value);
-}
-
-QString bareName(const QString &name)
-{
-    const QString trimmed = name.trimmed();
-    return trimmed.startsWith(QLatin1Char('$')) ? trimmed.mid(1) : trimmed;
 }
 
 bool isTable(const QVariantList &list)
@@ -89,6 +84,10 @@ bool VariableEdits::checkNewName(const VariableScope &scope, const QString &name
         error = tr("A variable needs a name.");
         return false;
     }
+    if (!StepHost::isVariableName(name)) {
+        error = tr("The name of a variable cannot begin with “$”.");
+        return false;
+    }
     if (scope.contains(QLatin1Char('$') + name)) {
         error = tr("There is a variable “%1” already.").arg(name);
         return false;
@@ -98,7 +97,7 @@ bool VariableEdits::checkNewName(const VariableScope &scope, const QString &name
 
 bool VariableEdits::add(VariableScope &scope, const QString &name, VarType type, QString &error)
 {
-    const QString bare = bareName(name);
+    const QString bare = StepHost::withoutMark(name.trimmed());
     if (!checkNewName(scope, bare, error))
         return false;
     return scope.declare(QLatin1Char('$') + bare, type);
@@ -106,7 +105,7 @@ bool VariableEdits::add(VariableScope &scope, const QString &name, VarType type,
 
 bool VariableEdits::rename(VariableScope &scope, const QString &from, const QString &to, QString &error)
 {
-    const QString bare = bareName(to);
+    const QString bare = StepHost::withoutMark(to.trimmed());
     if (bare == from)
         return true;
     if (!checkNewName(scope, bare, error))

@@ -2,6 +2,7 @@
 
 #include "VariableEdits.h"
 #include "VariablesModel.h"
+#include "host/values/VariableName.h"
 #include "tools/workbench/document/RunSession.h"
 #include "tools/workbench/document/ScriptDocument.h"
 #include "tools/workbench/look/ChoiceDelegate.h"
@@ -175,7 +176,7 @@ void VariablesPane::removeVariable()
     if (row < 0 || !m_model->isOfScript(row))
         return;
     VariableScope variables = m_document.variables();
-    variables.remove(QLatin1Char('$') + m_model->name(row));
+    variables.remove(StepHost::referenceTo(m_model->name(row)));
     m_document.setVariables(variables, tr("Remove variable “%1”").arg(m_model->name(row)));
 }
 
@@ -192,7 +193,7 @@ void VariablesPane::editValue(int row)
     if (row < 0 || !m_model->isOfScript(row))
         return;
     const QString name = m_model->name(row);
-    const QString reference = QLatin1Char('$') + name;
+    const QString reference = StepHost::referenceTo(name);
     const VarType type = m_document.variables().typeOf(reference);
     if (!isContainer(type)) {
         const QModelIndex index = m_model->index(row, VariablesModel::ValueColumn);
@@ -214,6 +215,12 @@ void VariablesPane::editValue(int row)
 
 void VariablesPane::keepResults()
 {
-    m_document.setVariables(m_session.after(), tr("Keep results"));
+    VariableScope kept = m_session.after();
+    const QStringList names = kept.names();
+    for (const QString &name : names) {
+        if (!StepHost::isVariableName(name)) // A step may make such a variable, a script cannot hold it.
+            kept.remove(StepHost::referenceTo(name));
+    }
+    m_document.setVariables(kept, tr("Keep results"));
 }
 } // namespace Workbench
