@@ -2,6 +2,7 @@
 
 #include "CheckContext.h"
 #include "host/plugins/EditorSchema.h"
+#include "host/running/RunReport.h"
 #include "host/running/WarningCapture.h"
 #include "host/values/QuotedText.h"
 
@@ -245,9 +246,9 @@ QByteArray snapshotOf(const VariableScope &scope)
 {
     QByteArray snapshot;
     QDataStream stream(&snapshot, QIODevice::WriteOnly);
-    const QStringList names = scope.names();
-    for (const QString &name : names)
-        stream << name << qint32(scope.typeOf(name)) << scope.get(name);
+    const std::vector<ScriptVariable> variables = variablesOf(scope);
+    for (const ScriptVariable &variable : variables)
+        stream << variable.name << qint32(variable.type) << variable.value;
     return snapshot;
 }
 
