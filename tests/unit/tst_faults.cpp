@@ -20,6 +20,7 @@ namespace
 {
 const QString fatalSteps = TestPaths::fixture("FatalSteps");
 const QString hostileSteps = TestPaths::fixture("HostileSteps");
+const QString throwingTexts = TestPaths::fixture("ThrowingTexts");
 const char oldContent[] = "as it was";
 
 #ifdef Q_OS_UNIX
@@ -85,14 +86,18 @@ void TestFaults::tellsWhatAPluginDid_data()
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<QString>("steps");
     QTest::addColumn<QString>("line");
+    QTest::addColumn<QString>("plugin");
     const auto inStep = [](const char *type, const char *what) {
         QTest::newRow(type)
             << QStringList{"run", "script.json", "--output", "out.json"}
             << QString(R"({"type": "fixture.first"}, {"type": "fixture.%1"})").arg(type)
-            << QString("stepctl: %1 in step 2 (fixture.%2); nothing was written\n").arg(what, type);
+            << QString("stepctl: %1 in step 2 (fixture.%2); nothing was written\n").arg(what, type)
+            << fatalSteps;
     };
     const auto elsewhere = [](const char *name, const QStringList &arguments, const char *step,
-                              const char *line) { QTest::newRow(name) << arguments << step << line; };
+                              const char *line, const QString &plugin = fatalSteps) {
+        QTest::newRow(name) << arguments << step << line << plugin;
+    };
     inStep("abort", "abort");
     inStep("crash", "segmentation fault");
 #ifndef Q_OS_WIN
@@ -116,11 +121,24 @@ void TestFaults::tellsWhatAPluginDid_data()
     elsewhere("unloading", run, R"({"type": "fixture.unloading"})",
               "stepctl: abort while the plug-ins were unloaded; nothing was written\n");
     elsewhere("throwing step", run, R"({"type": "fixture.throw"})",
-              "stepctl: step 1 (fixture.throw) threw an exception: out of paper\n");
+              "stepctl: step 1 (fixture.throw) threw an exception: out of paper\n", hostileSteps);
     elsewhere("setter, converting", convert, R"({"type": "fixture.setter", "setting": 1})",
               "stepctl: abort while the script was read; nothing was written\n");
     elsewhere("throwing setter, converting", convert, R"({"type": "fixture.brittle", "mood": 1})",
-              "stepctl: an unexpected exception ended the work: bad mood\n");
+              "stepctl: an unexpected exception ended the work: bad mood\n", hostileSteps);
+    for (const QString format : {"text", "json", "markdown"}) {
+        const auto shown = [&](QStringList arguments, const char *line, const QString &plugin) {
+            arguments += QStringList{"--format", format};
+            elsewhere(qPrintable(arguments.join(' ')), arguments, "", line, plugin);
+        };
+        const char *exception = "stepctl: an unexpected exception ended the work: out of words\n";
+        shown({"palette"}, exception, throwingTexts);
+        if (format == "markdown")
+            continue;
+        shown({"describe", "fixture.name"}, exception, throwingTexts);
+        shown({"describe", "fixture.summary"},
+              "stepctl: abort while the result was made; nothing was written\n", fatalSteps);
+    }
 }
 
 void TestFaults::tellsWhatAPluginDid()
@@ -128,11 +146,10 @@ void TestFaults::tellsWhatAPluginDid()
     QFETCH(QStringList, arguments);
     QFETCH(QString, steps);
     QFETCH(QString, line);
-    const bool isHostile = steps.contains("fixture.throw") || steps.contains("fixture.brittle");
+    QFETCH(QString, plugin);
     m_folder->write("script.json", "{\"steps\": [" + steps.toUtf8() + "]}");
     m_folder->write("out.json", oldContent);
-    const Run result =
-        m_folder->run(arguments + QStringList{"--plugin", isHostile ? hostileSteps : fatalSteps});
+    const Run result = m_folder->run(arguments + QStringList{"--plugin", plugin});
     QVERIFY2(result.hasCrashed || result.status > 0, qPrintable(QString::number(result.status)));
     QVERIFY2(result.errors.contains(line), qPrintable(result.errors));
     QCOMPARE(result.errors.count("stepctl: "), 1);

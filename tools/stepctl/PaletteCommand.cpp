@@ -2,7 +2,7 @@
 
 #include "CommandLine.h"
 #include "Console.h"
-#include "PluginOption.h"
+#include "PluginWork.h"
 #include "host/plugins/PaletteReport.h"
 #include "host/values/QuotedText.h"
 
@@ -27,27 +27,28 @@ struct DescribeArguments
 
 int showPalette(const PaletteArguments &arguments)
 {
-    StepCatalogue catalogue;
-    if (!arguments.plugins.load(catalogue))
-        return ExitRefused;
-    const QByteArray report = arguments.format == QLatin1String("json") ? paletteToJson(catalogue)
-        : arguments.format == QLatin1String("markdown")                 ? paletteToMarkdown(catalogue)
-                                                                        : paletteToText(catalogue);
-    return writeResult(report, QString()) ? ExitSuccess : ExitRefused;
+    const auto make = [&](const StepCatalogue &catalogue, FaultWatch &watch, QByteArray &output) {
+        watch.setWork(QStringLiteral("while the result was made"));
+        output = arguments.format == QLatin1String("json")  ? paletteToJson(catalogue)
+            : arguments.format == QLatin1String("markdown") ? paletteToMarkdown(catalogue)
+                                                            : paletteToText(catalogue);
+        return ExitSuccess;
+    };
+    return doPluginWork({arguments.plugins, make, QString()});
 }
 
 int describe(const DescribeArguments &arguments)
 {
-    StepCatalogue catalogue;
-    if (!arguments.plugins.load(catalogue))
-        return ExitRefused;
-    if (!catalogue.prototype(arguments.type))
-        return refuse(QStringLiteral("there is no step of type %1; there are %2")
-                          .arg(quoted(arguments.type), catalogue.typeIds().join(QLatin1String(", "))));
-    const QByteArray report = arguments.format == QLatin1String("json")
-        ? stepToJson(catalogue, arguments.type)
-        : stepToText(catalogue, arguments.type);
-    return writeResult(report, QString()) ? ExitSuccess : ExitRefused;
+    const auto make = [&](const StepCatalogue &catalogue, FaultWatch &watch, QByteArray &output) -> int {
+        if (!catalogue.prototype(arguments.type))
+            return refuse(QStringLiteral("there is no step of type %1; there are %2")
+                              .arg(quoted(arguments.type), catalogue.typeIds().join(QLatin1String(", "))));
+        watch.setWork(QStringLiteral("while the result was made"));
+        output = arguments.format == QLatin1String("json") ? stepToJson(catalogue, arguments.type)
+                                                           : stepToText(catalogue, arguments.type);
+        return ExitSuccess;
+    };
+    return doPluginWork({arguments.plugins, make, QString()});
 }
 } // namespace
 
