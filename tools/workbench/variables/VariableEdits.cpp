@@ -1,5 +1,6 @@
 #include "VariableEdits.h"
 
+#include "host/values/VarTypes.h"
 #include "host/values/VariableName.h"
 #include "tools/workbench/values/ItemValue.h"
 
@@ -12,8 +13,7 @@ namespace
 /// The value of \a name in \a scope under another name or type, in a scope that is being built anew.
 void putVariable(VariableScope &scope, const QString &name, VarType type, const QVariant &value)
 {
-    // A leading "$" is a mark only once, so it is written out before a name that begins with one.
-    const QString address = QLatin1Char('$') + name;
+    const QString address = StepHost::referenceTo(name);
     if (type != VarType::Undeclared)
         scope.declare(address, type);
     scope.set(address, value);
@@ -44,7 +44,7 @@ ItemKind itemKind(VarType type)
 
 QVector<VarType> VariableEdits::types()
 {
-    return {VarType::Int, VarType::Double, VarType::String, VarType::Bool, VarType::List, VarType::Table};
+    return StepHost::declarableTypes();
 }
 
 QString VariableEdits::typeName(VarType type)
@@ -88,7 +88,7 @@ bool VariableEdits::checkNewName(const VariableScope &scope, const QString &name
         error = tr("The name of a variable cannot begin with “$”.");
         return false;
     }
-    if (scope.contains(QLatin1Char('$') + name)) {
+    if (scope.contains(StepHost::referenceTo(name))) {
         error = tr("There is a variable “%1” already.").arg(name);
         return false;
     }
@@ -100,7 +100,7 @@ bool VariableEdits::add(VariableScope &scope, const QString &name, VarType type,
     const QString bare = StepHost::withoutMark(name.trimmed());
     if (!checkNewName(scope, bare, error))
         return false;
-    return scope.declare(QLatin1Char('$') + bare, type);
+    return scope.declare(StepHost::referenceTo(bare), type);
 }
 
 bool VariableEdits::rename(VariableScope &scope, const QString &from, const QString &to, QString &error)
@@ -113,7 +113,7 @@ bool VariableEdits::rename(VariableScope &scope, const QString &from, const QStr
     VariableScope renamed;
     const QStringList names = scope.names();
     for (const QString &name : names) {
-        const QString address = QLatin1Char('$') + name;
+        const QString address = StepHost::referenceTo(name);
         putVariable(renamed, name == from ? bare : name, scope.typeOf(address), scope.get(address));
     }
     scope = renamed;
@@ -122,7 +122,7 @@ bool VariableEdits::rename(VariableScope &scope, const QString &from, const QStr
 
 void VariableEdits::retype(VariableScope &scope, const QString &name, VarType type)
 {
-    const QString address = QLatin1Char('$') + name;
+    const QString address = StepHost::referenceTo(name);
     const QVariant old = scope.get(address);
     scope.declare(address, type);
     QVariant value;
@@ -138,7 +138,7 @@ void VariableEdits::retype(VariableScope &scope, const QString &name, VarType ty
 
 bool VariableEdits::setText(VariableScope &scope, const QString &name, const QString &text, QString &error)
 {
-    const QString address = QLatin1Char('$') + name;
+    const QString address = StepHost::referenceTo(name);
     QVariant value;
     if (!ItemValue::parse(text, itemKind(scope.typeOf(address)), value, error))
         return false;
