@@ -1,14 +1,14 @@
+#include "host/scripts/VariableEdits.h"
+#include "host/values/CsvText.h"
+#include "host/values/ItemValue.h"
+#include "host/values/ValueFile.h"
 #include "tests/support/TestPaths.h"
 #include "tools/workbench/document/LogModel.h"
 #include "tools/workbench/look/Language.h"
 #include "tools/workbench/look/ToolTipText.h"
-#include "tools/workbench/values/CsvText.h"
-#include "tools/workbench/values/ItemValue.h"
 #include "tools/workbench/values/ListValueModel.h"
 #include "tools/workbench/values/ModelRows.h"
 #include "tools/workbench/values/TableValueModel.h"
-#include "tools/workbench/values/ValueFile.h"
-#include "tools/workbench/variables/VariableEdits.h"
 #include "tools/workbench/variables/VariablesModel.h"
 #include "tools/workbench/window/RecentFiles.h"
 
@@ -18,9 +18,10 @@
 
 #include <cmath>
 
+using namespace StepHost;
 using namespace Workbench;
 
-Q_DECLARE_METATYPE(Workbench::ItemKind)
+Q_DECLARE_METATYPE(StepHost::ItemKind)
 Q_DECLARE_METATYPE(VarType)
 Q_DECLARE_METATYPE(QVector<QStringList>)
 

@@ -1,8 +1,8 @@
+#include "host/values/ItemValue.h"
 #include "tools/workbench/document/ScriptModel.h"
 #include "tools/workbench/look/Language.h"
 #include "tools/workbench/settings/PropertyEditor.h"
 #include "tools/workbench/settings/PropertyPane.h"
-#include "tools/workbench/values/ItemValue.h"
 #include "tools/workbench/values/ListValueModel.h"
 #include "tools/workbench/values/ValueDialog.h"
 #include "tools/workbench/variables/VariablesModel.h"
@@ -822,7 +822,8 @@ void TestWorkbenchWindow::savesAndReopens()
     QCOMPARE(script().step(0).property("ascending"), QVariant(false));
     QCOMPARE(script().step(1).property("mode"), QVariant(1));
     QVERIFY(!script().isEnabled(1));
-    QVERIFY(ItemValue::same(m_window->document().variables().get("names"), QVariantList({"b", 1, 1.0})));
+    QVERIFY(StepHost::ItemValue::same(m_window->document().variables().get("names"),
+                                      QVariantList({"b", 1, 1.0})));
     QVERIFY(m_window->windowTitle().contains("script.json"));
     QVERIFY(!m_window->isWindowModified());
     QCOMPARE(RecentFiles(*m_settings).paths().constFirst(), QFileInfo(fileName).absoluteFilePath());

@@ -6,7 +6,7 @@
 #include "host/running/RunReport.h"
 #include "host/scripts/BinaryScript.h"
 #include "host/scripts/ScriptFile.h"
-#include "tools/workbench/values/FileText.h"
+#include "host/values/OutputFile.h"
 
 #include <QFileInfo>
 
@@ -188,7 +188,7 @@ QString ScriptDocument::save(const QString &fileName)
     // A file of another suffix is read by its content all the same.
     const StepHost::ScriptForm form = StepHost::scriptFormOf(fileName).value_or(StepHost::ScriptForm::Json);
     const StepHost::WriteResult written = StepHost::writeScript(copy(), form, m_catalogue);
-    const QString error = written ? replaceFile(fileName, written.bytes) : written.error;
+    const QString error = written ? StepHost::replaceFile(fileName, written.bytes) : written.error;
     if (!error.isEmpty())
         return error;
     m_fileName = QFileInfo(fileName).absoluteFilePath();

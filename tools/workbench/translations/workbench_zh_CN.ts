@@ -20,7 +20,7 @@
     </message>
 </context>
 <context>
-    <name>Workbench::CsvReader</name>
+    <name>StepHost::CsvReader</name>
     <message>
         <source>line %1: a comma or the end of the line has to follow the closing quotation mark</source>
         <translation>第 %1 行：右引号之后应为逗号或行尾</translation>
@@ -31,7 +31,7 @@
     </message>
 </context>
 <context>
-    <name>Workbench::FileText</name>
+    <name>StepHost::OutputFile</name>
     <message>
         <source>%1: %2</source>
         <translation>%1：%2</translation>
@@ -57,7 +57,7 @@
     </message>
 </context>
 <context>
-    <name>Workbench::ItemValue</name>
+    <name>StepHost::ItemValue</name>
     <message>
         <source>“%1” is not a list such as [1, &quot;a&quot;, true]: %2</source>
         <translation>“%1”不是列表（例如 [1, &quot;a&quot;, true]）：%2</translation>
@@ -668,14 +668,14 @@ Drag one here from the palette, or double-click it there.</source>
     </message>
 </context>
 <context>
-    <name>Workbench::ValueFile</name>
+    <name>StepHost::ValueFile</name>
     <message>
         <source>Item %1 has a line break, which a text file with one item a line cannot hold. Choose a .csv file.</source>
         <translation>第 %1 项含有换行，每行一项的文本文件无法保存。请选择 .csv 文件。</translation>
     </message>
 </context>
 <context>
-    <name>Workbench::VariableEdits</name>
+    <name>StepHost::VariableEdits</name>
     <message>
         <source>Integer</source>
         <translation>整数</translation>

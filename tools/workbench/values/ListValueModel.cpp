@@ -6,6 +6,10 @@
 
 namespace Workbench
 {
+using StepHost::ItemKind;
+using StepHost::ItemOrder;
+using StepHost::ItemValue;
+
 namespace
 {
 /// The rows of \a items in the order of what \a keyOf gives for each item; equal ones as they stand.

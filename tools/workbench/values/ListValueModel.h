@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ItemValue.h"
+#include "host/values/ItemValue.h"
 
 #include <QAbstractTableModel>
 #include <QVariantList>
@@ -28,7 +28,7 @@ public:
 
     /// Converts the items of \a rows to \a kind. Items that cannot be converted stay, and refused() is
     /// emitted once with the number of them and the reason for the first.
-    void convertRows(const QList<int> &rows, ItemKind kind);
+    void convertRows(const QList<int> &rows, StepHost::ItemKind kind);
 
     int rowCount(const QModelIndex &parent = QModelIndex()) const override;
     int columnCount(const QModelIndex &parent = QModelIndex()) const override;

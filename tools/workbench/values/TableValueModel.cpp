@@ -6,6 +6,9 @@
 
 namespace Workbench
 {
+using StepHost::ItemKind;
+using StepHost::ItemValue;
+
 namespace
 {
 QVariantList padded(QVariantList row, int length)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ItemValue.h"
+#include "host/values/ItemValue.h"
 
 #include <QAbstractTableModel>
 #include <QVariantList>
@@ -29,7 +29,7 @@ public:
 
     /// Converts \a cells to \a kind. Cells that cannot be converted stay, and refused() is emitted once with
     /// the number of them and the reason for the first.
-    void convertCells(const QModelIndexList &cells, ItemKind kind);
+    void convertCells(const QModelIndexList &cells, StepHost::ItemKind kind);
 
     int rowCount(const QModelIndex &parent = QModelIndex()) const override;
     int columnCount(const QModelIndex &parent = QModelIndex()) const override;

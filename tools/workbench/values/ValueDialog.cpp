@@ -3,7 +3,7 @@
 #include "ListValueModel.h"
 #include "ModelRows.h"
 #include "TableValueModel.h"
-#include "ValueFile.h"
+#include "host/values/ValueFile.h"
 #include "tools/workbench/look/ChoiceDelegate.h"
 #include "tools/workbench/look/Colors.h"
 #include "tools/workbench/look/ThemedIcon.h"
@@ -25,6 +25,10 @@
 
 namespace Workbench
 {
+using StepHost::ItemKind;
+using StepHost::ItemValue;
+using StepHost::ValueFile;
+
 namespace
 {
 QVector<ChoiceDelegate::Choice> kindChoices()

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ItemValue.h"
+#include "host/values/ItemValue.h"
 
 #include "hostapi/VariableScope.h"
 
@@ -46,7 +46,7 @@ private:
     void insertColumn();
     void removeColumns();
     void moveItems(int distance);
-    void convertSelected(ItemKind kind);
+    void convertSelected(StepHost::ItemKind kind);
     void chooseImport();
     void chooseExport();
     void showMessage(const QString &message);

@@ -1,16 +1,19 @@
 #include "VariablesModel.h"
 
-#include "VariableEdits.h"
+#include "host/scripts/VariableEdits.h"
+#include "host/values/ItemValue.h"
 #include "host/values/VariableName.h"
 #include "tools/workbench/look/ToolTipText.h"
-#include "tools/workbench/values/ItemValue.h"
 
 #include <QFont>
 
-using StepHost::referenceTo;
-
 namespace Workbench
 {
+using StepHost::ItemKind;
+using StepHost::ItemValue;
+using StepHost::referenceTo;
+using StepHost::VariableEdits;
+
 namespace
 {
 QString valueSummary(VarType type, const QVariant &value)

@@ -1,7 +1,7 @@
 #include "VariablesPane.h"
 
-#include "VariableEdits.h"
 #include "VariablesModel.h"
+#include "host/scripts/VariableEdits.h"
 #include "host/values/VariableName.h"
 #include "tools/workbench/document/RunSession.h"
 #include "tools/workbench/document/ScriptDocument.h"
@@ -109,9 +109,9 @@ void VariablesPane::createView()
     m_view->horizontalHeader()->setSectionResizeMode(VariablesModel::ValueColumn, QHeaderView::Stretch);
     m_view->horizontalHeader()->setSectionResizeMode(VariablesModel::ResultColumn, QHeaderView::Stretch);
     QVector<ChoiceDelegate::Choice> types;
-    const QVector<VarType> variableTypes = VariableEdits::types();
+    const QVector<VarType> variableTypes = StepHost::VariableEdits::types();
     for (const VarType type : variableTypes)
-        types.append({int(type), VariableEdits::typeName(type)});
+        types.append({int(type), StepHost::VariableEdits::typeName(type)});
     m_view->setItemDelegateForColumn(VariablesModel::TypeColumn, new ChoiceDelegate(types, this));
     m_view->setItemDelegateForColumn(VariablesModel::ResultColumn, new ResultDelegate(this));
     m_view->installEventFilter(this);
@@ -161,7 +161,7 @@ bool VariablesPane::eventFilter(QObject *watched, QEvent *event)
 void VariablesPane::addVariable()
 {
     VariableScope variables = m_document.variables();
-    const QString name = VariableEdits::freeName(variables);
+    const QString name = StepHost::VariableEdits::freeName(variables);
     variables.declare(name, VarType::List);
     m_document.setVariables(variables, tr("Add variable"));
     const QModelIndex index = m_model->index(m_model->rowOf(name), VariablesModel::NameColumn);
@@ -206,7 +206,7 @@ void VariablesPane::editValue(int row)
     if (dialog.exec() != QDialog::Accepted)
         return;
     const QVariantList after = dialog.value();
-    if (ItemValue::same(QVariant(after), QVariant(before)))
+    if (StepHost::ItemValue::same(QVariant(after), QVariant(before)))
         return;
     VariableScope variables = m_document.variables();
     variables.set(reference, QVariant(after));

@@ -7,7 +7,7 @@
 #include <QVariant>
 #include <QVector>
 
-namespace Workbench
+namespace StepHost
 {
 /// Changes of a scope's variables as a user makes them. Each gives the changed scope, in which the other
 /// variables and their order are as before; the scope that it is given stays as it is.
@@ -15,7 +15,7 @@ namespace Workbench
 /// Members that can be refused return false, leave the scope alone and set \a error to a text for the user.
 class VariableEdits
 {
-    Q_DECLARE_TR_FUNCTIONS(Workbench::VariableEdits)
+    Q_DECLARE_TR_FUNCTIONS(StepHost::VariableEdits)
 
 public:
     /// The six types that a variable can be declared with, in the order in which they are offered.
@@ -44,4 +44,4 @@ public:
 private:
     static bool checkNewName(const VariableScope &scope, const QString &name, QString &error);
 };
-} // namespace Workbench
+} // namespace StepHost

@@ -4,7 +4,7 @@
 #include <QStringList>
 #include <QVector>
 
-namespace Workbench
+namespace StepHost
 {
 /// The rows of \a text, read as comma-separated values with quotation marks.
 ///
@@ -18,4 +18,4 @@ bool parseCsv(const QString &text, QVector<QStringList> &rows, QString &error);
 
 /// \a rows as comma-separated values, one line each, in a form that parseCsv() reads back.
 QString formatCsv(const QVector<QStringList> &rows);
-} // namespace Workbench
+} // namespace StepHost

@@ -1,13 +1,13 @@
 #include "ItemValue.h"
 
-#include "host/values/JsonValue.h"
+#include "JsonValue.h"
 
 #include <QLocale>
 
 #include <algorithm>
 #include <cmath>
 
-namespace Workbench
+namespace StepHost
 {
 namespace
 {
@@ -121,13 +121,13 @@ bool ItemOrder::operator<(const ItemOrder &other) const
 QString ItemValue::listText(const QVariantList &list)
 {
     QByteArray json;
-    const QString error = StepHost::appendAsJson(json, list);
+    const QString error = appendAsJson(json, list);
     return error.isEmpty() ? QString::fromUtf8(json) : QString();
 }
 
 bool ItemValue::parseList(const QString &text, QVariant &value, QString &error)
 {
-    const StepHost::ValueResult result = StepHost::valueFromJson(text.toUtf8());
+    const ValueResult result = valueFromJson(text.toUtf8());
     if (!result) {
         error = tr("“%1” is not a list such as [1, \"a\", true]: %2").arg(oneLine(text), result.error);
         return false;
@@ -308,4 +308,4 @@ bool ItemValue::same(const QVariant &a, const QVariant &b)
     const QVariantList y = b.toList();
     return x.isSharedWith(y) || std::equal(x.cbegin(), x.cend(), y.cbegin(), y.cend(), same);
 }
-} // namespace Workbench
+} // namespace StepHost

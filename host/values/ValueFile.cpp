@@ -1,23 +1,23 @@
 #include "ValueFile.h"
 
 #include "CsvText.h"
-#include "FileText.h"
+#include "InputFile.h"
 #include "ItemValue.h"
-#include "host/values/InputFile.h"
+#include "OutputFile.h"
 
 #include <QFileInfo>
 
-namespace Workbench
+namespace StepHost
 {
 namespace
 {
 /// The lines of a file, or its rows of cells, as one row of texts for each line.
 QString readRows(const QString &fileName, QVector<QStringList> &rows)
 {
-    const StepHost::InputFile file = StepHost::readInputFile(fileName);
+    const InputFile file = readInputFile(fileName);
     if (!file)
         return file.error;
-    const StepHost::LinesResult lines = StepHost::readLines(file.bytes);
+    const LinesResult lines = readLines(file.bytes);
     if (!lines)
         return QStringLiteral("%1: %2").arg(fileName, lines.error);
     if (ValueFile::formOf(fileName) == ValueFile::Form::Csv) {
@@ -110,4 +110,4 @@ QString ValueFile::writeTable(const QString &fileName, const QVariantList &rows)
         texts.append(rowTexts(row));
     return replaceFile(fileName, formatCsv(texts).toUtf8());
 }
-} // namespace Workbench
+} // namespace StepHost

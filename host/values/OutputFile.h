@@ -3,9 +3,9 @@
 #include <QByteArray>
 #include <QString>
 
-namespace Workbench
+namespace StepHost
 {
 /// Writes \a content to the file \a fileName. One of that name is replaced whole or not at all.
 /// \return an empty text, or why the file cannot be written.
 QString replaceFile(const QString &fileName, const QByteArray &content);
-} // namespace Workbench
+} // namespace StepHost

@@ -5,7 +5,7 @@
 #include <QVariant>
 #include <QVector>
 
-namespace Workbench
+namespace StepHost
 {
 /// The kinds of value that an item of a list can have, as a user tells them apart.
 enum class ItemKind {
@@ -36,7 +36,7 @@ private:
 /// Texts for the items of lists and tables, and items from texts.
 class ItemValue
 {
-    Q_DECLARE_TR_FUNCTIONS(Workbench::ItemValue)
+    Q_DECLARE_TR_FUNCTIONS(StepHost::ItemValue)
 
 public:
     /// The kinds that a user can choose, in the order in which they are offered.
@@ -71,4 +71,4 @@ private:
     static QString listText(const QVariantList &list);
     static bool parseList(const QString &text, QVariant &value, QString &error);
 };
-} // namespace Workbench
+} // namespace StepHost

@@ -4,13 +4,13 @@
 #include <QString>
 #include <QVariantList>
 
-namespace Workbench
+namespace StepHost
 {
 /// Lists and tables from and to text files in UTF-8. What is read is text: no item loses a leading zero or
 /// is taken for a number.
 class ValueFile
 {
-    Q_DECLARE_TR_FUNCTIONS(Workbench::ValueFile)
+    Q_DECLARE_TR_FUNCTIONS(StepHost::ValueFile)
 
 public:
     enum class Form {
@@ -38,4 +38,4 @@ public:
     /// \return an empty text, or why the file cannot be written.
     static QString writeTable(const QString &fileName, const QVariantList &rows);
 };
-} // namespace Workbench
+} // namespace StepHost

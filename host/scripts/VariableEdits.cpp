@@ -1,19 +1,19 @@
 #include "VariableEdits.h"
 
+#include "host/values/ItemValue.h"
 #include "host/values/VarTypes.h"
 #include "host/values/VariableName.h"
-#include "tools/workbench/values/ItemValue.h"
 
 #include <algorithm>
 
-namespace Workbench
+namespace StepHost
 {
 namespace
 {
 /// The value of \a name in \a scope under another name or type, in a scope that is being built anew.
 void putVariable(VariableScope &scope, const QString &name, VarType type, const QVariant &value)
 {
-    const QString address = StepHost::referenceTo(name);
+    const QString address = referenceTo(name);
     if (type != VarType::Undeclared)
         scope.declare(address, type);
     scope.set(address, value);
@@ -44,7 +44,7 @@ ItemKind itemKind(VarType type)
 
 QVector<VarType> VariableEdits::types()
 {
-    return StepHost::declarableTypes();
+    return declarableTypes();
 }
 
 QString VariableEdits::typeName(VarType type)
@@ -84,11 +84,11 @@ bool VariableEdits::checkNewName(const VariableScope &scope, const QString &name
         error = tr("A variable needs a name.");
         return false;
     }
-    if (!StepHost::isVariableName(name)) {
+    if (!isVariableName(name)) {
         error = tr("The name of a variable cannot begin with “$”.");
         return false;
     }
-    if (scope.contains(StepHost::referenceTo(name))) {
+    if (scope.contains(referenceTo(name))) {
         error = tr("There is a variable “%1” already.").arg(name);
         return false;
     }
@@ -97,15 +97,15 @@ bool VariableEdits::checkNewName(const VariableScope &scope, const QString &name
 
 bool VariableEdits::add(VariableScope &scope, const QString &name, VarType type, QString &error)
 {
-    const QString bare = StepHost::withoutMark(name.trimmed());
+    const QString bare = withoutMark(name.trimmed());
     if (!checkNewName(scope, bare, error))
         return false;
-    return scope.declare(StepHost::referenceTo(bare), type);
+    return scope.declare(referenceTo(bare), type);
 }
 
 bool VariableEdits::rename(VariableScope &scope, const QString &from, const QString &to, QString &error)
 {
-    const QString bare = StepHost::withoutMark(to.trimmed());
+    const QString bare = withoutMark(to.trimmed());
     if (bare == from)
         return true;
     if (!checkNewName(scope, bare, error))
@@ -113,7 +113,7 @@ bool VariableEdits::rename(VariableScope &scope, const QString &from, const QStr
     VariableScope renamed;
     const QStringList names = scope.names();
     for (const QString &name : names) {
-        const QString address = StepHost::referenceTo(name);
+        const QString address = referenceTo(name);
         putVariable(renamed, name == from ? bare : name, scope.typeOf(address), scope.get(address));
     }
     scope = renamed;
@@ -122,7 +122,7 @@ bool VariableEdits::rename(VariableScope &scope, const QString &from, const QStr
 
 void VariableEdits::retype(VariableScope &scope, const QString &name, VarType type)
 {
-    const QString address = StepHost::referenceTo(name);
+    const QString address = referenceTo(name);
     const QVariant old = scope.get(address);
     scope.declare(address, type);
     QVariant value;
@@ -138,11 +138,11 @@ void VariableEdits::retype(VariableScope &scope, const QString &name, VarType ty
 
 bool VariableEdits::setText(VariableScope &scope, const QString &name, const QString &text, QString &error)
 {
-    const QString address = StepHost::referenceTo(name);
+    const QString address = referenceTo(name);
     QVariant value;
     if (!ItemValue::parse(text, itemKind(scope.typeOf(address)), value, error))
         return false;
     scope.set(address, value);
     return true;
 }
-} // namespace Workbench
+} // namespace StepHost

@@ -4,13 +4,13 @@
 
 #include <algorithm>
 
-namespace Workbench
+namespace StepHost
 {
 namespace
 {
 class CsvReader
 {
-    Q_DECLARE_TR_FUNCTIONS(Workbench::CsvReader)
+    Q_DECLARE_TR_FUNCTIONS(StepHost::CsvReader)
 
 public:
     explicit CsvReader(const QString &text) : m_text(text) { }
@@ -145,4 +145,4 @@ QString formatCsv(const QVector<QStringList> &rows)
     }
     return text;
 }
-} // namespace Workbench
+} // namespace StepHost
