@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QString>
+
+#include <tl/expected.hpp>
+
+namespace StepHost
+{
+/// A value, or the text that tells what is wrong and where. True when there is a value:
+///
+///     const Result<QByteArray> bytes = readInputFile(fileName);
+///     if (!bytes)
+///         return failure(bytes.error());
+///     use(*bytes);
+///
+/// `Result<void>` is for what either works or tells why it does not: `return {};` says that it worked.
+template<typename Value>
+using Result = tl::expected<Value, QString>;
+
+/// What a function returns, as a Result of whatever value, when something is wrong: \a error says what, in words for
+/// the user.
+inline tl::unexpected<QString> failure(const QString &error)
+{
+    return tl::unexpected<QString>(error);
+}
+} // namespace StepHost
