@@ -47,33 +47,12 @@ QVector<VarType> VariableEdits::types()
     return declarableTypes();
 }
 
-QString VariableEdits::typeName(VarType type)
-{
-    switch (type) {
-    case VarType::Int:
-        return tr("Integer");
-    case VarType::Double:
-        return tr("Decimal");
-    case VarType::String:
-        return tr("Text");
-    case VarType::Bool:
-        return tr("Yes/no");
-    case VarType::List:
-        return tr("List");
-    case VarType::Table:
-        return tr("Table");
-    case VarType::Undeclared:
-        break;
-    }
-    return tr("Undeclared");
-}
-
-QString VariableEdits::freeName(const VariableScope &scope)
+QString VariableEdits::freeName(const VariableScope &scope, const QString &pattern)
 {
     QString name;
     int number = 1;
     do {
-        name = tr("variable%1").arg(number++);
+        name = pattern.arg(number++);
     } while (scope.contains(name));
     return name;
 }

@@ -21,11 +21,8 @@ public:
     /// The six types that a variable can be declared with, in the order in which they are offered.
     static QVector<VarType> types();
 
-    /// The name of \a type in the user's language.
-    static QString typeName(VarType type);
-
-    /// A name for a new variable that \a scope does not have yet.
-    static QString freeName(const VariableScope &scope);
+    /// A name for a new variable that \a scope does not have yet: \a pattern with the lowest such number for "%1".
+    static QString freeName(const VariableScope &scope, const QString &pattern);
 
     /// Declares \a name with \a type and \a type's empty value. Refused when \a name is no name or taken.
     static bool add(VariableScope &scope, const QString &name, VarType type, QString &error);

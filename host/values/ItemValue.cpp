@@ -177,27 +177,6 @@ ItemKind ItemValue::kind(const QVariant &value)
     }
 }
 
-QString ItemValue::kindName(ItemKind kind)
-{
-    switch (kind) {
-    case ItemKind::Empty:
-        return tr("Empty");
-    case ItemKind::Int:
-        return tr("Integer");
-    case ItemKind::Double:
-        return tr("Decimal");
-    case ItemKind::Text:
-        return tr("Text");
-    case ItemKind::Bool:
-        return tr("Yes/no");
-    case ItemKind::List:
-        return tr("List");
-    case ItemKind::Other:
-        break;
-    }
-    return tr("Other");
-}
-
 QString ItemValue::editText(const QVariant &value)
 {
     switch (kind(value)) {

@@ -45,9 +45,6 @@ public:
     /// The kind of \a value.
     static ItemKind kind(const QVariant &value);
 
-    /// The name of \a kind in the user's language.
-    static QString kindName(ItemKind kind);
-
     /// The whole of \a value as a text that parse() reads back: numbers in full precision, a list in
     /// brackets as JSON.
     static QString editText(const QVariant &value);

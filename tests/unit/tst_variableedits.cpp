@@ -62,7 +62,7 @@ void TestVariableEdits::addsAndRenames()
     QCOMPARE(other.typeOf(renamed.first()), VarType::List);
     QCOMPARE(other.get(renamed.first()), QVariant(QVariantList{1}));
     QCOMPARE(other.get("b"), QVariant("text"));
-    QVERIFY(!scope.contains(VariableEdits::freeName(scope)));
+    QVERIFY(!scope.contains(VariableEdits::freeName(scope, "b%1")));
 }
 
 void TestVariableEdits::retypes_data()

@@ -2,24 +2,6 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="zh_CN" sourcelanguage="en">
 <context>
-    <name>Workbench::BoolEditor</name>
-    <message>
-        <source>Yes</source>
-        <translation>是</translation>
-    </message>
-    <message>
-        <source>No</source>
-        <translation>否</translation>
-    </message>
-</context>
-<context>
-    <name>Workbench::ChoiceEditor</name>
-    <message>
-        <source>The present value, %1, is none of the choices.</source>
-        <translation>当前值 %1 不在选项之中。</translation>
-    </message>
-</context>
-<context>
     <name>StepHost::CsvReader</name>
     <message>
         <source>line %1: a comma or the end of the line has to follow the closing quotation mark</source>
@@ -31,32 +13,6 @@
     </message>
 </context>
 <context>
-    <name>StepHost::OutputFile</name>
-    <message>
-        <source>%1: %2</source>
-        <translation>%1：%2</translation>
-    </message>
-</context>
-<context>
-    <name>Workbench::IntegerEditor</name>
-    <message>
-        <source>An integer</source>
-        <translation>整数</translation>
-    </message>
-    <message>
-        <source>There is no variable “%1” yet.</source>
-        <translation>还没有变量“%1”。</translation>
-    </message>
-    <message>
-        <source>A reference. Not every step looks one up here.</source>
-        <translation>这是引用。并非每个步骤都会在此解析引用。</translation>
-    </message>
-    <message>
-        <source>Not an integer. The step may skip its work.</source>
-        <translation>不是整数，步骤可能会跳过。</translation>
-    </message>
-</context>
-<context>
     <name>StepHost::ItemValue</name>
     <message>
         <source>“%1” is not a list such as [1, &quot;a&quot;, true]: %2</source>
@@ -65,34 +21,6 @@
     <message>
         <source>“%1” is not a list such as [1, &quot;a&quot;, true]</source>
         <translation>“%1”不是列表（例如 [1, &quot;a&quot;, true]）</translation>
-    </message>
-    <message>
-        <source>Empty</source>
-        <translation>空</translation>
-    </message>
-    <message>
-        <source>Integer</source>
-        <translation>整数</translation>
-    </message>
-    <message>
-        <source>Decimal</source>
-        <translation>小数</translation>
-    </message>
-    <message>
-        <source>Text</source>
-        <translation>文本</translation>
-    </message>
-    <message>
-        <source>Yes/no</source>
-        <translation>布尔</translation>
-    </message>
-    <message>
-        <source>List</source>
-        <translation>列表</translation>
-    </message>
-    <message>
-        <source>Other</source>
-        <translation>其他</translation>
     </message>
     <message>
         <source>“%1” is not an integer between -9223372036854775808 and 9223372036854775807</source>
@@ -113,6 +41,72 @@
     <message>
         <source>“%1” is not a whole number</source>
         <translation>“%1”不是整数</translation>
+    </message>
+</context>
+<context>
+    <name>StepHost::OutputFile</name>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1：%2</translation>
+    </message>
+</context>
+<context>
+    <name>StepHost::ValueFile</name>
+    <message>
+        <source>Item %1 has a line break, which a text file with one item a line cannot hold. Choose a .csv file.</source>
+        <translation>第 %1 项含有换行，每行一项的文本文件无法保存。请选择 .csv 文件。</translation>
+    </message>
+</context>
+<context>
+    <name>StepHost::VariableEdits</name>
+    <message>
+        <source>A variable needs a name.</source>
+        <translation>变量需要名称。</translation>
+    </message>
+    <message>
+        <source>The name of a variable cannot begin with “$”.</source>
+        <translation>变量名称不能以“$”开头。</translation>
+    </message>
+    <message>
+        <source>There is a variable “%1” already.</source>
+        <translation>已经有变量“%1”。</translation>
+    </message>
+</context>
+<context>
+    <name>Workbench::BoolEditor</name>
+    <message>
+        <source>Yes</source>
+        <translation>是</translation>
+    </message>
+    <message>
+        <source>No</source>
+        <translation>否</translation>
+    </message>
+</context>
+<context>
+    <name>Workbench::ChoiceEditor</name>
+    <message>
+        <source>The present value, %1, is none of the choices.</source>
+        <translation>当前值 %1 不在选项之中。</translation>
+    </message>
+</context>
+<context>
+    <name>Workbench::IntegerEditor</name>
+    <message>
+        <source>An integer</source>
+        <translation>整数</translation>
+    </message>
+    <message>
+        <source>There is no variable “%1” yet.</source>
+        <translation>还没有变量“%1”。</translation>
+    </message>
+    <message>
+        <source>A reference. Not every step looks one up here.</source>
+        <translation>这是引用。并非每个步骤都会在此解析引用。</translation>
+    </message>
+    <message>
+        <source>Not an integer. The step may skip its work.</source>
+        <translation>不是整数，步骤可能会跳过。</translation>
     </message>
 </context>
 <context>
@@ -565,6 +559,45 @@ Drag one here from the palette, or double-click it there.</source>
     </message>
 </context>
 <context>
+    <name>Workbench::TypeNames</name>
+    <message>
+        <source>Table</source>
+        <translation>表格</translation>
+    </message>
+    <message>
+        <source>Undeclared</source>
+        <translation>未声明</translation>
+    </message>
+    <message>
+        <source>Empty</source>
+        <translation>空</translation>
+    </message>
+    <message>
+        <source>Integer</source>
+        <translation>整数</translation>
+    </message>
+    <message>
+        <source>Decimal</source>
+        <translation>小数</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>文本</translation>
+    </message>
+    <message>
+        <source>Yes/no</source>
+        <translation>布尔</translation>
+    </message>
+    <message>
+        <source>List</source>
+        <translation>列表</translation>
+    </message>
+    <message>
+        <source>Other</source>
+        <translation>其他</translation>
+    </message>
+</context>
+<context>
     <name>Workbench::ValueDialog</name>
     <message>
         <source>Table “%1”</source>
@@ -665,60 +698,6 @@ Drag one here from the palette, or double-click it there.</source>
         <translation>
             <numerusform>%n 项</numerusform>
         </translation>
-    </message>
-</context>
-<context>
-    <name>StepHost::ValueFile</name>
-    <message>
-        <source>Item %1 has a line break, which a text file with one item a line cannot hold. Choose a .csv file.</source>
-        <translation>第 %1 项含有换行，每行一项的文本文件无法保存。请选择 .csv 文件。</translation>
-    </message>
-</context>
-<context>
-    <name>StepHost::VariableEdits</name>
-    <message>
-        <source>Integer</source>
-        <translation>整数</translation>
-    </message>
-    <message>
-        <source>Decimal</source>
-        <translation>小数</translation>
-    </message>
-    <message>
-        <source>Text</source>
-        <translation>文本</translation>
-    </message>
-    <message>
-        <source>Yes/no</source>
-        <translation>布尔</translation>
-    </message>
-    <message>
-        <source>List</source>
-        <translation>列表</translation>
-    </message>
-    <message>
-        <source>Table</source>
-        <translation>表格</translation>
-    </message>
-    <message>
-        <source>Undeclared</source>
-        <translation>未声明</translation>
-    </message>
-    <message>
-        <source>variable%1</source>
-        <translation>变量%1</translation>
-    </message>
-    <message>
-        <source>A variable needs a name.</source>
-        <translation>变量需要名称。</translation>
-    </message>
-    <message>
-        <source>The name of a variable cannot begin with “$”.</source>
-        <translation>变量名称不能以“$”开头。</translation>
-    </message>
-    <message>
-        <source>There is a variable “%1” already.</source>
-        <translation>已经有变量“%1”。</translation>
     </message>
 </context>
 <context>
@@ -826,6 +805,10 @@ After the last run: %2</source>
     <message>
         <source>Change value of “%1”</source>
         <translation>更改“%1”的值</translation>
+    </message>
+    <message>
+        <source>variable%1</source>
+        <translation>变量%1</translation>
     </message>
 </context>
 <context>

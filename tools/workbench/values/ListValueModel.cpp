@@ -1,5 +1,7 @@
 #include "ListValueModel.h"
 
+#include "tools/workbench/look/TypeNames.h"
+
 #include <algorithm>
 #include <numeric>
 #include <vector>
@@ -99,7 +101,7 @@ QVariant ListValueModel::data(const QModelIndex &index, int role) const
     const ItemKind kind = ItemValue::kind(item);
     if (index.column() == TypeColumn) {
         if (role == Qt::DisplayRole)
-            return ItemValue::kindName(kind);
+            return TypeNames::of(kind);
         if (role == Qt::EditRole)
             return int(kind);
         return QVariant();

@@ -1,5 +1,7 @@
 #include "TableValueModel.h"
 
+#include "tools/workbench/look/TypeNames.h"
+
 #include <QBrush>
 
 #include <algorithm>
@@ -120,7 +122,7 @@ QVariant TableValueModel::data(const QModelIndex &index, int role) const
     case Qt::EditRole:
         return ItemValue::editText(value);
     case Qt::ToolTipRole:
-        return hasValue(index) ? ItemValue::kindName(kind) : tr("Behind the end of the row");
+        return hasValue(index) ? TypeNames::of(kind) : tr("Behind the end of the row");
     case Qt::TextAlignmentRole:
         if (kind == ItemKind::Int || kind == ItemKind::Double)
             return int(Qt::AlignRight | Qt::AlignVCenter);

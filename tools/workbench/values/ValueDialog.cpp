@@ -7,6 +7,7 @@
 #include "tools/workbench/look/ChoiceDelegate.h"
 #include "tools/workbench/look/Colors.h"
 #include "tools/workbench/look/ThemedIcon.h"
+#include "tools/workbench/look/TypeNames.h"
 
 #include <QAction>
 #include <QDialogButtonBox>
@@ -36,7 +37,7 @@ QVector<ChoiceDelegate::Choice> kindChoices()
     QVector<ChoiceDelegate::Choice> choices;
     const QVector<ItemKind> kinds = ItemValue::editableKinds();
     for (const ItemKind kind : kinds)
-        choices.append({int(kind), ItemValue::kindName(kind)});
+        choices.append({int(kind), TypeNames::of(kind)});
     return choices;
 }
 } // namespace
@@ -150,7 +151,7 @@ void ValueDialog::addTypeMenu(QToolBar *bar)
     auto *menu = new QMenu(button);
     const QVector<ItemKind> kinds = ItemValue::editableKinds();
     for (const ItemKind kind : kinds)
-        menu->addAction(ItemValue::kindName(kind), this, [this, kind] { convertSelected(kind); });
+        menu->addAction(TypeNames::of(kind), this, [this, kind] { convertSelected(kind); });
     button->setMenu(menu);
     bar->addWidget(button);
 }

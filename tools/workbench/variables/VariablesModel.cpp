@@ -4,6 +4,7 @@
 #include "host/values/ItemValue.h"
 #include "host/values/VariableName.h"
 #include "tools/workbench/look/ToolTipText.h"
+#include "tools/workbench/look/TypeNames.h"
 
 #include <QFont>
 
@@ -152,7 +153,7 @@ QVariant VariablesModel::display(int row, int column) const
     case NameColumn:
         return m_names.at(row);
     case TypeColumn:
-        return VariableEdits::typeName(type(row));
+        return TypeNames::of(type(row));
     case ValueColumn:
         return valueSummary(type(row), m_variables.get(reference));
     case ResultColumn:

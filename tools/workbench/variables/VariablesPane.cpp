@@ -8,6 +8,7 @@
 #include "tools/workbench/look/ChoiceDelegate.h"
 #include "tools/workbench/look/Colors.h"
 #include "tools/workbench/look/ThemedIcon.h"
+#include "tools/workbench/look/TypeNames.h"
 #include "tools/workbench/values/ValueDialog.h"
 
 #include <QAction>
@@ -111,7 +112,7 @@ void VariablesPane::createView()
     QVector<ChoiceDelegate::Choice> types;
     const QVector<VarType> variableTypes = StepHost::VariableEdits::types();
     for (const VarType type : variableTypes)
-        types.append({int(type), StepHost::VariableEdits::typeName(type)});
+        types.append({int(type), TypeNames::of(type)});
     m_view->setItemDelegateForColumn(VariablesModel::TypeColumn, new ChoiceDelegate(types, this));
     m_view->setItemDelegateForColumn(VariablesModel::ResultColumn, new ResultDelegate(this));
     m_view->installEventFilter(this);
@@ -161,7 +162,7 @@ bool VariablesPane::eventFilter(QObject *watched, QEvent *event)
 void VariablesPane::addVariable()
 {
     VariableScope variables = m_document.variables();
-    const QString name = StepHost::VariableEdits::freeName(variables);
+    const QString name = StepHost::VariableEdits::freeName(variables, tr("variable%1"));
     variables.declare(name, VarType::List);
     m_document.setVariables(variables, tr("Add variable"));
     const QModelIndex index = m_model->index(m_model->rowOf(name), VariablesModel::NameColumn);
