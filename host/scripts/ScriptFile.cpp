@@ -58,13 +58,12 @@ std::optional<ScriptForm> scriptFormOf(const QString &fileName)
 ScriptResult readScriptFile(const QString &fileName, const StepCatalogue &catalogue)
 {
     ScriptResult result;
-    const InputFile file = readInputFile(fileName);
+    const Result<QByteArray> file = readInputFile(fileName);
     if (!file) {
-        result.error = file.error;
+        result.error = file.error();
         return result;
     }
-    result = isBinaryScript(file.bytes) ? readBinaryScript(file.bytes, catalogue)
-                                        : readScript(file.bytes, catalogue);
+    result = isBinaryScript(*file) ? readBinaryScript(*file, catalogue) : readScript(*file, catalogue);
     if (!result)
         result.error.prepend(fileName + QLatin1String(": "));
     return result;

@@ -4,8 +4,6 @@
 #include "host/values/VarTypes.h"
 #include "host/values/VariableName.h"
 
-#include <algorithm>
-
 namespace StepHost
 {
 namespace
@@ -17,12 +15,6 @@ void putVariable(VariableScope &scope, const QString &name, VarType type, const 
     if (type != VarType::Undeclared)
         scope.declare(address, type);
     scope.set(address, value);
-}
-
-bool isTable(const QVariantList &list)
-{
-    return std::all_of(list.cbegin(), list.cend(),
-                       [](const QVariant &row) { return ItemValue::kind(row) == ItemKind::List; });
 }
 
 ItemKind itemKind(VarType type)
@@ -42,11 +34,6 @@ ItemKind itemKind(VarType type)
 }
 } // namespace
 
-QVector<VarType> VariableEdits::types()
-{
-    return declarableTypes();
-}
-
 QString VariableEdits::freeName(const VariableScope &scope, const QString &pattern)
 {
     QString name;
@@ -57,71 +44,66 @@ QString VariableEdits::freeName(const VariableScope &scope, const QString &patte
     return name;
 }
 
-bool VariableEdits::checkNewName(const VariableScope &scope, const QString &name, QString &error)
+// The name of a new variable that `text` stands for.
+Result<QString> VariableEdits::newName(const VariableScope &scope, const QString &text)
 {
-    if (name.isEmpty()) {
-        error = tr("A variable needs a name.");
-        return false;
-    }
-    if (!isVariableName(name)) {
-        error = tr("The name of a variable cannot begin with “$”.");
-        return false;
-    }
-    if (scope.contains(referenceTo(name))) {
-        error = tr("There is a variable “%1” already.").arg(name);
-        return false;
-    }
-    return true;
+    const QString name = withoutMark(text.trimmed());
+    if (name.isEmpty())
+        return failure(tr("A variable needs a name."));
+    if (!isVariableName(name))
+        return failure(tr("The name of a variable cannot begin with “$”."));
+    if (scope.contains(referenceTo(name)))
+        return failure(tr("There is a variable “%1” already.").arg(name));
+    return name;
 }
 
-bool VariableEdits::add(VariableScope &scope, const QString &name, VarType type, QString &error)
+Result<VariableScope> VariableEdits::add(const VariableScope &scope, const QString &name, VarType type)
 {
-    const QString bare = withoutMark(name.trimmed());
-    if (!checkNewName(scope, bare, error))
-        return false;
-    return scope.declare(referenceTo(bare), type);
+    return newName(scope, name).map([&](const QString &added) {
+        VariableScope more = scope;
+        more.declare(referenceTo(added), type);
+        return more;
+    });
 }
 
-bool VariableEdits::rename(VariableScope &scope, const QString &from, const QString &to, QString &error)
+Result<VariableScope> VariableEdits::rename(const VariableScope &scope, const QString &from,
+                                            const QString &to)
 {
-    const QString bare = withoutMark(to.trimmed());
-    if (bare == from)
-        return true;
-    if (!checkNewName(scope, bare, error))
-        return false;
-    VariableScope renamed;
-    const QStringList names = scope.names();
-    for (const QString &name : names) {
-        const QString address = referenceTo(name);
-        putVariable(renamed, name == from ? bare : name, scope.typeOf(address), scope.get(address));
-    }
-    scope = renamed;
-    return true;
+    if (withoutMark(to.trimmed()) == from)
+        return scope;
+    return newName(scope, to).map([&](const QString &added) {
+        VariableScope renamed;
+        const QStringList names = scope.names();
+        for (const QString &name : names) {
+            const QString address = referenceTo(name);
+            putVariable(renamed, name == from ? added : name, scope.typeOf(address), scope.get(address));
+        }
+        return renamed;
+    });
 }
 
-void VariableEdits::retype(VariableScope &scope, const QString &name, VarType type)
+VariableScope VariableEdits::retype(VariableScope scope, const QString &name, VarType type)
 {
     const QString address = referenceTo(name);
     const QVariant old = scope.get(address);
+    const bool isList = ItemValue::kind(old) == ItemKind::List;
     scope.declare(address, type);
-    QVariant value;
-    QString error;
     if (type == VarType::List || type == VarType::Table) {
-        if (ItemValue::kind(old) == ItemKind::List && (type == VarType::List || isTable(old.toList())))
+        if (isList && (type == VarType::List || hasShapeOf(old.toList(), type)))
             scope.set(address, old);
-    } else if (ItemValue::kind(old) != ItemKind::List
-               && ItemValue::convert(old, itemKind(type), value, error)) {
-        scope.set(address, value);
+    } else if (!isList) {
+        if (const Result<QVariant> value = ItemValue::convert(old, itemKind(type)))
+            scope.set(address, *value);
     }
+    return scope;
 }
 
-bool VariableEdits::setText(VariableScope &scope, const QString &name, const QString &text, QString &error)
+Result<VariableScope> VariableEdits::setText(VariableScope scope, const QString &name, const QString &text)
 {
     const QString address = referenceTo(name);
-    QVariant value;
-    if (!ItemValue::parse(text, itemKind(scope.typeOf(address)), value, error))
-        return false;
-    scope.set(address, value);
-    return true;
+    return ItemValue::parse(text, itemKind(scope.typeOf(address))).map([&](const QVariant &value) {
+        scope.set(address, value);
+        return scope;
+    });
 }
 } // namespace StepHost

@@ -15,14 +15,15 @@ class CsvReader
 public:
     explicit CsvReader(const QString &text) : m_text(text) { }
 
-    bool read(QVector<QStringList> &rows, QString &error)
+    Result<QVector<QStringList>> read()
     {
+        QVector<QStringList> rows;
         QStringList row;
         while (m_position < m_text.size()) {
-            QString cell;
-            if (!readCell(cell, error))
-                return false;
-            row.append(cell);
+            const Result<QString> cell = readCell();
+            if (!cell)
+                return failure(cell.error());
+            row.append(*cell);
             if (takeSeparator()) {
                 if (m_position == m_text.size())
                     row.append(QString());
@@ -33,7 +34,7 @@ public:
             rows.append(row);
             row.clear();
         }
-        return true;
+        return rows;
     }
 
 private:
@@ -66,19 +67,19 @@ private:
         ++m_line;
     }
 
-    bool readCell(QString &cell, QString &error)
+    Result<QString> readCell()
     {
         if (!atEnd() && m_text.at(m_position) == QLatin1Char('"'))
-            return readQuotedCell(cell, error);
+            return readQuotedCell();
         const int start = m_position;
         while (!atEnd() && !atLineBreak() && m_text.at(m_position) != QLatin1Char(','))
             ++m_position;
-        cell = m_text.mid(start, m_position - start);
-        return true;
+        return m_text.mid(start, m_position - start);
     }
 
-    bool readQuotedCell(QString &cell, QString &error)
+    Result<QString> readQuotedCell()
     {
+        QString cell;
         const int openedAt = m_line;
         ++m_position;
         while (!atEnd()) {
@@ -95,13 +96,12 @@ private:
                 continue;
             }
             if (atEnd() || atLineBreak() || m_text.at(m_position) == QLatin1Char(','))
-                return true;
-            error = tr("line %1: a comma or the end of the line has to follow the closing quotation mark")
-                        .arg(m_line);
-            return false;
+                return cell;
+            return failure(
+                tr("line %1: a comma or the end of the line has to follow the closing quotation mark")
+                    .arg(m_line));
         }
-        error = tr("line %1: the quotation mark that opens here is never closed").arg(openedAt);
-        return false;
+        return failure(tr("line %1: the quotation mark that opens here is never closed").arg(openedAt));
     }
 
     const QString &m_text;
@@ -123,13 +123,9 @@ QString formatCell(const QString &cell)
 }
 } // namespace
 
-bool parseCsv(const QString &text, QVector<QStringList> &rows, QString &error)
+Result<QVector<QStringList>> parseCsv(const QString &text)
 {
-    QVector<QStringList> result;
-    if (!CsvReader(text).read(result, error))
-        return false;
-    rows = result;
-    return true;
+    return CsvReader(text).read();
 }
 
 QString formatCsv(const QVector<QStringList> &rows)

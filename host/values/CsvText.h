@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Result.h"
+
 #include <QString>
 #include <QStringList>
 #include <QVector>
@@ -12,9 +14,9 @@ namespace StepHost
 /// quotation mark within quoted text is one. An empty line is a row with one empty cell, except after the
 /// last line break.
 ///
-/// \return whether \a text has that form. If not, \a error names the line at which a quoted cell was opened
-/// and not closed, or was followed by something else than a separator; \a rows is left alone.
-bool parseCsv(const QString &text, QVector<QStringList> &rows, QString &error);
+/// A text without that form is refused, with the line at which a quoted cell was opened and not closed, or was
+/// followed by something else than a separator.
+Result<QVector<QStringList>> parseCsv(const QString &text);
 
 /// \a rows as comma-separated values, one line each, in a form that parseCsv() reads back.
 QString formatCsv(const QVector<QStringList> &rows);

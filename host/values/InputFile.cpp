@@ -36,19 +36,14 @@ int invalidLine(const QByteArray &utf8)
 }
 } // namespace
 
-InputFile readInputFile(const QString &fileName)
+Result<QByteArray> readInputFile(const QString &fileName)
 {
-    InputFile input;
-    if (fileName.isEmpty()) {
-        input.error = QStringLiteral("the file has no name");
-        return input;
-    }
+    if (fileName.isEmpty())
+        return failure(QStringLiteral("the file has no name"));
     const bool isStandardInput = fileName == QLatin1String("-");
     const auto refuse = [&](const QString &reason) {
-        input.bytes.clear();
-        input.error =
-            (isStandardInput ? QStringLiteral("standard input") : fileName) + QLatin1String(": ") + reason;
-        return input;
+        return failure((isStandardInput ? QStringLiteral("standard input") : fileName) + QLatin1String(": ")
+                       + reason);
     };
     if (!isStandardInput && QFileInfo(fileName).isDir())
         return refuse(QStringLiteral("this is a folder, not a file"));
@@ -57,38 +52,45 @@ InputFile readInputFile(const QString &fileName)
     if (!(isStandardInput ? file.open(standardInput, QIODevice::ReadOnly) : file.open(QIODevice::ReadOnly)))
         return refuse(file.errorString());
     // The size of a pipe shows only as it is read.
+    QByteArray bytes;
     QByteArray chunk;
     bool isTooLarge = file.size() > maxInputSize;
     while (!isTooLarge && !(chunk = file.read(chunkSize)).isEmpty()) {
-        input.bytes += chunk;
-        isTooLarge = input.bytes.size() > maxInputSize;
+        bytes += chunk;
+        isTooLarge = bytes.size() > maxInputSize;
     }
     if (isTooLarge)
         return refuse(QStringLiteral("the file holds more than 256 MiB"));
     if (file.error() != QFileDevice::NoError)
         return refuse(file.errorString());
-    return input;
+    return bytes;
 }
 
-LinesResult readLines(const QByteArray &utf8)
+Result<QString> readText(const QByteArray &utf8)
 {
-    LinesResult result;
     QString text;
-    if (!decodeUtf8(utf8.constData(), utf8.size(), text)) {
-        result.error = QStringLiteral("line %1 is not UTF-8 text").arg(invalidLine(utf8));
-        return result;
-    }
+    if (!decodeUtf8(utf8.constData(), utf8.size(), text))
+        return failure(QStringLiteral("line %1 is not UTF-8 text").arg(invalidLine(utf8)));
+    return text;
+}
+
+Result<QVariantList> readLines(const QByteArray &utf8)
+{
+    const Result<QString> text = readText(utf8);
+    if (!text)
+        return failure(text.error());
+    QVariantList lines;
     int start = 0;
-    while (start < text.size()) {
-        int end = text.indexOf(QLatin1Char('\n'), start);
-        const int next = end < 0 ? text.size() : end + 1;
+    while (start < text->size()) {
+        int end = text->indexOf(QLatin1Char('\n'), start);
+        const int next = end < 0 ? text->size() : end + 1;
         if (end < 0)
-            end = text.size();
-        else if (end > start && text.at(end - 1) == QLatin1Char('\r'))
+            end = text->size();
+        else if (end > start && text->at(end - 1) == QLatin1Char('\r'))
             --end;
-        result.lines.append(text.mid(start, end - start));
+        lines.append(text->mid(start, end - start));
         start = next;
     }
-    return result;
+    return lines;
 }
 } // namespace StepHost

@@ -2,8 +2,6 @@
 
 #include "JsonValue.h"
 
-#include <QLocale>
-
 #include <algorithm>
 #include <cmath>
 
@@ -13,13 +11,16 @@ namespace
 {
 constexpr int summaryLength = 120;
 
+QString jsonText(const QVariant &value)
+{
+    QByteArray json;
+    return appendAsJson(json, value).isEmpty() ? QString::fromUtf8(json) : QString();
+}
+
 QString doubleText(double number)
 {
-    QString text = QString::number(number, 'g', QLocale::FloatingPointShortest);
-    // A whole number keeps its ".0": 1 is an integer, 1.0 is not.
-    if (std::isfinite(number) && text.indexOf(QLatin1Char('.')) < 0 && text.indexOf(QLatin1Char('e')) < 0)
-        text.append(QLatin1String(".0"));
-    return text;
+    // As JSON a whole number keeps its ".0": 1 is an integer, 1.0 is not. It has no plain form for these two.
+    return std::isfinite(number) ? jsonText(number) : QString::number(number);
 }
 
 QString oneLine(const QString &text)
@@ -118,26 +119,15 @@ bool ItemOrder::operator<(const ItemOrder &other) const
     return m_text < other.m_text;
 }
 
-QString ItemValue::listText(const QVariantList &list)
-{
-    QByteArray json;
-    const QString error = appendAsJson(json, list);
-    return error.isEmpty() ? QString::fromUtf8(json) : QString();
-}
-
-bool ItemValue::parseList(const QString &text, QVariant &value, QString &error)
+Result<QVariant> ItemValue::parseList(const QString &text)
 {
     const ValueResult result = valueFromJson(text.toUtf8());
-    if (!result) {
-        error = tr("“%1” is not a list such as [1, \"a\", true]: %2").arg(oneLine(text), result.error);
-        return false;
-    }
-    if (kind(result.value) != ItemKind::List) {
-        error = tr("“%1” is not a list such as [1, \"a\", true]").arg(oneLine(text));
-        return false;
-    }
-    value = result.value;
-    return true;
+    if (!result)
+        return failure(
+            tr("“%1” is not a list such as [1, \"a\", true]: %2").arg(oneLine(text), result.error));
+    if (kind(result.value) != ItemKind::List)
+        return failure(tr("“%1” is not a list such as [1, \"a\", true]").arg(oneLine(text)));
+    return result.value;
 }
 
 QVector<ItemKind> ItemValue::editableKinds()
@@ -183,7 +173,7 @@ QString ItemValue::editText(const QVariant &value)
     case ItemKind::Double:
         return doubleText(value.toDouble());
     case ItemKind::List:
-        return listText(value.toList());
+        return jsonText(value.toList());
     default:
         return value.toString();
     }
@@ -198,78 +188,60 @@ QString ItemValue::summary(const QVariant &value)
     return line;
 }
 
-bool ItemValue::parse(const QString &text, ItemKind kind, QVariant &value, QString &error)
+Result<QVariant> ItemValue::parse(const QString &text, ItemKind kind)
 {
     const QString trimmed = text.trimmed();
     bool ok = false;
     switch (kind) {
     case ItemKind::Empty:
-        value = QVariant();
-        return true;
+        return QVariant();
     case ItemKind::Int: {
         const qlonglong number = trimmed.toLongLong(&ok);
-        if (!ok) {
-            error = tr("“%1” is not an integer between -9223372036854775808 and 9223372036854775807")
-                        .arg(oneLine(text));
-            return false;
-        }
         const int narrow = int(number);
-        value = narrow == number ? QVariant(narrow) : QVariant(number);
-        return true;
+        if (ok)
+            return narrow == number ? QVariant(narrow) : QVariant(number);
+        return failure(tr("“%1” is not an integer between -9223372036854775808 and 9223372036854775807")
+                           .arg(oneLine(text)));
     }
     case ItemKind::Double: {
         const double number = trimmed.toDouble(&ok);
-        if (!ok) {
-            error = tr("“%1” is not a number such as 2.5 or 1e3").arg(oneLine(text));
-            return false;
-        }
-        value = number;
-        return true;
+        if (ok)
+            return number;
+        return failure(tr("“%1” is not a number such as 2.5 or 1e3").arg(oneLine(text)));
     }
     case ItemKind::Text:
-        value = text;
-        return true;
+        return text;
     case ItemKind::Bool: {
         const QString word = trimmed.toLower();
         const bool yes = word == QLatin1String("true");
-        if (!yes && word != QLatin1String("false")) {
-            error = tr("“%1” is neither true nor false").arg(oneLine(text));
-            return false;
-        }
-        value = yes;
-        return true;
+        if (yes || word == QLatin1String("false"))
+            return yes;
+        return failure(tr("“%1” is neither true nor false").arg(oneLine(text)));
     }
     case ItemKind::List:
-        return parseList(trimmed, value, error);
+        return parseList(trimmed);
     case ItemKind::Other:
         break;
     }
-    error = tr("a value of this type cannot be written as text");
-    return false;
+    return failure(tr("a value of this type cannot be written as text"));
 }
 
-bool ItemValue::convert(const QVariant &from, ItemKind to, QVariant &value, QString &error)
+Result<QVariant> ItemValue::convert(const QVariant &from, ItemKind to)
 {
     const ItemKind present = kind(from);
-    if (present == to) {
-        value = from;
-        return true;
-    }
+    if (present == to)
+        return from;
     if (to == ItemKind::Int && present == ItemKind::Double) {
         const double number = from.toDouble();
-        if (std::trunc(number) != number || std::abs(number) > 9007199254740992.0) {
-            error = tr("“%1” is not a whole number").arg(doubleText(number));
-            return false;
-        }
-        return parse(QString::number(qlonglong(number)), to, value, error);
+        if (std::trunc(number) != number || std::abs(number) > 9007199254740992.0)
+            return failure(tr("“%1” is not a whole number").arg(doubleText(number)));
+        return parse(QString::number(qlonglong(number)), to);
     }
     if (present == ItemKind::Bool && (to == ItemKind::Int || to == ItemKind::Double))
-        return parse(QString::number(int(from.toBool())), to, value, error);
-    if (to == ItemKind::List) {
-        value = QVariantList{from};
-        return true;
-    }
-    return parse(editText(from), to, value, error);
+        return parse(QString::number(int(from.toBool())), to);
+    if (to == ItemKind::List)
+        return QVariantList{from};
+    return parse(editText(from), to);
 }
 
 bool ItemValue::same(const QVariant &a, const QVariant &b)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Result.h"
+
 #include <QCoreApplication>
 #include <QString>
 #include <QVariant>
@@ -52,20 +54,17 @@ public:
     /// \a value in one short line. Costs no more than the line is long, however large the value is.
     static QString summary(const QVariant &value);
 
-    /// The value of kind \a kind that \a text stands for.
-    ///
-    /// \return whether there is one. If not, \a value is left alone and \a error says what would be right.
-    static bool parse(const QString &text, ItemKind kind, QVariant &value, QString &error);
+    /// The value of kind \a kind that \a text stands for, or what would be right instead.
+    static Result<QVariant> parse(const QString &text, ItemKind kind);
 
     /// Like parse(), for a value instead of its text: true becomes 1, 2.0 becomes 2, `"7"` becomes 7.
-    static bool convert(const QVariant &from, ItemKind to, QVariant &value, QString &error);
+    static Result<QVariant> convert(const QVariant &from, ItemKind to);
 
     /// Whether \a a and \a b are the same value of the same type: 1 and 1.0 are not, NaN and NaN are. Lists
     /// that share their items are compared in no time.
     static bool same(const QVariant &a, const QVariant &b);
 
 private:
-    static QString listText(const QVariantList &list);
-    static bool parseList(const QString &text, QVariant &value, QString &error);
+    static Result<QVariant> parseList(const QString &text);
 };
 } // namespace StepHost

@@ -5,30 +5,26 @@
 #include "ItemValue.h"
 #include "OutputFile.h"
 
+#include <QDir>
 #include <QFileInfo>
 
 namespace StepHost
 {
 namespace
 {
-/// The lines of a file, or its rows of cells, as one row of texts for each line.
-QString readRows(const QString &fileName, QVector<QStringList> &rows)
+// What `read` makes of the bytes of a file.
+template<typename Values>
+Result<Values> readFile(const QString &fileName, Result<Values> (*read)(const QByteArray &))
 {
-    const InputFile file = readInputFile(fileName);
-    if (!file)
-        return file.error;
-    const LinesResult lines = readLines(file.bytes);
-    if (!lines)
-        return QStringLiteral("%1: %2").arg(fileName, lines.error);
-    if (ValueFile::formOf(fileName) == ValueFile::Form::Csv) {
-        QString error;
-        QString text = QString::fromUtf8(file.bytes);
-        return parseCsv(text, rows, error) ? QString() : QStringLiteral("%1: %2").arg(fileName, error);
-    }
-    rows.reserve(lines.lines.size());
-    for (const QVariant &line : lines.lines)
-        rows.append(QStringList(line.toString()));
-    return QString();
+    return readInputFile(fileName).and_then([&](const QByteArray &bytes) {
+        return read(bytes).map_error(
+            [&](const QString &error) { return QStringLiteral("%1: %2").arg(fileName, error); });
+    });
+}
+
+Result<QVector<QStringList>> readCsv(const QByteArray &utf8)
+{
+    return readText(utf8).and_then(parseCsv);
 }
 
 QStringList rowTexts(const QVariant &row)
@@ -49,65 +45,70 @@ ValueFile::Form ValueFile::formOf(const QString &fileName)
     return isCsv ? Form::Csv : Form::Lines;
 }
 
-QString ValueFile::readList(const QString &fileName, QVariantList &list)
+Result<QVariantList> ValueFile::readList(const QString &fileName)
 {
-    QVector<QStringList> rows;
-    const QString error = readRows(fileName, rows);
-    if (!error.isEmpty())
-        return error;
-    QVariantList items;
-    for (const QStringList &row : qAsConst(rows)) {
-        for (const QString &cell : row)
-            items.append(cell);
-    }
-    list = items;
-    return QString();
+    if (formOf(fileName) == Form::Lines)
+        return readFile(fileName, readLines);
+    return readFile(fileName, readCsv).map([](const QVector<QStringList> &rows) {
+        QVariantList items;
+        for (const QStringList &row : rows) {
+            for (const QString &cell : row)
+                items.append(cell);
+        }
+        return items;
+    });
 }
 
-QString ValueFile::readTable(const QString &fileName, QVariantList &rows)
+Result<QVariantList> ValueFile::readTable(const QString &fileName)
 {
-    QVector<QStringList> texts;
-    const QString error = readRows(fileName, texts);
-    if (!error.isEmpty())
-        return error;
-    QVariantList table;
-    table.reserve(texts.size());
-    for (const QStringList &row : qAsConst(texts)) {
-        QVariantList cells;
-        for (const QString &cell : row)
-            cells.append(cell);
-        table.append(QVariant(cells));
+    if (formOf(fileName) == Form::Lines) {
+        return readFile(fileName, readLines).map([](QVariantList lines) {
+            for (QVariant &line : lines)
+                line = QVariantList{line};
+            return lines;
+        });
     }
-    rows = table;
-    return QString();
+    return readFile(fileName, readCsv).map([](const QVector<QStringList> &rows) {
+        QVariantList table;
+        for (const QStringList &row : rows)
+            table.append(QVariant(QVariant(row).toList()));
+        return table;
+    });
 }
 
-QString ValueFile::writeList(const QString &fileName, const QVariantList &list)
+Result<void> ValueFile::write(const QString &fileName, const QString &text)
+{
+    return writeOutputFile(fileName, text.toUtf8()).map_error([&](const QString &error) {
+        return tr("%1: %2").arg(QDir::toNativeSeparators(fileName), error);
+    });
+}
+
+Result<void> ValueFile::writeList(const QString &fileName, const QVariantList &list)
 {
     QVector<QStringList> rows;
     rows.reserve(list.size());
     for (const QVariant &item : list)
         rows.append(QStringList(ItemValue::editText(item)));
     if (formOf(fileName) == Form::Csv)
-        return replaceFile(fileName, formatCsv(rows).toUtf8());
+        return write(fileName, formatCsv(rows));
     QString text;
     for (int i = 0; i < rows.size(); ++i) {
         const QString &line = rows.at(i).first();
         if (line.contains(QLatin1Char('\n')) || line.contains(QLatin1Char('\r')))
-            return tr("Item %1 has a line break, which a text file with one item a line cannot hold. "
-                      "Choose a .csv file.")
-                .arg(i);
+            return failure(tr("Item %1 has a line break, which a text file with one item a line cannot hold. "
+                              "Choose a .csv file.")
+                               .arg(i));
         text.append(line).append(QLatin1Char('\n'));
     }
-    return replaceFile(fileName, text.toUtf8());
+    return write(fileName, text);
 }
 
-QString ValueFile::writeTable(const QString &fileName, const QVariantList &rows)
+Result<void> ValueFile::writeTable(const QString &fileName, const QVariantList &rows)
 {
     QVector<QStringList> texts;
     texts.reserve(rows.size());
     for (const QVariant &row : rows)
         texts.append(rowTexts(row));
-    return replaceFile(fileName, formatCsv(texts).toUtf8());
+    return write(fileName, formatCsv(texts));
 }
 } // namespace StepHost

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Result.h"
+
 #include <QCoreApplication>
 #include <QString>
 #include <QVariantList>
@@ -7,7 +9,7 @@
 namespace StepHost
 {
 /// Lists and tables from and to text files in UTF-8. What is read is text: no item loses a leading zero or
-/// is taken for a number.
+/// is taken for a number. Errors name the file. Standard input, read for "-", holds lines.
 class ValueFile
 {
     Q_DECLARE_TR_FUNCTIONS(StepHost::ValueFile)
@@ -22,20 +24,19 @@ public:
     static Form formOf(const QString &fileName);
 
     /// Reads \a fileName as a list: its lines, or all cells of its rows one after the other.
-    /// \return an empty text, or why the file cannot be read; \a list is left alone then.
-    static QString readList(const QString &fileName, QVariantList &list);
+    static Result<QVariantList> readList(const QString &fileName);
 
     /// Reads \a fileName as a table: its rows, or one row of a single cell for each line.
-    /// \return an empty text, or why the file cannot be read; \a rows is left alone then.
-    static QString readTable(const QString &fileName, QVariantList &rows);
+    static Result<QVariantList> readTable(const QString &fileName);
 
     /// Writes \a list, one item a line. An item with a line break is refused for the form Lines, which would
     /// read it back as two.
-    /// \return an empty text, or why the file cannot be written.
-    static QString writeList(const QString &fileName, const QVariantList &list);
+    static Result<void> writeList(const QString &fileName, const QVariantList &list);
 
     /// Writes the rows \a rows, as readTable() reads them back.
-    /// \return an empty text, or why the file cannot be written.
-    static QString writeTable(const QString &fileName, const QVariantList &rows);
+    static Result<void> writeTable(const QString &fileName, const QVariantList &rows);
+
+private:
+    static Result<void> write(const QString &fileName, const QString &text);
 };
 } // namespace StepHost

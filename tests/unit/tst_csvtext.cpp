@@ -1,4 +1,5 @@
 #include "host/values/CsvText.h"
+#include "tests/support/ErrorOf.h"
 
 #include <QtTest>
 
@@ -43,10 +44,9 @@ void TestCsvText::reads()
 {
     QFETCH(QString, text);
     QFETCH(QVector<QStringList>, rows);
-    QVector<QStringList> result;
-    QString error;
-    QVERIFY2(parseCsv(text, result, error), qPrintable(error));
-    QCOMPARE(result, rows);
+    const auto result = parseCsv(text);
+    QVERIFY2(result, qPrintable(errorOf(result)));
+    QCOMPARE(*result, rows);
 }
 
 void TestCsvText::refuses_data()
@@ -64,21 +64,17 @@ void TestCsvText::refuses()
 {
     QFETCH(QString, text);
     QFETCH(QString, error);
-    const QVector<QStringList> before{{"untouched"}};
-    QVector<QStringList> rows = before;
-    QString message;
-    QVERIFY(!parseCsv(text, rows, message));
-    QCOMPARE(message, error);
-    QCOMPARE(rows, before);
+    const auto result = parseCsv(text);
+    QVERIFY(!result);
+    QCOMPARE(result.error(), error);
 }
 
 void TestCsvText::readsBack()
 {
     const QVector<QStringList> rows{{"a", "b,c", "d\"e"}, {""}, {"", ""}, {"f\ng", "h\r\ni", "\"k"}, {" j "}};
-    QVector<QStringList> back;
-    QString error;
-    QVERIFY(parseCsv(formatCsv(rows), back, error));
-    QCOMPARE(back, rows);
+    const auto back = parseCsv(formatCsv(rows));
+    QVERIFY(back);
+    QCOMPARE(*back, rows);
 }
 
 QTEST_GUILESS_MAIN(TestCsvText)

@@ -1,4 +1,5 @@
 #include "host/values/InputFile.h"
+#include "tests/support/ErrorOf.h"
 
 #include <QtTest>
 
@@ -26,9 +27,9 @@ void TestInputFile::readsFiles()
     const QByteArray bytes = QByteArray("a\0\r\n\xff", 5).repeated(1000000);
     QCOMPARE(file.write(bytes), qint64(bytes.size()));
     QVERIFY(file.flush());
-    const InputFile input = readInputFile(file.fileName());
-    QVERIFY2(input, qPrintable(input.error));
-    QVERIFY(input.bytes == bytes);
+    const Result<QByteArray> input = readInputFile(file.fileName());
+    QVERIFY2(input, qPrintable(errorOf(input)));
+    QVERIFY(*input == bytes);
 }
 
 void TestInputFile::refusesFiles_data()
@@ -41,12 +42,11 @@ void TestInputFile::refusesFiles_data()
 void TestInputFile::refusesFiles()
 {
     QFETCH(QString, file);
-    const InputFile input = readInputFile(file);
+    const Result<QByteArray> input = readInputFile(file);
     QVERIFY(!input);
-    QVERIFY(input.bytes.isEmpty());
-    QVERIFY2(input.error.startsWith(file + ": "), qPrintable(input.error));
-    QVERIFY2(input.error.size() > file.size() + 10, qPrintable(input.error));
-    QCOMPARE(readInputFile("").error, QString("the file has no name"));
+    QVERIFY2(input.error().startsWith(file + ": "), qPrintable(input.error()));
+    QVERIFY2(input.error().size() > file.size() + 10, qPrintable(input.error()));
+    QCOMPARE(readInputFile("").error(), QString("the file has no name"));
 }
 
 void TestInputFile::refusesLargeFiles()
@@ -55,9 +55,9 @@ void TestInputFile::refusesLargeFiles()
     QTemporaryFile file;
     QVERIFY(file.open());
     QVERIFY(file.resize((1 << 28) + 1));
-    const InputFile input = readInputFile(file.fileName());
-    QCOMPARE(input.error, file.fileName() + ": the file holds more than 256 MiB");
-    QVERIFY(input.bytes.isEmpty());
+    const Result<QByteArray> input = readInputFile(file.fileName());
+    QVERIFY(!input);
+    QCOMPARE(input.error(), file.fileName() + ": the file holds more than 256 MiB");
 }
 
 void TestInputFile::readsLines_data()
@@ -87,9 +87,9 @@ void TestInputFile::readsLines()
 {
     QFETCH(QByteArray, text);
     QFETCH(QVariantList, lines);
-    const LinesResult read = readLines(text);
-    QVERIFY2(read, qPrintable(read.error));
-    QCOMPARE(read.lines, lines);
+    const Result<QVariantList> read = readLines(text);
+    QVERIFY2(read, qPrintable(errorOf(read)));
+    QCOMPARE(*read, lines);
 }
 
 void TestInputFile::refusesLines_data()
@@ -108,9 +108,9 @@ void TestInputFile::refusesLines()
 {
     QFETCH(QByteArray, text);
     QFETCH(int, line);
-    const LinesResult read = readLines(text);
-    QCOMPARE(read.error, QString("line %1 is not UTF-8 text").arg(line));
-    QVERIFY(read.lines.isEmpty());
+    const Result<QVariantList> read = readLines(text);
+    QVERIFY(!read);
+    QCOMPARE(read.error(), QString("line %1 is not UTF-8 text").arg(line));
 }
 
 QTEST_GUILESS_MAIN(TestInputFile)

@@ -1,4 +1,5 @@
 #include "host/values/ItemValue.h"
+#include "tests/support/ErrorOf.h"
 
 #include <QtTest>
 
@@ -36,7 +37,7 @@ void TestItemValue::parses_data()
         QTest::newRow(name) << QString::fromUtf8(text) << kind << value << true;
     };
     const auto refused = [](const char *name, const char *text, ItemKind kind) {
-        QTest::newRow(name) << QString::fromUtf8(text) << kind << QVariant("untouched") << false;
+        QTest::newRow(name) << QString::fromUtf8(text) << kind << QVariant() << false;
     };
     row("int", " 7 ", ItemKind::Int, 7);
     row("negative int", "-7", ItemKind::Int, -7);
@@ -67,11 +68,12 @@ void TestItemValue::parses()
     QFETCH(ItemKind, kind);
     QFETCH(QVariant, value);
     QFETCH(bool, accepted);
-    QVariant result("untouched");
-    QString error;
-    QCOMPARE(ItemValue::parse(text, kind, result, error), accepted);
-    QVERIFY2(ItemValue::same(result, value), qPrintable(result.toString()));
-    QCOMPARE(error.isEmpty(), accepted);
+    const Result<QVariant> result = ItemValue::parse(text, kind);
+    QCOMPARE(bool(result), accepted);
+    if (accepted)
+        QVERIFY2(ItemValue::same(*result, value), qPrintable(result->toString()));
+    else
+        QVERIFY(!result.error().isEmpty());
 }
 
 void TestItemValue::converts_data()
@@ -80,7 +82,7 @@ void TestItemValue::converts_data()
     QTest::addColumn<ItemKind>("kind");
     QTest::addColumn<QVariant>("value");
     QTest::addColumn<bool>("accepted");
-    const QVariant none("untouched");
+    const QVariant none;
     QTest::newRow("text to int") << QVariant("7") << ItemKind::Int << QVariant(7) << true;
     QTest::newRow("whole double to int") << QVariant(7.0) << ItemKind::Int << QVariant(7) << true;
     QTest::newRow("fraction to int") << QVariant(7.5) << ItemKind::Int << none << false;
@@ -90,6 +92,8 @@ void TestItemValue::converts_data()
     QTest::newRow("bool to double") << QVariant(false) << ItemKind::Double << QVariant(0.0) << true;
     QTest::newRow("int to double") << QVariant(3) << ItemKind::Double << QVariant(3.0) << true;
     QTest::newRow("double to text") << QVariant(3.0) << ItemKind::Text << QVariant("3.0") << true;
+    QTest::newRow("negative zero to text") << QVariant(-0.0) << ItemKind::Text << QVariant("-0.0") << true;
+    QTest::newRow("infinity to text") << QVariant(HUGE_VAL) << ItemKind::Text << QVariant("inf") << true;
     QTest::newRow("text to bool") << QVariant("true") << ItemKind::Bool << QVariant(true) << true;
     QTest::newRow("word to int") << QVariant("x") << ItemKind::Int << none << false;
     QTest::newRow("int to list") << QVariant(3) << ItemKind::List << QVariant(QVariantList{3}) << true;
@@ -106,13 +110,15 @@ void TestItemValue::converts()
     QFETCH(ItemKind, kind);
     QFETCH(QVariant, value);
     QFETCH(bool, accepted);
-    QVariant result("untouched");
-    QString error;
-    QCOMPARE(ItemValue::convert(from, kind, result, error), accepted);
-    if (accepted && kind == ItemKind::Text)
-        result = result.toString().remove(QLatin1Char(' '));
-    QVERIFY2(ItemValue::same(result, value), qPrintable(result.toString()));
-    QCOMPARE(error.isEmpty(), accepted);
+    Result<QVariant> result = ItemValue::convert(from, kind);
+    QCOMPARE(bool(result), accepted);
+    if (!accepted) {
+        QVERIFY(!result.error().isEmpty());
+        return;
+    }
+    if (kind == ItemKind::Text)
+        result = result->toString().remove(QLatin1Char(' '));
+    QVERIFY2(ItemValue::same(*result, value), qPrintable(result->toString()));
 }
 
 void TestItemValue::textReadsBack_data()
@@ -134,11 +140,9 @@ void TestItemValue::textReadsBack_data()
 void TestItemValue::textReadsBack()
 {
     QFETCH(QVariant, value);
-    QVariant back;
-    QString error;
-    QVERIFY2(ItemValue::parse(ItemValue::editText(value), ItemValue::kind(value), back, error),
-             qPrintable(error));
-    QVERIFY2(ItemValue::same(back, value), qPrintable(ItemValue::editText(value)));
+    const Result<QVariant> back = ItemValue::parse(ItemValue::editText(value), ItemValue::kind(value));
+    QVERIFY2(back, qPrintable(errorOf(back)));
+    QVERIFY2(ItemValue::same(*back, value), qPrintable(ItemValue::editText(value)));
 }
 
 void TestItemValue::summaryIsOneShortLine_data()

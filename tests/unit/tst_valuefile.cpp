@@ -1,5 +1,6 @@
 #include "host/values/ItemValue.h"
 #include "host/values/ValueFile.h"
+#include "tests/support/ErrorOf.h"
 
 #include <QtTest>
 
@@ -25,8 +26,8 @@ private slots:
     void lists_data();
     void lists();
     void tables();
-    void errorsChangeNothing_data();
-    void errorsChangeNothing();
+    void refusesFiles_data();
+    void refusesFiles();
     void refusesLineBreaks();
 };
 
@@ -53,62 +54,71 @@ void TestValueFile::lists()
     QFETCH(QByteArray, content);
     QFETCH(QVariantList, list);
     const QTemporaryDir folder;
-    QVariantList result;
-    QCOMPARE(ValueFile::readList(writeTemporary(folder, name, content), result), QString());
-    QCOMPARE(result, list);
+    const auto result = ValueFile::readList(writeTemporary(folder, name, content));
+    QVERIFY2(result, qPrintable(errorOf(result)));
+    QCOMPARE(*result, list);
 
     const QString copy = folder.filePath("copy-" + name);
-    QCOMPARE(ValueFile::writeList(copy, list), QString());
-    QVariantList back;
-    QCOMPARE(ValueFile::readList(copy, back), QString());
-    QCOMPARE(back, list);
+    QVERIFY(ValueFile::writeList(copy, list));
+    const auto back = ValueFile::readList(copy);
+    QVERIFY2(back, qPrintable(errorOf(back)));
+    QCOMPARE(*back, list);
 }
 
 void TestValueFile::tables()
 {
     const QTemporaryDir folder;
     const QVariantList rows{QVariant(QVariantList{"a", "b,c"}), QVariant(QVariantList{"1"})};
-    QCOMPARE(ValueFile::writeTable(folder.filePath("t.csv"), rows), QString());
-    QVariantList back;
-    QCOMPARE(ValueFile::readTable(folder.filePath("t.csv"), back), QString());
-    QVERIFY(ItemValue::same(back, rows));
-    QCOMPARE(ValueFile::readTable(writeTemporary(folder, "t.txt", "a,b\nc\n"), back), QString());
+    QVERIFY(ValueFile::writeTable(folder.filePath("t.csv"), rows));
+    const auto back = ValueFile::readTable(folder.filePath("t.csv"));
+    QVERIFY2(back, qPrintable(errorOf(back)));
+    QVERIFY(ItemValue::same(*back, rows));
+    const auto lines = ValueFile::readTable(writeTemporary(folder, "t.txt", "a,b\nc\n"));
+    QVERIFY2(lines, qPrintable(errorOf(lines)));
     QVERIFY(
-        ItemValue::same(back, QVariantList({QVariant(QVariantList{"a,b"}), QVariant(QVariantList{"c"})})));
+        ItemValue::same(*lines, QVariantList({QVariant(QVariantList{"a,b"}), QVariant(QVariantList{"c"})})));
 }
 
-void TestValueFile::errorsChangeNothing_data()
+void TestValueFile::refusesFiles_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QByteArray>("content");
-    QTest::newRow("missing") << QString() << QByteArray();
-    QTest::newRow("no UTF-8") << "a.txt" << QByteArray("a\n\xFF\n");
-    QTest::newRow("no UTF-8 in CSV") << "a.csv" << QByteArray("a\n\xFF\n");
-    QTest::newRow("broken CSV") << "a.csv" << QByteArray("\"a\n");
+    QTest::addColumn<QString>("reason");
+    QTest::newRow("missing") << QString() << QByteArray() << "";
+    QTest::newRow("no UTF-8") << "a.txt" << QByteArray("a\n\xFF\n") << "line 2 is not UTF-8 text";
+    QTest::newRow("no UTF-8 in CSV") << "a.csv" << QByteArray("a\n\xFF\n") << "line 2 is not UTF-8 text";
+    QTest::newRow("broken CSV") << "a.csv" << QByteArray("\"a\n")
+                                << "line 1: the quotation mark that opens here is never closed";
 }
 
-void TestValueFile::errorsChangeNothing()
+void TestValueFile::refusesFiles()
 {
     QFETCH(QString, name);
     QFETCH(QByteArray, content);
+    QFETCH(QString, reason);
     const QTemporaryDir folder;
     const QString fileName =
         name.isEmpty() ? folder.filePath("missing.txt") : writeTemporary(folder, name, content);
-    QVariantList list{"untouched"};
-    QVERIFY(ValueFile::readList(fileName, list).contains(QFileInfo(fileName).fileName()));
-    QVERIFY(ValueFile::readTable(fileName, list).contains(QFileInfo(fileName).fileName()));
-    QCOMPARE(list, QVariantList{"untouched"});
+    for (const auto &result : {ValueFile::readList(fileName), ValueFile::readTable(fileName)}) {
+        QVERIFY(!result);
+        QVERIFY2(result.error().startsWith(fileName + ": " + reason), qPrintable(result.error()));
+    }
 }
 
 void TestValueFile::refusesLineBreaks()
 {
     const QTemporaryDir folder;
     const QString fileName = writeTemporary(folder, "a.txt", "old");
-    QVERIFY(ValueFile::writeList(fileName, {"a", "b\nc"}).contains("1"));
+    const auto written = ValueFile::writeList(fileName, {"a", "b\nc"});
+    QVERIFY(!written);
+    QVERIFY(written.error().contains("1"));
     QFile file(fileName);
     QVERIFY(file.open(QIODevice::ReadOnly));
     QCOMPARE(file.readAll(), QByteArray("old"));
-    QVERIFY(!ValueFile::writeList(folder.filePath("no folder/a.txt"), {"a"}).isEmpty());
+    const QString missing = folder.filePath("no folder/a.txt");
+    const auto nowhere = ValueFile::writeList(missing, {"a"});
+    QVERIFY(!nowhere);
+    QVERIFY(nowhere.error().startsWith(QDir::toNativeSeparators(missing) + ": "));
 }
 
 QTEST_GUILESS_MAIN(TestValueFile)

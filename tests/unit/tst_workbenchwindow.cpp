@@ -16,7 +16,6 @@
 #include "host/scripts/VariableEdits.h"
 #include "host/values/CsvText.h"
 #include "host/values/ItemValue.h"
-#include "host/values/OutputFile.h"
 #include "host/values/ValueFile.h"
 #include "tests/support/TestPaths.h"
 
@@ -904,20 +903,21 @@ void TestWorkbenchWindow::speaksChinese()
     QCOMPARE(m_window->findChild<QDockWidget *>("logDock")->windowTitle(), QString::fromUtf8("日志"));
     QCOMPARE(VariablesModel::tr("%n item(s): %1", nullptr, 2).arg("x"), QString::fromUtf8("2 项：x"));
     QCOMPARE(TypeNames::of(VarType::Table), QString::fromUtf8("表格"));
-    QVariant value;
-    QString error;
-    StepHost::ItemValue::parse("x", StepHost::ItemKind::Bool, value, error);
-    QCOMPARE(error, QString::fromUtf8("“x”既不是 true 也不是 false"));
+    const auto value = StepHost::ItemValue::parse("x", StepHost::ItemKind::Bool);
+    QVERIFY(!value);
+    QCOMPARE(value.error(), QString::fromUtf8("“x”既不是 true 也不是 false"));
     VariableScope scope;
     scope.set("x", 1);
-    StepHost::VariableEdits::add(scope, "x", VarType::Int, error);
-    QCOMPARE(error, QString::fromUtf8("已经有变量“x”。"));
-    QVector<QStringList> rows;
-    StepHost::parseCsv("\"", rows, error);
-    QCOMPARE(error, QString::fromUtf8("第 1 行：此处的左引号没有对应的右引号"));
-    QVERIFY(
-        StepHost::ValueFile::writeList("a.txt", {"a\nb"}).startsWith(QString::fromUtf8("第 0 项含有换行")));
-    QVERIFY(StepHost::replaceFile("no folder/a", "x").startsWith(QString::fromUtf8("no folder/a：")));
+    const auto added = StepHost::VariableEdits::add(scope, "x", VarType::Int);
+    QVERIFY(!added);
+    QCOMPARE(added.error(), QString::fromUtf8("已经有变量“x”。"));
+    const auto rows = StepHost::parseCsv("\"");
+    QVERIFY(!rows);
+    QCOMPARE(rows.error(), QString::fromUtf8("第 1 行：此处的左引号没有对应的右引号"));
+    const auto written = StepHost::ValueFile::writeList("a.txt", {"a\nb"});
+    QVERIFY(!written);
+    QVERIFY(written.error().startsWith(QString::fromUtf8("第 0 项含有换行")));
+    QVERIFY(m_window->document().save("no folder/a").startsWith(QString::fromUtf8("no folder/a：")));
     for (QObject *child : qApp->children()) {
         if (!before.contains(child))
             delete child;

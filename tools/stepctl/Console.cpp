@@ -1,10 +1,7 @@
 #include "Console.h"
 
+#include "host/values/OutputFile.h"
 #include "host/values/QuotedText.h"
-
-#include <QFile>
-#include <QFileInfo>
-#include <QSaveFile>
 
 #include <cstdio>
 #include <exception>
@@ -15,30 +12,6 @@
 #else
 #include <unistd.h>
 #endif
-
-namespace
-{
-// Neither a file nor a folder, such as a pipe.
-bool isDevice(const QString &fileName)
-{
-    const QFileInfo info(fileName);
-    return info.exists() && !info.isFile() && !info.isDir();
-}
-
-// Writes `bytes` to `output` and empties its buffer. Returns whether it could.
-bool writeAll(QFileDevice &output, const QByteArray &bytes)
-{
-    int done = 0;
-    while (done < bytes.size()) {
-        // Where only some bytes can be written, the reason shows when the rest is tried.
-        const qint64 count = output.write(bytes.constData() + done, bytes.size() - done);
-        if (count <= 0)
-            return false;
-        done += int(count);
-    }
-    return output.flush();
-}
-} // namespace
 
 int refuse(const QString &reason)
 {
@@ -60,24 +33,12 @@ int refuseExceptions(const std::function<int()> &work)
 
 bool writeResult(const QByteArray &bytes, const QString &fileName)
 {
-    bool isWritten = false;
-    QString error;
-    if (fileName.isEmpty() || isDevice(fileName)) {
-        QFile output(fileName);
-        const bool isOpen = fileName.isEmpty() ? output.open(stdout, QIODevice::WriteOnly)
-                                               : output.open(QIODevice::WriteOnly);
-        isWritten = isOpen && writeAll(output, bytes);
-        error = output.errorString();
-    } else {
-        QSaveFile output(fileName);
-        isWritten = output.open(QIODevice::WriteOnly) && writeAll(output, bytes) && output.commit();
-        error = output.errorString();
-    }
-    if (!isWritten) {
+    const StepHost::Result<void> written = StepHost::writeOutputFile(fileName, bytes);
+    if (!written) {
         refuse(QStringLiteral("%1 cannot be written: %2")
-                   .arg(fileName.isEmpty() ? QStringLiteral("standard output") : fileName, error));
+                   .arg(fileName.isEmpty() ? QStringLiteral("standard output") : fileName, written.error()));
     }
-    return isWritten;
+    return bool(written);
 }
 
 bool isErrorTerminal()

@@ -15,12 +15,8 @@ int refuse(const QString &reason);
 /// the exception may belong to one.
 int refuseExceptions(const std::function<int()> &work);
 
-/// Writes \a bytes to the file \a fileName, which is replaced whole or stays as it was; into it when it is a
-/// device or a pipe; or to standard output when the name is empty. Returns whether it could; tells the user on
-/// standard error if not.
-///
-/// When the program is killed meanwhile, one more file may be left beside: with the name, a dot and six
-/// characters more, and no larger than \a bytes.
+/// Writes \a bytes as StepHost::writeOutputFile() does. Returns whether it could; tells the user on standard
+/// error if not.
 bool writeResult(const QByteArray &bytes, const QString &fileName);
 
 /// Whether standard error is a terminal that a user may be looking at.

@@ -52,13 +52,13 @@ bool parseAssignment(const QString &text, Assignment &assignment)
 
 QString assignListFile(Script &script, const Assignment &assignment)
 {
-    const InputFile file = readInputFile(assignment.value.mid(1));
+    const Result<QByteArray> file = readInputFile(assignment.value.mid(1));
     if (!file)
-        return file.error;
-    const LinesResult items = readLines(file.bytes);
+        return file.error();
+    const Result<QVariantList> items = readLines(*file);
     if (!items)
-        return assignment.value.mid(1) + QLatin1String(": ") + items.error;
-    return assignList(script, assignment.name, items.lines);
+        return assignment.value.mid(1) + QLatin1String(": ") + items.error();
+    return assignList(script, assignment.name, *items);
 }
 
 // How a message about the `argument` of `option` begins.

@@ -8,6 +8,7 @@
 #include "host/scripts/ScriptFile.h"
 #include "host/values/OutputFile.h"
 
+#include <QDir>
 #include <QFileInfo>
 
 #include <algorithm>
@@ -188,9 +189,11 @@ QString ScriptDocument::save(const QString &fileName)
     // A file of another suffix is read by its content all the same.
     const StepHost::ScriptForm form = StepHost::scriptFormOf(fileName).value_or(StepHost::ScriptForm::Json);
     const StepHost::WriteResult written = StepHost::writeScript(copy(), form, m_catalogue);
-    const QString error = written ? StepHost::replaceFile(fileName, written.bytes) : written.error;
-    if (!error.isEmpty())
-        return error;
+    if (!written)
+        return written.error;
+    const StepHost::Result<void> saved = StepHost::writeOutputFile(fileName, written.bytes);
+    if (!saved)
+        return tr("%1: %2").arg(QDir::toNativeSeparators(fileName), saved.error());
     m_fileName = QFileInfo(fileName).absoluteFilePath();
     m_undoStack.setClean();
     emit fileNameChanged();

@@ -44,17 +44,14 @@
     </message>
 </context>
 <context>
-    <name>StepHost::OutputFile</name>
-    <message>
-        <source>%1: %2</source>
-        <translation>%1：%2</translation>
-    </message>
-</context>
-<context>
     <name>StepHost::ValueFile</name>
     <message>
         <source>Item %1 has a line break, which a text file with one item a line cannot hold. Choose a .csv file.</source>
         <translation>第 %1 项含有换行，每行一项的文本文件无法保存。请选择 .csv 文件。</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1：%2</translation>
     </message>
 </context>
 <context>
@@ -464,6 +461,10 @@
     <message>
         <source>Change “%1”</source>
         <translation>更改“%1”</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1：%2</translation>
     </message>
 </context>
 <context>

@@ -52,12 +52,10 @@ void ListValueModel::convertRows(const QList<int> &rows, ItemKind kind)
     int refusals = 0;
     QString firstReason;
     for (const int row : rows) {
-        QVariant converted;
-        QString error;
-        if (ItemValue::convert(m_items.at(row), kind, converted, error))
-            m_items[row] = converted;
+        if (const auto converted = ItemValue::convert(m_items.at(row), kind))
+            m_items[row] = *converted;
         else if (++refusals == 1)
-            firstReason = error;
+            firstReason = converted.error();
     }
     if (!rows.isEmpty()) {
         const auto [first, last] = std::minmax_element(rows.cbegin(), rows.cend());
@@ -126,16 +124,14 @@ bool ListValueModel::setData(const QModelIndex &index, const QVariant &value, in
     if (role != Qt::EditRole || !isItem(index))
         return false;
     QVariant &item = m_items[index.row()];
-    QVariant changed;
-    QString error;
-    const bool accepted = index.column() == TypeColumn
-        ? ItemValue::convert(item, ItemKind(value.toInt()), changed, error)
-        : ItemValue::parse(value.toString(), ItemValue::kind(item), changed, error);
-    if (!accepted) {
-        emit refused(error);
+    const auto changed = index.column() == TypeColumn
+        ? ItemValue::convert(item, ItemKind(value.toInt()))
+        : ItemValue::parse(value.toString(), ItemValue::kind(item));
+    if (!changed) {
+        emit refused(changed.error());
         return false;
     }
-    item = changed;
+    item = *changed;
     emit dataChanged(index.siblingAtColumn(0), index.siblingAtColumn(ColumnCount - 1));
     return true;
 }

@@ -56,12 +56,10 @@ void TableValueModel::convertCells(const QModelIndexList &cells, ItemKind kind)
     int refusals = 0;
     QString firstReason;
     for (const QModelIndex &index : cells) {
-        QVariant converted;
-        QString error;
-        if (ItemValue::convert(cell(index), kind, converted, error))
-            setCell(index, converted);
+        if (const auto converted = ItemValue::convert(cell(index), kind))
+            setCell(index, *converted);
         else if (++refusals == 1)
-            firstReason = error;
+            firstReason = converted.error();
     }
     if (refusals > 0)
         emit refused(tr("%n cell(s) kept the old type: %1", nullptr, refusals).arg(firstReason));
@@ -138,29 +136,21 @@ QVariant TableValueModel::data(const QModelIndex &index, int role) const
 
 bool TableValueModel::setData(const QModelIndex &index, const QVariant &value, int role)
 {
-    if (!isCell(index))
+    if (!isCell(index) || (role != Qt::EditRole && role != KindRole))
+        return false;
+    if (role == Qt::EditRole && !hasValue(index) && value.toString().isEmpty())
         return false;
     const QVariant present = cell(index);
     // What is typed into an empty cell is a text; it can be given another type afterwards.
     const ItemKind kind =
         ItemValue::kind(present) == ItemKind::Empty ? ItemKind::Text : ItemValue::kind(present);
-    QVariant changed;
-    QString error;
-    bool accepted = false;
-    if (role == Qt::EditRole) {
-        if (!hasValue(index) && value.toString().isEmpty())
-            return false;
-        accepted = ItemValue::parse(value.toString(), kind, changed, error);
-    } else if (role == KindRole) {
-        accepted = ItemValue::convert(present, ItemKind(value.toInt()), changed, error);
-    } else {
+    const auto changed = role == KindRole ? ItemValue::convert(present, ItemKind(value.toInt()))
+                                          : ItemValue::parse(value.toString(), kind);
+    if (!changed) {
+        emit refused(changed.error());
         return false;
     }
-    if (!accepted) {
-        emit refused(error);
-        return false;
-    }
-    setCell(index, changed);
+    setCell(index, *changed);
     return true;
 }
 

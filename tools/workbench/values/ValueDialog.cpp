@@ -244,12 +244,10 @@ void ValueDialog::chooseImport()
 
 void ValueDialog::importFile(const QString &fileName)
 {
-    QVariantList value;
-    const QString error =
-        m_list ? ValueFile::readList(fileName, value) : ValueFile::readTable(fileName, value);
-    showMessage(error);
-    if (error.isEmpty())
-        setValue(value);
+    const auto value = m_list ? ValueFile::readList(fileName) : ValueFile::readTable(fileName);
+    showMessage(value ? QString() : value.error());
+    if (value)
+        setValue(*value);
 }
 
 void ValueDialog::chooseExport()
@@ -262,8 +260,9 @@ void ValueDialog::chooseExport()
 
 void ValueDialog::exportFile(const QString &fileName)
 {
-    showMessage(m_list ? ValueFile::writeList(fileName, m_list->items())
-                       : ValueFile::writeTable(fileName, m_table->rows()));
+    const auto written = m_list ? ValueFile::writeList(fileName, m_list->items())
+                                : ValueFile::writeTable(fileName, m_table->rows());
+    showMessage(written ? QString() : written.error());
 }
 
 void ValueDialog::showMessage(const QString &message)

@@ -211,35 +211,33 @@ bool VariablesModel::setData(const QModelIndex &index, const QVariant &value, in
     if (role != Qt::EditRole || !isVariable(index) || !flags(index).testFlag(Qt::ItemIsEditable))
         return false;
     const QString name = m_names.at(index.row());
-    VariableScope changed = m_variables;
-    QString error;
-    bool accepted = true;
+    StepHost::Result<VariableScope> changed = m_variables;
     QString action;
     switch (index.column()) {
     case NameColumn:
         if (value.toString() == name)
             return true;
-        accepted = VariableEdits::rename(changed, name, value.toString(), error);
+        changed = VariableEdits::rename(m_variables, name, value.toString());
         action = tr("Rename variable");
         break;
     case TypeColumn:
         if (VarType(value.toInt()) == type(index.row()))
             return true;
-        VariableEdits::retype(changed, name, VarType(value.toInt()));
+        changed = VariableEdits::retype(m_variables, name, VarType(value.toInt()));
         action = tr("Change type of “%1”").arg(name);
         break;
     default:
-        accepted = VariableEdits::setText(changed, name, value.toString(), error);
-        if (accepted && ItemValue::same(changed.get(referenceTo(name)), m_variables.get(referenceTo(name))))
+        changed = VariableEdits::setText(m_variables, name, value.toString());
+        if (changed && ItemValue::same(changed->get(referenceTo(name)), m_variables.get(referenceTo(name))))
             return true;
         action = tr("Change value of “%1”").arg(name);
         break;
     }
-    if (!accepted) {
-        emit refused(error);
+    if (!changed) {
+        emit refused(changed.error());
         return false;
     }
-    emit changeRequested(changed, action);
+    emit changeRequested(*changed, action);
     return true;
 }
 

@@ -2,6 +2,7 @@
 
 #include "VariablesModel.h"
 #include "host/scripts/VariableEdits.h"
+#include "host/values/VarTypes.h"
 #include "host/values/VariableName.h"
 #include "tools/workbench/document/RunSession.h"
 #include "tools/workbench/document/ScriptDocument.h"
@@ -110,7 +111,7 @@ void VariablesPane::createView()
     m_view->horizontalHeader()->setSectionResizeMode(VariablesModel::ValueColumn, QHeaderView::Stretch);
     m_view->horizontalHeader()->setSectionResizeMode(VariablesModel::ResultColumn, QHeaderView::Stretch);
     QVector<ChoiceDelegate::Choice> types;
-    const QVector<VarType> variableTypes = StepHost::VariableEdits::types();
+    const QVector<VarType> variableTypes = StepHost::declarableTypes();
     for (const VarType type : variableTypes)
         types.append({int(type), TypeNames::of(type)});
     m_view->setItemDelegateForColumn(VariablesModel::TypeColumn, new ChoiceDelegate(types, this));
@@ -161,10 +162,10 @@ bool VariablesPane::eventFilter(QObject *watched, QEvent *event)
 
 void VariablesPane::addVariable()
 {
-    VariableScope variables = m_document.variables();
+    const VariableScope &variables = m_document.variables();
     const QString name = StepHost::VariableEdits::freeName(variables, tr("variable%1"));
-    variables.declare(name, VarType::List);
-    m_document.setVariables(variables, tr("Add variable"));
+    m_document.setVariables(*StepHost::VariableEdits::add(variables, name, VarType::List),
+                            tr("Add variable"));
     const QModelIndex index = m_model->index(m_model->rowOf(name), VariablesModel::NameColumn);
     m_view->setCurrentIndex(index);
     m_view->setFocus();
