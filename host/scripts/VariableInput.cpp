@@ -2,6 +2,7 @@
 
 #include "host/values/JsonTree.h"
 #include "host/values/QuotedText.h"
+#include "host/values/ValueFile.h"
 #include "host/values/VarTypes.h"
 #include "host/values/VariableName.h"
 
@@ -81,5 +82,16 @@ QString assignList(Script &script, const QString &name, const QVariantList &list
     }
     declared->value = list;
     return QString();
+}
+
+Result<void> assignFile(Script &script, const QString &name, const QString &fileName)
+{
+    ScriptVariable *declared = script.findVariable(name);
+    const bool isCsv = ValueFile::formOf(fileName) == ValueFile::Form::Csv;
+    if (isCsv && declared && declared->type == VarType::Table)
+        return ValueFile::readTable(fileName).map([&](const QVariantList &rows) { declared->value = rows; });
+    const Result<QVariantList> list = ValueFile::readList(fileName);
+    const QString error = list ? assignList(script, name, *list) : list.error();
+    return error.isEmpty() ? Result<void>() : failure(error);
 }
 } // namespace StepHost

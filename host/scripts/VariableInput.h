@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Script.h"
+#include "host/values/Result.h"
 
 #include <QString>
 #include <QVariant>
@@ -21,4 +22,12 @@ QString assignText(Script &script, const QString &name, const QString &text);
 ///
 /// Returns an empty text, or what is wrong; the script is unchanged then.
 QString assignList(Script &script, const QString &name, const QVariantList &list);
+
+/// Sets the variable \a name of \a script to what the file \a fileName, or standard input for "-", holds.
+///
+/// A variable that the script declares as a table takes the rows of a CSV file. Any other variable takes a list, as
+/// assignList() does: the cells of a CSV file one after the other, or the lines of another file.
+///
+/// When something is wrong, the script is unchanged.
+Result<void> assignFile(Script &script, const QString &name, const QString &fileName);
 } // namespace StepHost

@@ -29,6 +29,7 @@ private slots:
     void tellsOfSkippedSteps();
     void tellsOfDisabledSteps();
     void takesLists();
+    void takesCsvFiles();
     void takesAListFromStandardInput();
     void takesValues();
     void outputFeedsBack();
@@ -176,6 +177,24 @@ void TestStepctlRun::takesLists()
     QCOMPARE(result.status, 0);
 }
 
+void TestStepctlRun::takesCsvFiles()
+{
+    const QString script = file("csv.json", R"({"variables": [
+        {"name": "a", "type": "list"}, {"name": "t", "type": "table", "value": [["gone"]]}]})");
+    file("a.csv",
+         "\xEF\xBB\xBF"
+         "李雷,\"b,c\"\r\n007\r\n");
+    file("B.CSV", "\"two\nlines\"");
+    const Run result =
+        run({"run", script, "--list", "a=@a.csv", "--list", "$t=@a.csv", "--list", "new=@B.CSV"});
+    QCOMPARE(result.errors, QString());
+    QVERIFY2(result.output.contains(QString::fromUtf8("  list    a = [\"李雷\", \"b,c\", \"007\"]\n"
+                                                      "  table   t = [[\"李雷\", \"b,c\"], [\"007\"]]\n"
+                                                      "  list    new = [\"two\\nlines\"]\n")),
+             qPrintable(result.output));
+    QCOMPARE(result.status, 0);
+}
+
 void TestStepctlRun::takesAListFromStandardInput()
 {
     const Run result = run({"run", file("sort.json", sortScript), "--list", "names=@-"}, "z\ny\nx\n");
@@ -273,6 +292,14 @@ void TestStepctlRun::badUsage_data()
     QTest::newRow("list for another type")
         << QStringList{"run", "int.json", "--list", "n=@n.txt"}
         << "--list n=@n.txt: the script declares \"n\" with the type int, not as a list";
+    QTest::newRow("table from lines")
+        << QStringList{"run", "int.json", "--list", "t=@n.txt"}
+        << "--list t=@n.txt: the script declares \"t\" with the type table, not as a list";
+    QTest::newRow("broken CSV")
+        << QStringList{"run", "sort.json", "--list", "names=@broken.csv"}
+        << "--list names=@broken.csv: broken.csv: line 2: the quotation mark that opens here is never closed";
+    QTest::newRow("CSV that is not UTF-8") << QStringList{"run", "int.json", "--list", "t=@latin1.csv"}
+                                           << "--list t=@latin1.csv: latin1.csv: line 2 is not UTF-8 text";
     QTest::newRow("standard input twice")
         << QStringList{"run", "sort.json", "--list", "a=@-", "--list", "b=@-"}
         << "--list b=@-: standard input can be read only once";
@@ -302,7 +329,9 @@ void TestStepctlRun::badUsage()
     QFETCH(QStringList, arguments);
     QFETCH(QString, error);
     file("sort.json", sortScript);
-    file("int.json", R"({"variables": [{"name": "n", "type": "int"}]})");
+    file("int.json", R"({"variables": [{"name": "n", "type": "int"}, {"name": "t", "type": "table"}]})");
+    file("broken.csv", "a\n\"b\n");
+    file("latin1.csv", "a\ncaf\xe9\n");
     file("n.txt", "a\n");
     file("latin1.txt", "a\ncaf\xe9\n");
     const Run result = run(arguments);

@@ -1,4 +1,5 @@
 #include "host/scripts/VariableInput.h"
+#include "tests/support/ErrorOf.h"
 #include "tests/support/IsLike.h"
 
 #include <QtTest>
@@ -22,6 +23,7 @@ private slots:
     void refusesNew();
     void assignsLists();
     void refusesLists();
+    void assignsFiles();
 };
 
 void TestVariableInput::assignsDeclared_data()
@@ -198,6 +200,34 @@ void TestVariableInput::refusesLists()
              QString("the variable's name \"$$x\" has more than one \"$\" in front"));
     QCOMPARE(int(script.variables.size()), 1);
     QCOMPARE(script.variables[0].value, QVariant(QVariantList()));
+}
+
+void TestVariableInput::assignsFiles()
+{
+    const QTemporaryDir folder;
+    const auto file = [&folder](const QString &name, const QByteArray &content) {
+        QFile made(folder.filePath(name));
+        return made.open(QIODevice::WriteOnly) && made.write(content) == content.size() ? made.fileName()
+                                                                                        : QString();
+    };
+    const QVariantList table{QVariant(QVariantList{"a", "b"}), QVariant(QVariantList{"c"})};
+    Script script;
+    script.variables = {{"l", VarType::List, QVariantList{1}}, {"t", VarType::Table, QVariantList()}};
+    for (const char *name : {"$l", "t", "new"})
+        QCOMPARE(errorOf(assignFile(script, name, file("a.csv", "a,b\nc\n"))), QString());
+    QCOMPARE(script.variables[0].value, QVariant(QVariantList{"a", "b", "c"}));
+    QCOMPARE(script.variables[1].value, QVariant(table));
+    QCOMPARE(int(script.variables.size()), 3);
+    QVERIFY(script.variables[2].type == VarType::List);
+    QCOMPARE(script.variables[2].value, QVariant(QVariantList{"a", "b", "c"}));
+    QCOMPARE(errorOf(assignFile(script, "l", file("a.txt", "a,b\nc\n"))), QString());
+    QCOMPARE(script.variables[0].value, QVariant(QVariantList{"a,b", "c"}));
+
+    QVERIFY(!assignFile(script, "t", file("broken.csv", "\"a")));
+    QVERIFY(!assignFile(script, "t", folder.filePath("a.txt")));
+    QVERIFY(!assignFile(script, "$$x", folder.filePath("a.csv")));
+    QCOMPARE(script.variables[1].value, QVariant(table));
+    QCOMPARE(int(script.variables.size()), 3);
 }
 
 QTEST_GUILESS_MAIN(TestVariableInput)

@@ -9,7 +9,6 @@
 #include "host/running/ScriptRunner.h"
 #include "host/scripts/ScriptFile.h"
 #include "host/scripts/VariableInput.h"
-#include "host/values/InputFile.h"
 #include "host/values/QuotedText.h"
 #include "host/values/VariableName.h"
 
@@ -50,17 +49,6 @@ bool parseAssignment(const QString &text, Assignment &assignment)
     return true;
 }
 
-QString assignListFile(Script &script, const Assignment &assignment)
-{
-    const Result<QByteArray> file = readInputFile(assignment.value.mid(1));
-    if (!file)
-        return file.error();
-    const Result<QVariantList> items = readLines(*file);
-    if (!items)
-        return assignment.value.mid(1) + QLatin1String(": ") + items.error();
-    return assignList(script, assignment.name, *items);
-}
-
 // How a message about the `argument` of `option` begins.
 QString shownArgument(const QString &option, const QString &argument)
 {
@@ -93,8 +81,12 @@ QString assignVariables(Script &script, const RunArguments &arguments)
                 return shown + QLatin1String("standard input can be read only once");
             usesStandardInput = true;
         }
-        const QString error = isList ? assignListFile(script, assignment)
-                                     : assignText(script, assignment.name, assignment.value);
+        QString error;
+        if (!isList)
+            error = assignText(script, assignment.name, assignment.value);
+        else if (const auto assigned = assignFile(script, assignment.name, assignment.value.mid(1));
+                 !assigned)
+            error = assigned.error();
         return error.isEmpty() ? QString() : shown + error;
     };
     for (const QString &argument : arguments.lists) {
@@ -173,10 +165,12 @@ void addRunCommand(CommandLine &commandLine)
 
     command.addArgument({"script", "SCRIPT", "The script, in JSON or in the binary form"}, arguments->script);
     arguments->plugins.addTo(command);
-    command.addOption({"--list", "NAME=@FILE",
-                       "Give the list NAME the lines of the UTF-8 text file FILE, one item a line; @- reads\n"
-                       "standard input. The list need not be declared. May be given more than once."},
-                      arguments->lists);
+    command.addOption(
+        {"--list", "NAME=@FILE",
+         "Give the list NAME the lines of the UTF-8 text file FILE, one item a line, or the\n"
+         "cells of a FILE that ends in .csv; a declared table takes its rows. @- reads standard\n"
+         "input. The list need not be declared. May be given more than once."},
+        arguments->lists);
     command.addOption(
         {"--set", "NAME=VALUE",
          "Give the variable NAME a value: text for a declared string, JSON of its type for any\n"
