@@ -43,7 +43,10 @@ install(EXPORT OperationCoreTargets
     DESTINATION ${QUILLMAP_INSTALL_CMAKEDIR})
 configure_package_config_file(cmake/OperationCoreConfig.cmake.in OperationCoreConfig.cmake
     INSTALL_DESTINATION ${QUILLMAP_INSTALL_CMAKEDIR})
-write_basic_package_version_file(OperationCoreConfigVersion.cmake COMPATIBILITY SameMajorVersion)
+get_target_property(contract_version OperationCore VERSION)
+write_basic_package_version_file(OperationCoreConfigVersion.cmake
+    VERSION ${contract_version}
+    COMPATIBILITY SameMajorVersion)
 install(FILES
     ${PROJECT_BINARY_DIR}/OperationCoreConfig.cmake
     ${PROJECT_BINARY_DIR}/OperationCoreConfigVersion.cmake

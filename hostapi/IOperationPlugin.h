@@ -1,6 +1,7 @@
 #pragma once
 
 #include "OperationCoreExport.h"
+#include "OperationCoreVersion.h"
 #include "PluginManifest.h"
 
 #include <QList>
@@ -10,9 +11,6 @@
 
 class IEditorRegistry;
 class Operation;
-
-/// The interface id that a plug-in names in `Q_PLUGIN_METADATA` and a host looks for in its metadata.
-#define IOperationPlugin_iid "com.tallowby.Quillmap.IOperationPlugin/1.0"
 
 /// What the root object of a step plug-in offers.
 ///
@@ -44,7 +42,8 @@ public:
     /// Its own version, such as `1.0.0`.
     virtual QString version() const = 0;
 
-    /// The version of this contract that it was built for. A host refuses one that it does not know.
+    /// The version of this contract that it was built for: operationCoreApiVersion. A host refuses one that it
+    /// does not know.
     virtual int apiVersion() const = 0;
 
     /// Everything above in one value, and the weights that order its steps in the palette.

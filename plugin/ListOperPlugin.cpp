@@ -14,11 +14,6 @@
 // Texts that leave the plug-in are copies on the heap, not QStringLiterals: those would dangle in a host
 // that keeps them after it has unloaded the library.
 
-namespace
-{
-constexpr int contractVersion = 2;
-}
-
 ListOperPlugin::ListOperPlugin() = default;
 
 ListOperPlugin::~ListOperPlugin() = default;
@@ -57,7 +52,7 @@ QString ListOperPlugin::version() const
 
 int ListOperPlugin::apiVersion() const
 {
-    return contractVersion;
+    return operationCoreApiVersion;
 }
 
 PluginManifest ListOperPlugin::manifest() const
@@ -66,7 +61,7 @@ PluginManifest ListOperPlugin::manifest() const
     manifest.pluginId = pluginId();
     manifest.name = name();
     manifest.version = version();
-    manifest.apiVersion = contractVersion;
+    manifest.apiVersion = operationCoreApiVersion;
     manifest.typeIdPrefix = QLatin1String("list.");
     manifest.requiredCapabilities = QStringList{QLatin1String("hasListType")};
     manifest.categoryOrder.insert(QString::fromUtf8("列表"), 600);

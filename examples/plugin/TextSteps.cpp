@@ -28,7 +28,7 @@ QString TextSteps::version() const
 
 int TextSteps::apiVersion() const
 {
-    return 2;
+    return operationCoreApiVersion;
 }
 
 PluginManifest TextSteps::manifest() const

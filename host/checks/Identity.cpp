@@ -56,8 +56,10 @@ void checkVersionForm(CheckContext &context)
 void checkApiVersion(CheckContext &context)
 {
     const int version = context.plugin().apiVersion();
-    if (version != knownApiVersion)
-        fail(QStringLiteral("apiVersion() is %1, this host knows %2").arg(version).arg(knownApiVersion));
+    if (version != operationCoreApiVersion)
+        fail(QStringLiteral("apiVersion() is %1, this host knows %2")
+                 .arg(version)
+                 .arg(operationCoreApiVersion));
 }
 
 struct Identity

@@ -44,12 +44,12 @@ Verdict vetFile(const QPluginLoader &loader, const QString &fileName)
 Verdict vetContract(const IOperationPlugin &plugin, const PluginManifest &manifest)
 {
     for (const int version : {plugin.apiVersion(), manifest.apiVersion}) {
-        if (version != knownApiVersion) {
+        if (version != operationCoreApiVersion) {
             return refuse(PluginRefusal::WrongApiVersion,
                           QStringLiteral("it is built for version %1 of the step contract, this host knows "
                                          "version %2")
                               .arg(version)
-                              .arg(knownApiVersion));
+                              .arg(operationCoreApiVersion));
         }
     }
     const QStringList needed = plugin.requiredCapabilities() + manifest.requiredCapabilities;

@@ -12,9 +12,6 @@
 
 namespace StepHost
 {
-/// The version of the step contract that this host knows.
-constexpr int knownApiVersion = 2;
-
 /// The capabilities that this host offers to plug-ins.
 QStringList knownCapabilities();
 

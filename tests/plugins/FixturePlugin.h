@@ -74,7 +74,7 @@ public:
     }
     int apiVersion() const override
     {
-        return 2;
+        return operationCoreApiVersion;
     }
     PluginManifest manifest() const override
     {

@@ -8,7 +8,7 @@ class NewerApi : public FixturePlugin
 public:
     int apiVersion() const override
     {
-        return 3;
+        return operationCoreApiVersion + 1;
     }
 };
 

@@ -9,7 +9,7 @@ public:
     PluginManifest manifest() const override
     {
         PluginManifest manifest = FixturePlugin::manifest();
-        manifest.apiVersion = 1;
+        manifest.apiVersion = operationCoreApiVersion - 1;
         return manifest;
     }
 };

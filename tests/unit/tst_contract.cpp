@@ -58,6 +58,7 @@ static_assert(hasSignature<&IOperationPlugin::createPrototypes, QList<Operation 
 static_assert(hasSignature<&IOperationPlugin::pluginId, QString (IOperationPlugin::*)() const>);
 static_assert(hasSignature<&IOperationPlugin::name, QString (IOperationPlugin::*)() const>);
 static_assert(hasSignature<&IOperationPlugin::version, QString (IOperationPlugin::*)() const>);
+static_assert(operationCoreApiVersion == 2);
 static_assert(hasSignature<&IOperationPlugin::apiVersion, int (IOperationPlugin::*)() const>);
 static_assert(hasSignature<&IOperationPlugin::manifest, PluginManifest (IOperationPlugin::*)() const>);
 static_assert(

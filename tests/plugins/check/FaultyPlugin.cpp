@@ -162,7 +162,7 @@ QString FaultyPlugin::version() const
 
 int FaultyPlugin::apiVersion() const
 {
-    return has("identity.api-version") ? 3 : 2;
+    return operationCoreApiVersion + (has("identity.api-version") ? 1 : 0);
 }
 
 QStringList FaultyPlugin::requiredCapabilities() const

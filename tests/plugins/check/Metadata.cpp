@@ -1,7 +1,12 @@
 // What moc writes for Q_PLUGIN_METADATA, with room for faults: METADATA_IID and METADATA_CLASS.
 
+#include "hostapi/OperationCoreVersion.h"
+
 #include <QtPlugin>
 
+#ifndef METADATA_IID
+#define METADATA_IID IOperationPlugin_iid
+#endif
 #ifdef QT_NO_DEBUG
 #define METADATA_ARCHITECTURE "\0"
 #else
