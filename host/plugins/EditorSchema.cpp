@@ -333,6 +333,20 @@ QString variableKindWord(VariableKind kind)
     return wordOf(variableKindWords, kind);
 }
 
+bool isOfKind(VarType type, VariableKind kind)
+{
+    switch (kind) {
+    case VariableKind::List:
+        return type == VarType::List;
+    case VariableKind::Scalar:
+        return type == VarType::Int || type == VarType::Double || type == VarType::String
+            || type == VarType::Bool;
+    case VariableKind::Any:
+        break;
+    }
+    return true;
+}
+
 const SettingSchema *EditorSchema::find(const QString &property) const
 {
     for (const SettingSchema &setting : settings) {

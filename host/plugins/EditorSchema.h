@@ -35,6 +35,9 @@ enum class VariableKind {
 /// The word that class info uses for \a kind; empty for VariableKind::Any.
 QString variableKindWord(VariableKind kind);
 
+/// Whether a variable of type \a type is of the kind \a kind. A table is neither a list nor a scalar.
+bool isOfKind(VarType type, VariableKind kind);
+
 /// The condition under which a setting is shown: the property \a property has the value \a value.
 struct VisibilityRule
 {

@@ -10,6 +10,7 @@ using Entries = QVector<ClassInfoDeclaration>;
 
 Q_DECLARE_METATYPE(ClassInfoDeclaration)
 Q_DECLARE_METATYPE(SchemaFault)
+Q_DECLARE_METATYPE(VarType)
 
 /// Declares one of everything, through the class-info table of a real class.
 class SampleStep : public Operation
@@ -96,6 +97,8 @@ class TestEditorSchema : public QObject
 private slots:
     void readsAStepClass();
     void visibilityFollowsTheRule();
+    void kindsOfVariables_data();
+    void kindsOfVariables();
     void takesWhatIsRight_data();
     void takesWhatIsRight();
     void reportsWhatIsWrong_data();
@@ -152,6 +155,26 @@ void TestEditorSchema::visibilityFollowsTheRule()
     step.m_mode = 1;
     QVERIFY(!isVisible(*schema.find("index"), step));
     QVERIFY(isVisible(*schema.find("value"), step));
+}
+
+void TestEditorSchema::kindsOfVariables_data()
+{
+    QTest::addColumn<VarType>("type");
+    QTest::addColumn<bool>("isList");
+    QTest::addColumn<bool>("isScalar");
+    for (const VarType type : {VarType::Int, VarType::Double, VarType::String, VarType::Bool})
+        QTest::addRow("scalar %d", int(type)) << type << false << true;
+    QTest::newRow("list") << VarType::List << true << false;
+    QTest::newRow("table") << VarType::Table << false << false;
+    QTest::newRow("undeclared") << VarType::Undeclared << false << false;
+}
+
+void TestEditorSchema::kindsOfVariables()
+{
+    QFETCH(VarType, type);
+    QTEST(isOfKind(type, VariableKind::List), "isList");
+    QTEST(isOfKind(type, VariableKind::Scalar), "isScalar");
+    QVERIFY(isOfKind(type, VariableKind::Any));
 }
 
 void TestEditorSchema::takesWhatIsRight_data()

@@ -1,6 +1,6 @@
 #include "IntegerEditor.h"
 
-#include "ReferenceCompleter.h"
+#include "host/scripts/References.h"
 
 #include <QLineEdit>
 
@@ -23,8 +23,8 @@ QString IntegerEditor::hint() const
     text.toInt(&isInteger);
     if (text.isEmpty() || isInteger)
         return TextEditor::hint();
-    if (ReferenceCompleter::isReference(text)) {
-        const QString unknown = ReferenceCompleter::unknownVariable(text, m_variables);
+    if (StepHost::isReference(text)) {
+        const QString unknown = StepHost::unknownVariable(text, m_variables);
         if (!unknown.isEmpty())
             return tr("There is no variable “%1” yet.").arg(unknown);
         return tr("A reference. Not every step looks one up here.");

@@ -23,13 +23,6 @@ public:
     /// Lists and tables are always offered for their members.
     void setVariables(const VariableScope &variables, const QVector<VarType> &types);
 
-    /// Whether \a text is a reference: a "$" and at least one character more.
-    static bool isReference(const QString &text);
-
-    /// The name of the variable that the reference \a text is about, when \a variables has none of that
-    /// name; otherwise empty.
-    static QString unknownVariable(const QString &text, const VariableScope &variables);
-
 private:
     void update(const QString &text);
 

@@ -1,6 +1,7 @@
 #include "ReferenceEditor.h"
 
 #include "ReferenceCompleter.h"
+#include "host/scripts/References.h"
 
 #include <QLineEdit>
 
@@ -20,7 +21,7 @@ void ReferenceEditor::setVariables(const VariableScope &variables)
 
 QString ReferenceEditor::hint() const
 {
-    const QString unknown = ReferenceCompleter::unknownVariable(lineEdit()->text(), m_variables);
+    const QString unknown = StepHost::unknownVariable(lineEdit()->text(), m_variables);
     return unknown.isEmpty() ? TextEditor::hint() : tr("There is no variable “%1” yet.").arg(unknown);
 }
 } // namespace Workbench

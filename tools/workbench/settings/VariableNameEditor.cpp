@@ -40,27 +40,13 @@ void VariableNameEditor::setValue(const QVariant &value)
     m_combo->setEditText(value.toString());
 }
 
-bool VariableNameEditor::isOffered(VarType type) const
-{
-    switch (m_kind) {
-    case StepHost::VariableKind::List:
-        return type == VarType::List;
-    case StepHost::VariableKind::Scalar:
-        return type == VarType::Int || type == VarType::Double || type == VarType::String
-            || type == VarType::Bool;
-    case StepHost::VariableKind::Any:
-        break;
-    }
-    return true;
-}
-
 void VariableNameEditor::setVariables(const VariableScope &variables)
 {
     m_variables = variables;
     QStringList names;
     const QStringList allNames = variables.names();
     for (const QString &name : allNames) {
-        if (isOffered(variables.typeOf(StepHost::referenceTo(name))))
+        if (StepHost::isOfKind(variables.typeOf(StepHost::referenceTo(name)), m_kind))
             names.append(name);
     }
     QStringList present;
@@ -82,7 +68,7 @@ QString VariableNameEditor::hint() const
         return tr("No variable is chosen.");
     if (!m_variables.contains(name))
         return tr("There is no variable “%1” yet.").arg(name);
-    if (m_kind == StepHost::VariableKind::List && !isOffered(m_variables.typeOf(name)))
+    if (m_kind == StepHost::VariableKind::List && !StepHost::isOfKind(m_variables.typeOf(name), m_kind))
         return tr("“%1” is not a list.").arg(name);
     return QString();
 }

@@ -21,8 +21,6 @@ public:
     QString hint() const override;
 
 private:
-    bool isOffered(VarType type) const;
-
     StepHost::VariableKind m_kind;
     QComboBox *m_combo;
     VariableScope m_variables;
