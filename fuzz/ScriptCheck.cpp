@@ -1,10 +1,10 @@
 #include "ScriptCheck.h"
 
 #include "FuzzInput.h"
-#include "ReferenceSteps.h"
 #include "host/running/RunReport.h"
 #include "host/running/ScriptRunner.h"
 #include "host/scripts/BinaryScript.h"
+#include "tests/support/ReferenceSteps.h"
 #include "tests/support/TestPaths.h"
 
 #include <algorithm>

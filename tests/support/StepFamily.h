@@ -1,15 +1,7 @@
 #pragma once
 
-#include "operations/ListAddOperation.h"
-#include "operations/ListClearOperation.h"
-#include "operations/ListDedupOperation.h"
-#include "operations/ListGetOperation.h"
-#include "operations/ListIntersectOperation.h"
-#include "operations/ListMergeOperation.h"
-#include "operations/ListRemoveOperation.h"
-#include "operations/ListReverseOperation.h"
-#include "operations/ListSortOperation.h"
-#include "operations/ListSubtractOperation.h"
+#include "hostapi/IOperationPlugin.h"
+#include "hostapi/Operation.h"
 
 #include <QMetaProperty>
 #include <QVariant>
@@ -19,20 +11,15 @@
 
 using StepPointer = std::unique_ptr<Operation>;
 
+/// Makes the root object of the list plug-in, which is linked into this program.
+extern "C" QObject *qt_plugin_instance();
+
 /// One new step of each kind, in the order in which the plug-in hands them out.
 inline std::vector<StepPointer> newStepOfEachKind()
 {
     std::vector<StepPointer> steps;
-    steps.push_back(std::make_unique<ListAddOperation>());
-    steps.push_back(std::make_unique<ListRemoveOperation>());
-    steps.push_back(std::make_unique<ListGetOperation>());
-    steps.push_back(std::make_unique<ListClearOperation>());
-    steps.push_back(std::make_unique<ListSortOperation>());
-    steps.push_back(std::make_unique<ListMergeOperation>());
-    steps.push_back(std::make_unique<ListReverseOperation>());
-    steps.push_back(std::make_unique<ListDedupOperation>());
-    steps.push_back(std::make_unique<ListIntersectOperation>());
-    steps.push_back(std::make_unique<ListSubtractOperation>());
+    for (Operation *prototype : qobject_cast<IOperationPlugin *>(qt_plugin_instance())->createPrototypes())
+        steps.emplace_back(prototype);
     return steps;
 }
 

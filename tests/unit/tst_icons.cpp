@@ -1,5 +1,6 @@
 #include "hostapi/IOperationPlugin.h"
 #include "hostapi/Operation.h"
+#include "tests/support/StepTable.h"
 #include "tests/support/TestPaths.h"
 
 #include <QDirIterator>
@@ -13,11 +14,16 @@ namespace
 const QString resourceFolder = QStringLiteral(":/images");
 const QString sourceFolder = TestPaths::source("resources/images");
 
-const QStringList iconPaths{":/images/list_add.svg",       ":/images/list_clear.svg",
-                            ":/images/list_dedup.svg",     ":/images/list_get.svg",
-                            ":/images/list_intersect.svg", ":/images/list_merge.svg",
-                            ":/images/list_remove.svg",    ":/images/list_reverse.svg",
-                            ":/images/list_sort.svg",      ":/images/list_subtract.svg"};
+QStringList sortedIcons()
+{
+    QStringList icons;
+    for (const StepRow &row : stepTable())
+        icons += row.icon;
+    icons.sort();
+    return icons;
+}
+
+const QStringList iconPaths = sortedIcons();
 
 using Attributes = QMap<QString, QString>;
 
@@ -133,6 +139,51 @@ QStringList frame()
     };
 }
 
+/// What is drawn in each frame, and the sizes of the file and of its form in the library.
+struct Drawing
+{
+    QStringList glyph;
+    int size;
+    int stored;
+};
+
+QMap<QString, Drawing> drawings()
+{
+    const QVector<int> four{404, 458, 512, 566};
+    return {
+        {"list_add",
+         {listLines(392, 632, four) + line(596, 512, 700, 512, 48) + line(648, 460, 648, 564, 48), 923, 923}},
+        {"list_remove",
+         {listLines(392, 632, four) + line(596, 460, 700, 564, 48) + line(596, 564, 700, 460, 48), 923, 923}},
+        {"list_clear",
+         {listLines(392, 632, four) + line(392, 392, 632, 632, 52) + line(392, 632, 632, 392, 52), 923, 923}},
+        {"list_get",
+         {listLines(372, 572, four) + line(620, 512, 700, 512, 46) + line(658, 470, 700, 512, 46)
+              + line(700, 512, 658, 554, 46),
+          1029, 1029}},
+        {"list_sort",
+         {listLines(372, 592, four) + line(620, 492, 660, 452, 46) + line(660, 452, 700, 492, 46)
+              + line(620, 532, 660, 572, 46) + line(660, 572, 700, 532, 46),
+          1135, 322}},
+        {"list_reverse",
+         {listLines(372, 592, four) + path("M660 452 H600 M624 424 L600 452 L624 480")
+              + path("M600 572 H660 M636 544 L660 572 L636 600"),
+          1013, 1013}},
+        {"list_dedup",
+         {listLines(372, 572, {400, 456, 512}) + path("M372 620 H572 M572 620 L536 588 M572 620 L536 652"),
+          765, 765}},
+        // The steps of 40 and 66 and the lines that leave the box on the right belong to the drawing.
+        {"list_merge",
+         {listLines(360, 510, {400, 460, 520, 560, 620, 680}) + line(540, 460, 660, 460, 44)
+              + line(618, 418, 660, 460, 44) + line(660, 460, 618, 502, 44)
+              + listLines(678, 798, {480, 514, 548, 582, 616, 650}),
+          1877, 364}},
+        {"list_intersect", {rectangle(360, "none") + rectangle(444, "#CFE4F7"), 506, 506}},
+        {"list_subtract",
+         {rectangle(360, "#E3F0FB") + rectangle(470, "none", {{"stroke-dasharray", "26 22"}}), 531, 531}},
+    };
+}
+
 QByteArray contentOf(const QString &fileName)
 {
     QFile file(fileName);
@@ -235,61 +286,29 @@ void TestIcons::everyStepHasItsOwnIcon()
 
 void TestIcons::drawing_data()
 {
-    QTest::addColumn<QStringList>("glyph");
-
-    const QVector<int> four{404, 458, 512, 566};
-    QTest::newRow("list_add") << listLines(392, 632, four) + line(596, 512, 700, 512, 48)
-            + line(648, 460, 648, 564, 48);
-    QTest::newRow("list_remove") << listLines(392, 632, four) + line(596, 460, 700, 564, 48)
-            + line(596, 564, 700, 460, 48);
-    QTest::newRow("list_clear") << listLines(392, 632, four) + line(392, 392, 632, 632, 52)
-            + line(392, 632, 632, 392, 52);
-    QTest::newRow("list_get") << listLines(372, 572, four) + line(620, 512, 700, 512, 46)
-            + line(658, 470, 700, 512, 46) + line(700, 512, 658, 554, 46);
-    QTest::newRow("list_sort") << listLines(372, 592, four) + line(620, 492, 660, 452, 46)
-            + line(660, 452, 700, 492, 46) + line(620, 532, 660, 572, 46) + line(660, 572, 700, 532, 46);
-    QTest::newRow("list_reverse") << listLines(372, 592, four)
-            + path("M660 452 H600 M624 424 L600 452 L624 480")
-            + path("M600 572 H660 M636 544 L660 572 L636 600");
-    QTest::newRow("list_dedup") << listLines(372, 572, {400, 456, 512})
-            + path("M372 620 H572 M572 620 L536 588 M572 620 L536 652");
-    // The steps of 40 and 66 and the lines that leave the box on the right belong to the drawing.
-    QTest::newRow("list_merge") << listLines(360, 510, {400, 460, 520, 560, 620, 680})
-            + line(540, 460, 660, 460, 44) + line(618, 418, 660, 460, 44) + line(660, 460, 618, 502, 44)
-            + listLines(678, 798, {480, 514, 548, 582, 616, 650});
-    QTest::newRow("list_intersect") << rectangle(360, "none") + rectangle(444, "#CFE4F7");
-    QTest::newRow("list_subtract") << rectangle(360, "#E3F0FB")
-            + rectangle(470, "none", {{"stroke-dasharray", "26 22"}});
+    iconRows();
 }
 
 void TestIcons::drawing()
 {
-    QFETCH(QStringList, glyph);
-    const QString icon = resourceFolder + '/' + QTest::currentDataTag() + ".svg";
-    QCOMPARE(elements(contentOf(icon)), frame() + glyph);
+    QFETCH(QString, icon);
+    const QString name = QFileInfo(icon).baseName();
+    QVERIFY2(drawings().contains(name), qPrintable(name + " has no row in the table of drawings"));
+    QCOMPARE(elements(contentOf(icon)), frame() + drawings()[name].glyph);
 }
 
 void TestIcons::storage_data()
 {
-    QTest::addColumn<int>("size");
-    QTest::addColumn<int>("stored");
-    QTest::newRow("list_add") << 923 << 923;
-    QTest::newRow("list_remove") << 923 << 923;
-    QTest::newRow("list_get") << 1029 << 1029;
-    QTest::newRow("list_clear") << 923 << 923;
-    QTest::newRow("list_sort") << 1135 << 322;
-    QTest::newRow("list_merge") << 1877 << 364;
-    QTest::newRow("list_reverse") << 1013 << 1013;
-    QTest::newRow("list_dedup") << 765 << 765;
-    QTest::newRow("list_intersect") << 506 << 506;
-    QTest::newRow("list_subtract") << 531 << 531;
+    iconRows();
 }
 
 void TestIcons::storage()
 {
-    QFETCH(int, size);
-    QFETCH(int, stored);
-    const QString icon = resourceFolder + '/' + QTest::currentDataTag() + ".svg";
+    QFETCH(QString, icon);
+    const QString name = QFileInfo(icon).baseName();
+    QVERIFY2(drawings().contains(name), qPrintable(name + " has no row in the table of drawings"));
+    const int size = drawings()[name].size;
+    const int stored = drawings()[name].stored;
     const QResource resource(icon);
     QVERIFY(resource.isValid());
     const bool compressed = stored < size;

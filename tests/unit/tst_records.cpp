@@ -1,5 +1,6 @@
 #include "tests/support/ShowValue.h"
 #include "tests/support/StepFamily.h"
+#include "tests/support/StepTable.h"
 
 #include <QDataStream>
 #include <QRandomGenerator>
@@ -92,22 +93,21 @@ QDataStream::Status load(Operation &step, const QByteArray &record, const Format
     return stream.status();
 }
 
-// The fields of a step in the order of its properties.
+// The fields of a step in the order of its record.
 QVariantList fieldsOf(const Operation &step)
 {
     QVariantList fields;
-    const QMetaObject *meta = step.metaObject();
-    for (int i = meta->propertyOffset(); i < meta->propertyCount(); ++i)
-        fields.append(meta->property(i).read(&step));
+    for (const StepSetting &setting : stepRow(step.typeId()).settings)
+        fields.append(step.property(setting.name.toUtf8()));
     return fields;
 }
 
 StepPointer stepWith(const QString &typeId, const QVariantList &fields)
 {
     StepPointer step = newStep(typeId);
-    const QMetaObject *meta = step->metaObject();
+    const QVector<StepSetting> &settings = stepRow(typeId).settings;
     for (int i = 0; i < fields.size(); ++i)
-        meta->property(meta->propertyOffset() + i).write(step.get(), fields.at(i));
+        step->setProperty(settings.at(i).name.toUtf8(), fields.at(i));
     load(*step, encodedInteger(baseState, QDataStream::BigEndian) + recordOf(*step, formats[0]).mid(4),
          formats[0]);
     return step;
@@ -115,35 +115,33 @@ StepPointer stepWith(const QString &typeId, const QVariantList &fields)
 
 struct Sample
 {
-    const char *name;
-    const char *typeId;
+    QString typeId;
     QVariantList fields;
 };
 
+// Every step with fields of every kind, each at every place.
 QVector<Sample> samples()
 {
-    const QString null;
-    const QString empty("");
-    const QString mixed = QString("列表 \U0001F600") + QChar(0) + QChar(0xd800) + " ";
-    return {
-        {"texts", "list.add", {"names", "$x", "2"}},
-        {"odd texts", "list.add", {mixed, empty, null}},
-        {"by position", "list.remove", {"$names", 0, "1", "kept"}},
-        {"by value", "list.remove", {"$names", 1, "kept", "$v"}},
-        {"odd mode", "list.remove", {"n", -2147483647 - 1, null, mixed}},
-        {"another odd mode", "list.remove", {"n", 0x7f000002, "", "v"}},
-        {"texts", "list.get", {"names", " 1 ", "x"}},
-        {"no settings", "list.get", {null, null, null}},
-        {"text", "list.clear", {"names"}},
-        {"no settings", "list.clear", {null}},
-        {"ascending", "list.sort", {"names", true}},
-        {"descending", "list.sort", {mixed, false}},
-        {"texts", "list.merge", {"a", "$b", "c"}},
-        {"text", "list.reverse", {mixed}},
-        {"text", "list.dedup", {empty}},
-        {"texts", "list.intersect", {"a", mixed, "c"}},
-        {"texts", "list.subtract", {"a", "b", null}},
-    };
+    const QVariantList texts{"names",     QString("列表 \U0001F600") + QChar(0) + QChar(0xd800) + " ",
+                             QString(""), QString(),
+                             "$x",        " 1 "};
+    const QVariantList numbers{0, 1, -2147483647 - 1, 0x7f000002, -1, 2};
+    QVector<Sample> samples;
+    for (const StepPointer &step : newStepOfEachKind()) {
+        const QVector<StepSetting> &settings = stepRow(step->typeId()).settings;
+        for (int shift = 0; shift < texts.size(); ++shift) {
+            QVariantList fields;
+            for (const StepSetting &setting : settings) {
+                const int place = (fields.size() + shift) % texts.size();
+                const int type = setting.defaultValue.userType();
+                fields.append(type == QMetaType::QString   ? texts.at(place)
+                                  : type == QMetaType::Int ? numbers.at(place)
+                                                           : QVariant(place % 2 == 0));
+            }
+            samples.append({step->typeId(), fields});
+        }
+    }
+    return samples;
 }
 
 void addSampleRows()
@@ -151,7 +149,8 @@ void addSampleRows()
     QTest::addColumn<QString>("typeId");
     QTest::addColumn<QVariantList>("fields");
     for (const Sample &sample : samples())
-        QTest::addRow("%s, %s", sample.typeId, sample.name) << QString(sample.typeId) << sample.fields;
+        QTest::addRow("%s, %s", qPrintable(sample.typeId), qPrintable(shown(sample.fields)))
+            << sample.typeId << sample.fields;
 }
 } // namespace
 
@@ -222,6 +221,7 @@ void TestRecords::layout()
 {
     QFETCH(QString, typeId);
     QFETCH(QVariantList, fields);
+    QVERIFY2(!fields.isEmpty(), "no settings in tests/support/StepTable.cpp");
     const StepPointer step = stepWith(typeId, fields);
     for (const Format &format : formats) {
         const QByteArray expected = encodedRecord(fields, format.byteOrder);

@@ -1,6 +1,17 @@
 #include "hostapi/VariableScope.h"
+#include "operations/ListAddOperation.h"
+#include "operations/ListClearOperation.h"
+#include "operations/ListDedupOperation.h"
+#include "operations/ListGetOperation.h"
+#include "operations/ListIntersectOperation.h"
+#include "operations/ListMergeOperation.h"
+#include "operations/ListRemoveOperation.h"
+#include "operations/ListReverseOperation.h"
+#include "operations/ListSortOperation.h"
+#include "operations/ListSubtractOperation.h"
 #include "tests/support/ShowValue.h"
 #include "tests/support/StepFamily.h"
+#include "tests/support/StepTable.h"
 #include "tests/support/WarningLog.h"
 
 #include <QCoreApplication>
@@ -9,9 +20,8 @@
 #include <QTranslator>
 #include <QtTest>
 
+#include <algorithm>
 #include <type_traits>
-
-using Texts = QVector<QPair<QString, QString>>;
 
 // Every step adds its settings to the base and nothing else.
 
@@ -44,16 +54,20 @@ struct SortSettings
     bool ascending;
 };
 
-static_assert(isStepWith<ListAddOperation, ThreeTexts>);
-static_assert(isStepWith<ListRemoveOperation, RemoveSettings>);
-static_assert(isStepWith<ListGetOperation, ThreeTexts>);
-static_assert(isStepWith<ListClearOperation, OneText>);
-static_assert(isStepWith<ListSortOperation, SortSettings>);
-static_assert(isStepWith<ListMergeOperation, ThreeTexts>);
-static_assert(isStepWith<ListReverseOperation, OneText>);
-static_assert(isStepWith<ListDedupOperation, OneText>);
-static_assert(isStepWith<ListIntersectOperation, ThreeTexts>);
-static_assert(isStepWith<ListSubtractOperation, ThreeTexts>);
+template<typename Step, typename Settings>
+const QMetaObject *checkedClass()
+{
+    static_assert(isStepWith<Step, Settings>);
+    return &Step::staticMetaObject;
+}
+
+const QMetaObject *const checkedClasses[] = {
+    checkedClass<ListAddOperation, ThreeTexts>(),       checkedClass<ListRemoveOperation, RemoveSettings>(),
+    checkedClass<ListGetOperation, ThreeTexts>(),       checkedClass<ListClearOperation, OneText>(),
+    checkedClass<ListSortOperation, SortSettings>(),    checkedClass<ListMergeOperation, ThreeTexts>(),
+    checkedClass<ListReverseOperation, OneText>(),      checkedClass<ListDedupOperation, OneText>(),
+    checkedClass<ListIntersectOperation, ThreeTexts>(), checkedClass<ListSubtractOperation, ThreeTexts>(),
+};
 
 // Getters are const and return by value; setters take texts by reference and plain types by value.
 
@@ -96,93 +110,14 @@ static_assert(areAccessors(&ListSubtractOperation::targetVar, &ListSubtractOpera
 
 namespace
 {
-struct Identity
+QVector<StepSetting> settingsTable(const QString &typeId)
 {
-    const char *className;
-    const char *typeId;
-    const char *typeName;
-    const char *icon;
-};
-
-constexpr Identity identities[] = {
-    {"ListAddOperation", "list.add", "列表添加项", ":/images/list_add.svg"},
-    {"ListRemoveOperation", "list.remove", "列表移除项", ":/images/list_remove.svg"},
-    {"ListGetOperation", "list.get", "列表取项", ":/images/list_get.svg"},
-    {"ListClearOperation", "list.clear", "列表清空", ":/images/list_clear.svg"},
-    {"ListSortOperation", "list.sort", "列表排序", ":/images/list_sort.svg"},
-    {"ListMergeOperation", "list.merge", "列表合并", ":/images/list_merge.svg"},
-    {"ListReverseOperation", "list.reverse", "列表反转", ":/images/list_reverse.svg"},
-    {"ListDedupOperation", "list.dedup", "列表去重", ":/images/list_dedup.svg"},
-    {"ListIntersectOperation", "list.intersect", "列表交集", ":/images/list_intersect.svg"},
-    {"ListSubtractOperation", "list.subtract", "列表差集", ":/images/list_subtract.svg"},
-};
-
-struct Setting
-{
-    QString name;
-    QVariant defaultValue;
-    QVariant otherValue;
-};
-
-// The settings of each step in order of declaration.
-QVector<Setting> settingsTable(const QString &typeId)
-{
-    const auto text = [](const char *name) {
-        return Setting{name, QString(), QString("  a text of %1 with blanks  ").arg(name)};
-    };
-    if (typeId == "list.add")
-        return {text("targetVar"), text("value"), text("index")};
-    if (typeId == "list.remove")
-        return {text("targetVar"), {"mode", 0, -7}, text("index"), text("value")};
-    if (typeId == "list.get")
-        return {text("sourceVar"), text("index"), text("targetVar")};
-    if (typeId == "list.sort")
-        return {text("targetVar"), {"ascending", true, false}};
-    if (typeId == "list.merge" || typeId == "list.intersect" || typeId == "list.subtract")
-        return {text("listA"), text("listB"), text("targetVar")};
-    return {text("targetVar")};
-}
-
-// The editor schema of each step in order of declaration.
-Texts classInfoTable(const QString &typeId)
-{
-    const Texts targetList = {
-        {"prop_targetVar", "目标列表"}, {"editor_targetVar", "VARNAME"}, {"varname_type_targetVar", "list"}};
-    if (typeId == "list.add")
-        return targetList
-            + Texts{{"prop_value", "项值"},
-                    {"editor_value", "VARREF"},
-                    {"varref_kind_value", "string"},
-                    {"prop_index", "插入位置(空=末尾)"}};
-    if (typeId == "list.remove")
-        return targetList
-            + Texts{{"prop_mode", "移除依据"},
-                    {"editor_mode", "COMBO"},
-                    {"choices_mode", "按索引值|按元素值"},
-                    {"prop_index", "索引值(从0开始)"},
-                    {"editor_index", "NUMVAR:INT"},
-                    {"show_when_index", "mode=0"},
-                    {"prop_value", "元素值"},
-                    {"editor_value", "VARREF"},
-                    {"varref_type_value", "int,double,string,bool"},
-                    {"show_when_value", "mode=1"}};
-    if (typeId == "list.get")
-        return {{"prop_sourceVar", "源列表"},       {"editor_sourceVar", "VARNAME"},
-                {"varname_type_sourceVar", "list"}, {"prop_index", "索引(从0开始的第几项)"},
-                {"editor_index", "NUMVAR:INT"},     {"prop_targetVar", "目标变量(存元素)"},
-                {"editor_targetVar", "VARNAME"},    {"varname_type_targetVar", "scalar"}};
-    if (typeId == "list.sort")
-        return targetList + Texts{{"prop_ascending", "升序"}};
-    if (typeId == "list.merge" || typeId == "list.intersect" || typeId == "list.subtract")
-        return Texts{{"prop_listA", "列表A"}, {"editor_listA", "VARNAME"}, {"varname_type_listA", "list"},
-                     {"prop_listB", "列表B"}, {"editor_listB", "VARNAME"}, {"varname_type_listB", "list"}}
-        + targetList;
-    return targetList;
+    return stepRow(typeId).settings;
 }
 
 void configure(Operation &step)
 {
-    for (const Setting &setting : settingsTable(step.typeId()))
+    for (const StepSetting &setting : settingsTable(step.typeId()))
         step.setProperty(setting.name.toUtf8().constData(), setting.otherValue);
 }
 
@@ -223,8 +158,8 @@ public:
 void addStepColumn()
 {
     QTest::addColumn<QString>("typeId");
-    for (const Identity &identity : identities)
-        QTest::newRow(identity.typeId) << QString(identity.typeId);
+    for (const StepPointer &step : newStepOfEachKind())
+        QTest::newRow(step->typeId().toUtf8()) << step->typeId();
 }
 } // namespace
 
@@ -233,7 +168,7 @@ class TestStepFrame : public QObject
     Q_OBJECT
 
 private slots:
-    void stepsStandInPrototypeOrder();
+    void everyStepHasItsRow();
     void identity_data();
     void identity();
     void metaObject_data();
@@ -260,35 +195,32 @@ private slots:
     void translation();
 };
 
-void TestStepFrame::stepsStandInPrototypeOrder()
+void TestStepFrame::everyStepHasItsRow()
 {
     QStringList actual;
-    for (const StepPointer &step : newStepOfEachKind())
-        actual += step->typeId();
+    for (const StepPointer &step : newStepOfEachKind()) {
+        const QString typeId = step->typeId();
+        QVERIFY2(!stepRow(typeId).className.isEmpty(),
+                 qPrintable(typeId + " has no row in tests/support/StepTable.cpp"));
+        QVERIFY2(std::count(std::begin(checkedClasses), std::end(checkedClasses), step->metaObject()) == 1,
+                 qPrintable(typeId + " has no row among the checked classes"));
+        actual += typeId;
+    }
     QStringList expected;
-    for (const Identity &identity : identities)
-        expected += identity.typeId;
+    for (const StepRow &row : stepTable())
+        expected += row.typeId;
     QCOMPARE(actual, expected);
 }
 
 void TestStepFrame::identity_data()
 {
-    QTest::addColumn<QString>("typeId");
-    QTest::addColumn<QString>("className");
-    QTest::addColumn<QString>("typeName");
-    QTest::addColumn<QString>("icon");
-    for (const Identity &identity : identities)
-        QTest::newRow(identity.typeId) << QString(identity.typeId) << QString(identity.className)
-                                       << QString(identity.typeName) << QString(identity.icon);
+    addStepColumn();
 }
 
 void TestStepFrame::identity()
 {
     QFETCH(QString, typeId);
-    QFETCH(QString, className);
-    QFETCH(QString, typeName);
-    QFETCH(QString, icon);
-
+    const StepRow &row = stepRow(typeId);
     const StepPointer fresh = newStep(typeId);
     const StepPointer configured = newStep(typeId);
     configure(*configured);
@@ -296,11 +228,11 @@ void TestStepFrame::identity()
     VariableScope scope;
     cloned->setVariableScope(&scope);
     for (const Operation *step : {fresh.get(), configured.get(), cloned.get()}) {
-        QCOMPARE(QString(step->metaObject()->className()), className);
+        QCOMPARE(QString(step->metaObject()->className()), row.className);
         QCOMPARE(step->typeId(), typeId);
-        QCOMPARE(step->typeName(), typeName);
+        QCOMPARE(step->typeName(), row.typeName);
         QCOMPARE(step->root(), QString("列表"));
-        QCOMPARE(step->icon(), icon);
+        QCOMPARE(step->icon(), row.icon);
     }
 }
 
@@ -334,7 +266,7 @@ void TestStepFrame::classInfo()
     for (int i = meta->classInfoOffset(); i < meta->classInfoCount(); ++i)
         actual.append(
             {QString::fromUtf8(meta->classInfo(i).name()), QString::fromUtf8(meta->classInfo(i).value())});
-    QCOMPARE(actual, classInfoTable(typeId));
+    QCOMPARE(actual, stepRow(typeId).classInfo);
     QCOMPARE(meta->classInfoOffset(), Operation::staticMetaObject.classInfoCount());
 }
 
@@ -348,7 +280,7 @@ void TestStepFrame::properties()
     QFETCH(QString, typeId);
     const StepPointer step = newStep(typeId);
     const QMetaObject *meta = step->metaObject();
-    const QVector<Setting> expected = settingsTable(typeId);
+    const QVector<StepSetting> expected = settingsTable(typeId);
     QCOMPARE(meta->propertyCount() - meta->propertyOffset(), expected.size());
     for (int i = 0; i < expected.size(); ++i) {
         const QMetaProperty property = meta->property(meta->propertyOffset() + i);
@@ -383,7 +315,7 @@ void TestStepFrame::construction()
     QVERIFY(!step->isContainer());
     QCOMPARE(step->childCount(), 0);
     QVERIFY(step->children().isEmpty());
-    for (const Setting &setting : settingsTable(typeId))
+    for (const StepSetting &setting : settingsTable(typeId))
         QCOMPARE(shown(step->property(setting.name.toUtf8())), shown(setting.defaultValue));
     QCOMPARE(recordOf(*step).left(4), QByteArray(4, '\0'));
 }
@@ -397,10 +329,10 @@ void TestStepFrame::propertiesReachTheSettings()
 {
     QFETCH(QString, typeId);
     const StepPointer step = newStep(typeId);
-    const QVector<Setting> settings = settingsTable(typeId);
-    for (const Setting &changed : settings) {
+    const QVector<StepSetting> settings = settingsTable(typeId);
+    for (const StepSetting &changed : settings) {
         QVERIFY(step->setProperty(changed.name.toUtf8(), changed.otherValue));
-        for (const Setting &setting : settings) {
+        for (const StepSetting &setting : settings) {
             const QVariant expected =
                 setting.name == changed.name ? setting.otherValue : setting.defaultValue;
             QCOMPARE(shown(step->property(setting.name.toUtf8())), shown(expected));
@@ -445,7 +377,7 @@ void TestStepFrame::clone()
     QCOMPARE(cloned->childCount(), 0);
 
     const QVariantMap before = settingsOf(*source);
-    for (const Setting &setting : settingsTable(typeId))
+    for (const StepSetting &setting : settingsTable(typeId))
         cloned->setProperty(setting.name.toUtf8(), setting.defaultValue);
     QCOMPARE(shown(settingsOf(*source)), shown(before));
     QVERIFY(shown(settingsOf(*cloned)) != shown(before));
@@ -482,10 +414,11 @@ void TestStepFrame::metaCast()
     QFETCH(QString, typeId);
     const StepPointer step = newStep(typeId);
     const void *const self = step.get();
-    for (const Identity &identity : identities) {
-        const void *const expected = typeId == identity.typeId ? self : nullptr;
-        QCOMPARE(static_cast<const void *>(step->qt_metacast(identity.className)), expected);
-        QCOMPARE(step->inherits(identity.className), expected != nullptr);
+    for (const StepRow &row : stepTable()) {
+        const QByteArray className = row.className.toLatin1();
+        const void *const expected = typeId == row.typeId ? self : nullptr;
+        QCOMPARE(static_cast<const void *>(step->qt_metacast(className)), expected);
+        QCOMPARE(step->inherits(className), expected != nullptr);
     }
     QCOMPARE(static_cast<const void *>(step->qt_metacast("Operation")), self);
     QCOMPARE(static_cast<const void *>(step->qt_metacast("QObject")), self);
@@ -507,62 +440,39 @@ void TestStepFrame::texts_data()
         QTest::addRow("%s: %s", typeId, name)
             << QString(typeId) << settings << QString(summary) << QString(description);
     };
-    const auto pair = [](const QString &a, const QString &b, const QString &target) {
-        return QVariantMap{{"listA", a}, {"listB", b}, {"targetVar", target}};
-    };
-    const auto target = [](const QString &name) { return QVariantMap{{"targetVar", name}}; };
 
-    row("no settings", "list.add", {}, "列表添加项:  <- ", "向列表  添加项 ");
-    row("plain name", "list.add", {{"targetVar", "names"}, {"value", "$x"}, {"index", "7"}},
-        "列表添加项: $names <- $x", "向列表 $names 添加项 $x");
-    row("marked name", "list.add", {{"targetVar", "$names"}, {"value", " x "}}, "列表添加项: $names <-  x ",
-        "向列表 $names 添加项  x ");
-
-    row("no settings", "list.remove", {}, "列表移除项:  (mode=0)", "从列表  按索引  移除项");
-    row("by position", "list.remove", {{"targetVar", "names"}, {"index", " 1 "}, {"value", "v"}},
-        "列表移除项: $names (mode=0)", "从列表 $names 按索引  1  移除项");
     row("by value", "list.remove", {{"targetVar", "$names"}, {"mode", 1}, {"index", "1"}, {"value", "$v"}},
         "列表移除项: $names (mode=1)", "从列表 $names 按值 $v 移除项");
     row("mode 2", "list.remove", {{"targetVar", "names"}, {"mode", 2}, {"value", "v"}},
         "列表移除项: $names (mode=2)", "从列表 $names 按值 v 移除项");
     row("negative mode", "list.remove", {{"targetVar", "names"}, {"mode", -2147483647 - 1}, {"value", "v"}},
         "列表移除项: $names (mode=-2147483648)", "从列表 $names 按值 v 移除项");
-
-    row("no settings", "list.get", {}, "列表取项: [] -> ", "取列表  第  项写入 ");
-    row("plain names", "list.get", {{"sourceVar", "names"}, {"index", "2"}, {"targetVar", "x"}},
-        "列表取项: $names[2] -> $x", "取列表 $names 第 2 项写入 $x");
-    row("marked names", "list.get", {{"sourceVar", "$names"}, {"index", "$i"}, {"targetVar", "$x"}},
-        "列表取项: $names[$i] -> $x", "取列表 $names 第 $i 项写入 $x");
-
-    row("no settings", "list.clear", {}, "列表清空: ", "清空列表 ");
-    row("plain name", "list.clear", target("names"), "列表清空: $names", "清空列表 $names");
-    row("marked name", "list.clear", target("$names"), "列表清空: $names", "清空列表 $names");
-    row("the mark alone", "list.clear", target("$"), "列表清空: $", "清空列表 $");
-    row("a blank before the mark", "list.clear", target(" $n"), "列表清空: $ $n", "清空列表 $ $n");
-
-    row("no settings", "list.sort", {}, "列表排序:  (asc)", "对列表  排序（升序）");
-    row("ascending", "list.sort", target("scores"), "列表排序: $scores (asc)", "对列表 $scores 排序（升序）");
     row("descending", "list.sort", {{"targetVar", "$scores"}, {"ascending", false}},
         "列表排序: $scores (desc)", "对列表 $scores 排序（降序）");
+    row("the mark alone", "list.clear", {{"targetVar", "$"}}, "列表清空: $", "清空列表 $");
+    row("a blank before the mark", "list.clear", {{"targetVar", " $n"}}, "列表清空: $ $n", "清空列表 $ $n");
 
-    row("no settings", "list.merge", {}, "列表合并:  +  -> ", "合并列表  与  写入 ");
-    row("names", "list.merge", pair("a", "$b", "c"), "列表合并: $a + $b -> $c", "合并列表 $a 与 $b 写入 $c");
-
-    row("no settings", "list.reverse", {}, "列表反转: ", "反转列表 ");
-    row("plain name", "list.reverse", target("names"), "列表反转: $names", "反转列表 $names");
-    row("marked name", "list.reverse", target("$names"), "列表反转: $names", "反转列表 $names");
-
-    row("no settings", "list.dedup", {}, "列表去重: ", "对列表  去重");
-    row("plain name", "list.dedup", target("names"), "列表去重: $names", "对列表 $names 去重");
-    row("marked name", "list.dedup", target("$names"), "列表去重: $names", "对列表 $names 去重");
-
-    row("no settings", "list.intersect", {}, "列表交集:  \u2229  -> ", "取列表  与  的交集写入 ");
-    row("names", "list.intersect", pair("a", "$b", "c"), "列表交集: $a \u2229 $b -> $c",
-        "取列表 $a 与 $b 的交集写入 $c");
-
-    row("no settings", "list.subtract", {}, "列表差集:  -  -> ", "取列表  减去  写入 ");
-    row("names", "list.subtract", pair("$a", "b", "$c"), "列表差集: $a - $b -> $c",
-        "取列表 $a 减去 $b 写入 $c");
+    // Each step with texts of one kind in all its settings; the name of a variable is shown with its mark.
+    for (const StepRow &step : stepTable()) {
+        for (const QString &kind : {QString(), QString("%1"), QString("$%1"), QString(" %1 ")}) {
+            QVariantMap settings;
+            QString summary = step.summary;
+            QString description = step.description;
+            for (const StepSetting &setting : step.settings) {
+                if (setting.defaultValue.userType() != QMetaType::QString)
+                    continue;
+                const QString text = kind.isEmpty() ? kind : kind.arg(setting.name);
+                const bool isName = step.classInfo.contains({"editor_" + setting.name, "VARNAME"});
+                const bool isMarked = text.isEmpty() || text.startsWith('$');
+                const QString shownText = isName && !isMarked ? '$' + text : text;
+                settings.insert(setting.name, text);
+                summary.replace('{' + setting.name + '}', shownText);
+                description.replace('{' + setting.name + '}', shownText);
+            }
+            QTest::addRow("%s: '%s'", qPrintable(step.typeId), qPrintable(kind))
+                << step.typeId << settings << summary << description;
+        }
+    }
 }
 
 void TestStepFrame::texts()
@@ -619,11 +529,13 @@ void TestStepFrame::markersInSettingsAreFilledToo_data()
     QTest::newRow("sort, descending")
         << "list.sort" << QVariantMap{{"targetVar", "a%2"}, {"ascending", false}} << "列表排序: $adesc (%3)"
         << "对列表 $a降序 排序（降序）";
-    for (const char *typeId : {"list.clear", "list.reverse", "list.dedup"}) {
-        const StepPointer step = newStep(typeId);
-        QTest::addRow("%s, one text is not filled", typeId)
-            << typeId << QVariantMap{{"targetVar", "a%1%2"}} << step->typeName() + ": $a%1%2"
-            << step->description().replace("列表 ", "列表 $a%1%2");
+    for (const StepRow &step : stepTable()) {
+        if (step.settings.size() > 1)
+            continue;
+        QTest::addRow("%s, one text is not filled", qPrintable(step.typeId))
+            << step.typeId << QVariantMap{{"targetVar", "a%1%2"}}
+            << QString(step.summary).replace("{targetVar}", "$a%1%2")
+            << QString(step.description).replace("{targetVar}", "$a%1%2");
     }
     const QVariantMap pair{{"listA", "a%3"}, {"listB", "b%4"}, {"targetVar", "c"}};
     QTest::newRow("merge") << "list.merge" << pair << "列表合并: $a$b$c + $b$c -> $c"
@@ -649,8 +561,8 @@ void TestStepFrame::translation_data()
 {
     QTest::addColumn<QString>("typeId");
     QTest::addColumn<QVariantMap>("settings");
-    for (const Identity &identity : identities)
-        QTest::newRow(identity.typeId) << QString(identity.typeId) << QVariantMap();
+    for (const StepRow &row : stepTable())
+        QTest::newRow(row.typeId.toUtf8()) << row.typeId << QVariantMap();
     QTest::newRow("list.remove by value") << "list.remove" << QVariantMap{{"mode", 1}};
     QTest::newRow("list.sort descending") << "list.sort" << QVariantMap{{"ascending", false}};
 }
@@ -666,7 +578,7 @@ void TestStepFrame::translation()
     const QString icon = step->icon();
     const QString summary = step->toString();
     const QString description = step->description();
-    const Texts labels = classInfoTable(typeId);
+    const Texts labels = stepRow(typeId).classInfo;
 
     ContextTranslator translator;
     QVERIFY(QCoreApplication::installTranslator(&translator));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "hostapi/Operation.h"
 #include "hostapi/VariableScope.h"
 
 #include <QStringList>
@@ -14,7 +15,8 @@ struct ReferenceOutcome
     QStringList warnings; ///< The lines on the warning log.
 };
 
-/// What the step \a typeId does on \a scope with \a settings, its properties by name.
+/// What the step \a typeId does on \a scope with \a settings, its properties by name. A step that has no
+/// reference yet is said to warn of that.
 ReferenceOutcome referenceOutcome(const QString &typeId, const QVariantMap &settings,
                                   const VariableScope &scope);
 
@@ -23,3 +25,7 @@ bool isSameValue(const QVariant &left, const QVariant &right);
 
 /// Whether both lists hold the same values in any order.
 bool isSamePermuted(const QVariantList &left, QVariantList right);
+
+/// Runs \a step on a copy of \a scope. Returns how that differs from what the reference does: in its warnings,
+/// the value written, another variable or a setting; empty if it does not.
+QString differenceFromReference(Operation &step, const VariableScope &scope);

@@ -1,5 +1,9 @@
 #include "ReferenceSteps.h"
 
+#include "ShowValue.h"
+#include "StepFamily.h"
+#include "WarningLog.h"
+
 #include <QDebug>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -425,7 +429,9 @@ ReferenceOutcome referenceOutcome(const QString &typeId, const QVariantMap &sett
         return written(source, reversed(list));
     if (typeId == "list.dedup")
         return written(source, withoutRepeats(list));
-    return written(source, QVariantList());
+    if (typeId == "list.clear")
+        return written(source, QVariantList());
+    return refused({"tests/support/ReferenceSteps.cpp has no rule for " + typeId});
 }
 
 bool isSameValue(const QVariant &left, const QVariant &right)
@@ -465,4 +471,38 @@ bool isSamePermuted(const QVariantList &left, QVariantList right)
         right.erase(found);
     }
     return right.isEmpty();
+}
+
+QString differenceFromReference(Operation &step, const VariableScope &scope)
+{
+    const QVariantMap settings = settingsOf(step);
+    const ReferenceOutcome expected = referenceOutcome(step.typeId(), settings, scope);
+    VariableScope wanted = scope;
+    if (!expected.written.isEmpty())
+        wanted.set(expected.written, expected.value);
+
+    VariableScope after = scope;
+    step.setVariableScope(&after);
+    const WarningLog log;
+    step.doOperation();
+    step.setVariableScope(nullptr);
+
+    const QStringList warnings = log.take();
+    if (warnings != expected.warnings)
+        return "warnings: " + warnings.join('\n') + "\nnot: " + expected.warnings.join('\n');
+    if (settingsOf(step) != settings)
+        return "the run changed the step's settings";
+    if (after.names() != wanted.names())
+        return "variables: " + after.names().join(' ') + "\nnot: " + wanted.names().join(' ');
+    for (const QString &name : wanted.names()) {
+        const QString reference = name.startsWith('$') ? '$' + name : name;
+        if (after.typeOf(reference) != wanted.typeOf(reference))
+            return "the run changed the type of " + name;
+        const QVariant value = after.get(reference);
+        const QVariant wantedValue = wanted.get(reference);
+        if (!isSameValue(value, wantedValue)
+            && !(expected.anyOrder && isSamePermuted(value.toList(), wantedValue.toList())))
+            return name + ": " + shown(value) + "\nnot: " + shown(wantedValue);
+    }
+    return QString();
 }
