@@ -132,7 +132,7 @@ private slots:
 
 private:
     RunResult run(const Example &example, QByteArray &report);
-    const Section &section(const QString &typeId) const;
+    Section section(const QString &typeId) const;
 
     StepCatalogue m_catalogue;
     QStringList m_lines;
@@ -151,13 +151,14 @@ void TestStepsGuide::initTestCase()
     m_sections = sectionsOf(m_lines);
 }
 
-const Section &TestStepsGuide::section(const QString &typeId) const
+// An empty one when the guide has none.
+Section TestStepsGuide::section(const QString &typeId) const
 {
     for (const Section &section : m_sections) {
         if (section.typeId == typeId)
             return section;
     }
-    qFatal("the guide has no section on %s", qPrintable(typeId));
+    return Section();
 }
 
 RunResult TestStepsGuide::run(const Example &example, QByteArray &report)
@@ -210,9 +211,11 @@ void TestStepsGuide::stepsStandInTheOrderOfThePalette()
         if (!section.typeId.isEmpty())
             documented.append(section.typeId);
     }
-    QStringList offered;
-    for (const PaletteEntry &entry : palette)
-        offered.append(entry.prototype->typeId());
+    QStringList offered; // A step without a section is what sections() finds.
+    for (const PaletteEntry &entry : palette) {
+        if (documented.contains(entry.prototype->typeId()))
+            offered.append(entry.prototype->typeId());
+    }
     QCOMPARE(documented, offered);
 }
 
@@ -227,7 +230,8 @@ void TestStepsGuide::sections()
 {
     QFETCH(QString, typeId);
     const Operation *step = m_catalogue.prototype(typeId);
-    const Section &guide = section(typeId);
+    const Section guide = section(typeId);
+    QVERIFY2(!guide.lines.isEmpty(), qPrintable("the guide has no section on " + typeId));
     QCOMPARE(guide.name, step->typeName());
     const QString image =
         QString("<img src=\"../resources%1\" width=\"48\" alt=\"%2\">").arg(step->icon().mid(1), guide.name);
@@ -254,13 +258,17 @@ void TestStepsGuide::sections()
 
 void TestStepsGuide::messages_data()
 {
-    sections_data();
+    QTest::addColumn<QString>("typeId");
+    for (const Section &section : qAsConst(m_sections)) {
+        if (!section.typeId.isEmpty())
+            QTest::newRow(qPrintable(section.typeId)) << section.typeId;
+    }
 }
 
 void TestStepsGuide::messages()
 {
     QFETCH(QString, typeId);
-    const Section &guide = section(typeId);
+    const Section guide = section(typeId);
     const QVector<QRegularExpression> expressions = messagesOf(guide);
     QVector<bool> isShown(expressions.size(), false);
     int wrote = 0;
