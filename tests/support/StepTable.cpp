@@ -70,7 +70,7 @@ QVector<StepRow> rows()
              + variable("targetVar", "目标变量(存元素)", "scalar"),
          "列表取项: {sourceVar}[{index}] -> {targetVar}",
          "取列表 {sourceVar} 第 {index} 项写入 {targetVar}",
-         {{"sourceVar", "a"}, {"index", "0"}, {"targetVar", "c"}}},
+         {{"sourceVar", "a"}, {"index", "0"}, {"targetVar", "text"}}},
         {"ListClearOperation", "list.clear", "列表清空", ":/images/list_clear.svg", 20, oneList, targetList,
          "列表清空: {targetVar}", "清空列表 {targetVar}", onA},
         {"ListSortOperation",

@@ -29,7 +29,7 @@ struct StepRow
     /// Its line and its description with default modes. `{name}` stands for the setting of that name.
     QString summary;
     QString description;
-    /// Settings with which it writes, on the lists `a` and `b` of integers and to the list `c`.
+    /// Settings with which it writes: from the lists `a` and `b`, to them, the list `c` or the variable `text`.
     QVariantMap sample;
 };
 

@@ -212,7 +212,7 @@ void TestBinaryScript::keepsLongContent()
     const QByteArray bytes =
         binary(R"({"variables": [{"name": "l", "type": "list", "value": [)"
                + QByteArray("-1, ").repeated(100000) + '"' + longText + R"("]}], "steps": [)"
-               + QByteArray(R"({"type": "list.reverse", "targetVar": "l"},)").repeated(10000)
+               + QByteArray(R"({"type": "list.clear", "targetVar": "l"},)").repeated(10000)
                + R"({"type": "list.add", "value": ")" + longText + R"("}]})");
     const ScriptResult read = readBinaryScript(bytes, m_catalogue);
     QVERIFY2(read, qPrintable(read.error));

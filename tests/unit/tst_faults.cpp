@@ -38,7 +38,7 @@ QByteArray scriptOfSize(int items)
     for (int i = 0; i < items; ++i)
         list += (i > 0 ? ", \"" : "\"") + QByteArray::number(i).rightJustified(13, '.') + '"';
     return R"({"variables": [{"name": "items", "type": "list", "value": [)" + list + R"(]}],
-        "steps": [{"type": "list.reverse", "targetVar": "items"}]})";
+        "steps": [{"type": "list.sort", "targetVar": "items"}]})";
 }
 } // namespace
 

@@ -904,12 +904,12 @@ void TestListFunctions::reverseList()
     QVariantList elements;
     for (int size = 0; size < 8; ++size) {
         const QVariantList before = elements;
-        QVariantList reversed = elements;
-        ::reverseList(reversed);
+        QVariantList turned = elements;
+        ::reverseList(turned);
         QCOMPARE(elements, before);
-        QCOMPARE(reversed.size(), size);
+        QCOMPARE(turned.size(), size);
         for (int i = 0; i < size; ++i)
-            QCOMPARE(shown(reversed.at(i)), shown(elements.at(size - 1 - i)));
+            QCOMPARE(shown(turned.at(i)), shown(elements.at(size - 1 - i)));
         elements.append(size % 2 ? QVariant(size) : QVariant(QString::number(size)));
     }
 }

@@ -289,14 +289,13 @@ void TestPlugin::nothingStaysAfterUnloading()
             texts << plugin->pluginId() << plugin->name() << plugin->version()
                   << plugin->requiredCapabilities();
             for (const auto &prototype : prototypesOf(*plugin)) {
-                for (const char *property : {"targetVar", "listA", "sourceVar"})
-                    prototype->setProperty(property, "a");
-                prototype->setProperty("listB", "b");
-                prototype->setProperty("index", "3");
-                if (prototype->typeId() == "list.get")
-                    prototype->setProperty("targetVar", "text");
+                const QVariantMap sample = stepRow(prototype->typeId()).sample;
+                for (auto it = sample.cbegin(); it != sample.cend(); ++it)
+                    prototype->setProperty(it.key().toUtf8(), it.value());
+                const quint64 writes = scope.writeCount();
                 prototype->setVariableScope(&scope);
                 prototype->doOperation();
+                QVERIFY2(scope.writeCount() > writes, qPrintable(prototype->typeId()));
                 texts << prototype->root() << prototype->typeId() << prototype->typeName()
                       << prototype->icon() << prototype->toString() << prototype->description()
                       << prototype->property("index").toString();

@@ -1,6 +1,7 @@
 #include "hostapi/VariableScope.h"
 #include "tests/support/ShowValue.h"
 #include "tests/support/StepFamily.h"
+#include "tests/support/StepTable.h"
 #include "tests/support/WarningLog.h"
 
 #include <QDate>
@@ -66,10 +67,7 @@ QString notAList(const QString &name)
 // The property that names the list that a step reads first.
 QString firstListOf(const QString &typeId)
 {
-    if (typeId == "list.get")
-        return "sourceVar";
-    return typeId == "list.merge" || typeId == "list.intersect" || typeId == "list.subtract" ? "listA"
-                                                                                             : "targetVar";
+    return stepRow(typeId).sample.key("a");
 }
 } // namespace
 
@@ -80,6 +78,8 @@ class TestSteps : public QObject
     Q_OBJECT
 
 private slots:
+    void everyStepHasItsRows_data();
+    void everyStepHasItsRows();
     void frame_data();
     void frame();
     void add_data();
@@ -171,6 +171,19 @@ void TestSteps::run()
             QVERIFY(now.toList().isSharedWith(held.at(i).toList()));
     }
     QCOMPARE(shown(settingsOf(*step)), shown(settingsBefore));
+}
+
+void TestSteps::everyStepHasItsRows_data()
+{
+    withoutScope_data();
+}
+
+// `list.add` has the rows of add().
+void TestSteps::everyStepHasItsRows()
+{
+    QFETCH(QString, typeId);
+    const QByteArray function = typeId.section('.', 1).toLatin1() + "()";
+    QVERIFY2(metaObject()->indexOfMethod(function) >= 0, "no test of what the step does");
 }
 
 void TestSteps::frame_data()

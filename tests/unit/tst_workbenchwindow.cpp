@@ -302,13 +302,13 @@ void TestWorkbenchWindow::run()
 void TestWorkbenchWindow::placesByDoubleClick()
 {
     auto *tree = m_window->findChild<QTreeView *>("paletteTree");
-    const QModelIndex index = paletteStep("list.reverse");
+    const QModelIndex index = paletteStep("list.clear");
     QVERIFY(index.isValid());
     const QPoint center = tree->visualRect(index).center();
     QTest::mouseClick(tree->viewport(), Qt::LeftButton, Qt::NoModifier, center);
     QTest::mouseDClick(tree->viewport(), Qt::LeftButton, Qt::NoModifier, center);
     QCOMPARE(script().rowCount(), 1);
-    QCOMPARE(script().step(0).typeId(), QString("list.reverse"));
+    QCOMPARE(script().step(0).typeId(), QString("list.clear"));
     QCOMPARE(scriptPane()->currentRow(), 0);
     QVERIFY(field<QComboBox>("targetVar"));
 }
@@ -329,7 +329,8 @@ void TestWorkbenchWindow::placesFromTheKeyboard()
     QVERIFY(tree->hasFocus());
     QTest::keyClick(tree, Qt::Key_Down);
     QTest::keyClick(tree, Qt::Key_Return);
-    QCOMPARE(script().step(1).typeId(), QString("list.reverse"));
+    const QModelIndex second = paletteStep("list.sort").siblingAtRow(1);
+    QCOMPARE(script().step(1).typeId(), second.data(PaletteModel::TypeIdRole).toString());
 }
 
 void TestWorkbenchWindow::searches_data()
