@@ -8,6 +8,10 @@
 #define EXPORTED __attribute__((visibility("default")))
 #define IMPORTED EXPORTED
 #endif
+#ifdef FAULT_IS_LINKED_IN
+#undef IMPORTED
+#define IMPORTED
+#endif
 
 class QObject;
 

@@ -174,13 +174,10 @@ PluginManifest FaultyPlugin::manifest() const
 {
     const SampleStep first;
     const OtherStep second;
-    PluginManifest manifest;
-    manifest.pluginId = pluginId();
-    manifest.name = name();
-    manifest.version = has("identity.manifest-agrees") ? QStringLiteral("1.2.4") : version();
-    manifest.apiVersion = apiVersion();
+    PluginManifest manifest = FixturePlugin::manifest();
+    if (has("identity.manifest-agrees"))
+        manifest.version = QStringLiteral("1.2.4");
     manifest.typeIdPrefix = has("identity.prefix") ? QStringLiteral("samples.") : QStringLiteral("sample.");
-    manifest.requiredCapabilities = requiredCapabilities();
     if (!has("identity.category-weights-complete"))
         manifest.categoryOrder.insert(first.root(), 100);
     if (has("identity.category-weights-known"))

@@ -1,14 +1,11 @@
 #pragma once
 
-#include "hostapi/IOperationPlugin.h"
-
-#include <QObject>
+#include "tests/plugins/FixturePlugin.h"
 
 /// The root object of a plug-in that keeps the contract except for one fault.
-class FaultyPlugin : public QObject, public IOperationPlugin
+class FaultyPlugin : public FixturePlugin
 {
     Q_OBJECT
-    Q_INTERFACES(IOperationPlugin)
 
 public:
     FaultyPlugin();

@@ -47,7 +47,7 @@ void startProcesses()
 }
 } // namespace
 
-SampleStep::SampleStep(QObject *parent) : Operation(parent)
+SampleStep::SampleStep(QObject *parent) : FixtureStep("sample.first", parent)
 {
     static int count = 0;
     if (has("prototypes.defaults"))
@@ -128,8 +128,7 @@ QString SampleStep::root() const
 
 QString SampleStep::typeId() const
 {
-    return has("prototypes.type-id-form") ? QStringLiteral("sample.the first")
-                                          : QStringLiteral("sample.first");
+    return has("prototypes.type-id-form") ? QStringLiteral("sample.the first") : FixtureStep::typeId();
 }
 
 QString SampleStep::typeName() const

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "hostapi/Operation.h"
+#include "tests/plugins/FixturePlugin.h"
 
 #include <QSharedPointer>
 
@@ -8,7 +8,7 @@
 bool has(const char *id);
 
 /// A step that keeps the contract, except where the plug-in has a fault: it appends its amount to a list.
-class SampleStep : public Operation
+class SampleStep : public FixtureStep
 {
     Q_OBJECT
     Q_PROPERTY(QString target READ target WRITE setTarget)
