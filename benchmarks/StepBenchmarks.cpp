@@ -1,7 +1,6 @@
 #include "StepBenchmarks.h"
 
 #include "Allocations.h"
-#include "PlainSteps.h"
 #include "operations/ListAddOperation.h"
 #include "operations/ListClearOperation.h"
 #include "operations/ListDedupOperation.h"
@@ -13,6 +12,7 @@
 #include "operations/ListReverseOperation.h"
 #include "operations/ListSortOperation.h"
 #include "operations/ListSubtractOperation.h"
+#include "tests/support/ReferenceSteps.h"
 
 #include <benchmark/benchmark.h>
 

@@ -11,6 +11,7 @@
 #include <QObject>
 #include <QVector>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -228,10 +229,10 @@ QVariant converted(const QVariant &value, VarType type, bool &accepted)
     return emptyOf(type);
 }
 
-bool holds(const QVariantList &list, const QVariant &element)
+bool equalsAny(const QVariant &candidate, const QVariantList &others)
 {
-    for (const QVariant &other : list) {
-        if (element == other)
+    for (const QVariant &other : others) {
+        if (candidate == other)
             return true;
     }
     return false;
@@ -260,26 +261,6 @@ bool isOrdered(const QVariantList &list)
             ++numbers;
     }
     return numbers == 0 || numbers == list.size();
-}
-
-QVariantList sorted(const QVariantList &list)
-{
-    QVariantList result;
-    for (const QVariant &element : list) {
-        int position = result.size();
-        while (position > 0 && isLess(element, result[position - 1]))
-            --position;
-        result.insert(position, element);
-    }
-    return result;
-}
-
-QVariantList reversed(const QVariantList &list)
-{
-    QVariantList result;
-    for (const QVariant &element : list)
-        result.prepend(element);
-    return result;
 }
 
 ReferenceOutcome refused(const QStringList &warnings)
@@ -334,14 +315,11 @@ ReferenceOutcome remove(const QVariantMap &settings, const VariableScope &scope,
         list.removeAt(position);
         return written(settings["targetVar"].toString(), list);
     }
-    const QVariant item = resolve(scope, value);
-    for (int position = 0; position < list.size(); ++position) {
-        if (list[position] == item) {
-            list.removeAt(position);
-            return written(settings["targetVar"].toString(), list);
-        }
-    }
-    return refused("[ListRemove] 未找到匹配项：", value);
+    const int size = list.size();
+    PlainSteps::removeValue(list, resolve(scope, value));
+    if (list.size() == size)
+        return refused("[ListRemove] 未找到匹配项：", value);
+    return written(settings["targetVar"].toString(), list);
 }
 
 ReferenceOutcome get(const QVariantMap &settings, const VariableScope &scope, const QVariantList &list)
@@ -360,23 +338,16 @@ ReferenceOutcome get(const QVariantMap &settings, const VariableScope &scope, co
     return written(target, value);
 }
 
-ReferenceOutcome sort(const QVariantMap &settings, const QVariantList &list)
+ReferenceOutcome sort(const QVariantMap &settings, QVariantList list)
 {
-    const QVariantList result = sorted(list);
-    ReferenceOutcome outcome =
-        written(settings["targetVar"].toString(), settings["ascending"].toBool() ? result : reversed(result));
-    outcome.anyOrder = !isOrdered(list);
+    const bool anyOrder = !isOrdered(list);
+    if (!anyOrder)
+        PlainSteps::sort(list);
+    if (!settings["ascending"].toBool())
+        PlainSteps::reverse(list);
+    ReferenceOutcome outcome = written(settings["targetVar"].toString(), list);
+    outcome.anyOrder = anyOrder;
     return outcome;
-}
-
-QVariantList withoutRepeats(const QVariantList &list)
-{
-    QVariantList result;
-    for (const QVariant &element : list) {
-        if (!holds(result, element))
-            result.append(element);
-    }
-    return result;
 }
 
 ReferenceOutcome combine(const QString &typeId, const QVariantMap &settings, const VariableScope &scope,
@@ -394,14 +365,81 @@ ReferenceOutcome combine(const QString &typeId, const QVariantMap &settings, con
     if (!readList(scope, settings["listB"].toString(), listB, warnings))
         return refused(warnings);
     if (typeId == "list.merge")
-        return written(target, QVariantList(listA + listB));
-    QVariantList shared;
-    QVariantList rest;
-    for (const QVariant &element : listA)
-        (holds(listB, element) ? shared : rest).append(element);
-    return written(target, typeId == "list.intersect" ? withoutRepeats(shared) : rest);
+        return written(target, PlainSteps::merge(listA, listB));
+    if (typeId == "list.intersect")
+        return written(target, PlainSteps::intersect(listA, listB));
+    return written(target, PlainSteps::subtract(listA, listB));
 }
 } // namespace
+
+void PlainSteps::add(QVariantList &list, const QVariant &item)
+{
+    list.insert(list.size(), item);
+}
+
+void PlainSteps::removeAt(QVariantList &list, int position)
+{
+    list.removeAt(position);
+}
+
+void PlainSteps::removeValue(QVariantList &list, const QVariant &value)
+{
+    for (int i = 0; i < list.size(); ++i) {
+        if (list.at(i) == value) {
+            list.removeAt(i);
+            return;
+        }
+    }
+}
+
+void PlainSteps::sort(QVariantList &list)
+{
+    std::stable_sort(list.begin(), list.end(), isLess);
+}
+
+void PlainSteps::reverse(QVariantList &list)
+{
+    std::reverse(list.begin(), list.end());
+}
+
+QVariantList PlainSteps::dedup(const QVariantList &list)
+{
+    QVariantList kept;
+    kept.reserve(list.size());
+    for (const QVariant &element : list) {
+        if (!equalsAny(element, kept))
+            kept.append(element);
+    }
+    return kept;
+}
+
+QVariantList PlainSteps::merge(const QVariantList &a, const QVariantList &b)
+{
+    QVariantList all = a;
+    for (const QVariant &element : b)
+        all.append(element);
+    return all;
+}
+
+QVariantList PlainSteps::intersect(const QVariantList &a, const QVariantList &b)
+{
+    QVariantList common;
+    for (const QVariant &element : a) {
+        if (equalsAny(element, b) && !equalsAny(element, common))
+            common.append(element);
+    }
+    return common;
+}
+
+QVariantList PlainSteps::subtract(const QVariantList &a, const QVariantList &b)
+{
+    QVariantList rest;
+    for (const QVariant &element : a) {
+        if (!equalsAny(element, b))
+            rest.append(element);
+    }
+    return rest;
+}
 
 ReferenceOutcome referenceOutcome(const QString &typeId, const QVariantMap &settings,
                                   const VariableScope &scope)
@@ -425,10 +463,12 @@ ReferenceOutcome referenceOutcome(const QString &typeId, const QVariantMap &sett
         return get(settings, scope, list);
     if (typeId == "list.sort")
         return sort(settings, list);
-    if (typeId == "list.reverse")
-        return written(source, reversed(list));
+    if (typeId == "list.reverse") {
+        PlainSteps::reverse(list);
+        return written(source, list);
+    }
     if (typeId == "list.dedup")
-        return written(source, withoutRepeats(list));
+        return written(source, PlainSteps::dedup(list));
     if (typeId == "list.clear")
         return written(source, QVariantList());
     return refused({"tests/support/ReferenceSteps.cpp has no rule for " + typeId});

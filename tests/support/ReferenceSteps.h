@@ -6,6 +6,22 @@
 #include <QStringList>
 #include <QVariant>
 
+/// What the steps do to their lists, written as their rules read: `QVariant::operator==` and the sort
+/// relation, question by question. The steps are also measured against these.
+namespace PlainSteps
+{
+void add(QVariantList &list, const QVariant &item);
+void removeAt(QVariantList &list, int position);
+/// Removes the first element that equals \a value, if there is one.
+void removeValue(QVariantList &list, const QVariant &value);
+void sort(QVariantList &list);
+void reverse(QVariantList &list);
+QVariantList dedup(const QVariantList &list);
+QVariantList merge(const QVariantList &a, const QVariantList &b);
+QVariantList intersect(const QVariantList &a, const QVariantList &b);
+QVariantList subtract(const QVariantList &a, const QVariantList &b);
+} // namespace PlainSteps
+
 /// What a step should do, worked out a second time in the plainest way.
 struct ReferenceOutcome
 {
