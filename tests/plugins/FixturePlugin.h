@@ -1,52 +1,9 @@
 #pragma once
 
 #include "hostapi/IOperationPlugin.h"
-#include "hostapi/Operation.h"
+#include "tests/support/FixtureStep.h"
 
 #include <QObject>
-
-/// A step that does nothing.
-class FixtureStep : public Operation
-{
-public:
-    explicit FixtureStep(const QString &typeId, QObject *parent = nullptr)
-        : Operation(parent), m_typeId(typeId)
-    {
-    }
-
-    QString root() const override
-    {
-        return QString("fixtures");
-    }
-    QString typeId() const override
-    {
-        return m_typeId;
-    }
-    QString typeName() const override
-    {
-        return QString("Fixture");
-    }
-    QString icon() const override
-    {
-        return QString();
-    }
-    void doOperation() const override { }
-    QString toString() const override
-    {
-        return QString("Fixture");
-    }
-    QString description() const override
-    {
-        return QString("Does nothing.");
-    }
-    Operation *clone(QObject *parent) const override
-    {
-        return new FixtureStep(m_typeId, parent);
-    }
-
-private:
-    QString m_typeId;
-};
 
 /// A sound plug-in with the step `fixture.first`. The plug-ins in this folder override what they do
 /// otherwise.

@@ -1,6 +1,7 @@
 #include "hostapi/IEditorRegistry.h"
 #include "hostapi/IOperationPlugin.h"
 #include "hostapi/VariableScope.h"
+#include "tests/plugins/FixturePlugin.h"
 #include "tests/support/StepFamily.h"
 
 #include <QDataStream>
@@ -70,81 +71,15 @@ static_assert(std::has_virtual_destructor_v<IEditorRegistry>);
 namespace
 {
 // The least step: it shows what the base does by itself.
-class PlainOperation : public Operation
+class PlainOperation : public FixtureStep
 {
     Q_OBJECT
 
 public:
-    explicit PlainOperation(QObject *parent = nullptr) : Operation(parent) { }
-
-    QString root() const override
-    {
-        return {};
-    }
-    QString typeId() const override
-    {
-        return {};
-    }
-    QString typeName() const override
-    {
-        return {};
-    }
-    QString icon() const override
-    {
-        return {};
-    }
-    void doOperation() const override { }
-    QString toString() const override
-    {
-        return {};
-    }
-    QString description() const override
-    {
-        return {};
-    }
-    Operation *clone(QObject *parent) const override
-    {
-        return new PlainOperation(parent);
-    }
+    explicit PlainOperation(QObject *parent = nullptr) : FixtureStep(QString(), parent) { }
 
     using Operation::m_baseState;
     using Operation::m_variableScope;
-};
-
-class PlainPlugin : public QObject, public IOperationPlugin
-{
-    Q_OBJECT
-    Q_INTERFACES(IOperationPlugin)
-
-public:
-    QList<Operation *> createPrototypes() override
-    {
-        return {};
-    }
-    QString pluginId() const override
-    {
-        return {};
-    }
-    QString name() const override
-    {
-        return {};
-    }
-    QString version() const override
-    {
-        return {};
-    }
-    int apiVersion() const override
-    {
-        return 0;
-    }
-    PluginManifest manifest() const override
-    {
-        return {};
-    }
-    QStringList requiredCapabilities() const override
-    {
-        return {};
-    }
 };
 
 class PlainRegistry : public IEditorRegistry
@@ -413,7 +348,7 @@ void TestContract::pluginInterface()
 {
     QCOMPARE(QString(qobject_interface_iid<IOperationPlugin *>()),
              QString("com.tallowby.Quillmap.IOperationPlugin/1.0"));
-    PlainPlugin plugin;
+    FixturePlugin plugin;
     QCOMPARE(qobject_cast<IOperationPlugin *>(static_cast<QObject *>(&plugin)),
              static_cast<IOperationPlugin *>(&plugin));
     QObject other;

@@ -1,6 +1,6 @@
 #include "host/plugins/EditorSchema.h"
 
-#include "hostapi/Operation.h"
+#include "tests/support/FixtureStep.h"
 
 #include <QtTest>
 
@@ -13,7 +13,7 @@ Q_DECLARE_METATYPE(SchemaFault)
 Q_DECLARE_METATYPE(VarType)
 
 /// Declares one of everything, through the class-info table of a real class.
-class SampleStep : public Operation
+class SampleStep : public FixtureStep
 {
     Q_OBJECT
     Q_PROPERTY(QString target MEMBER m_target)
@@ -38,36 +38,7 @@ class SampleStep : public Operation
     Q_CLASSINFO("prop_deep", "Deep")
 
 public:
-    SampleStep() : Operation(nullptr) { }
-    QString root() const override
-    {
-        return QString();
-    }
-    QString typeId() const override
-    {
-        return QString();
-    }
-    QString typeName() const override
-    {
-        return QString();
-    }
-    QString icon() const override
-    {
-        return QString();
-    }
-    void doOperation() const override { }
-    QString toString() const override
-    {
-        return QString();
-    }
-    QString description() const override
-    {
-        return QString();
-    }
-    Operation *clone(QObject *) const override
-    {
-        return nullptr;
-    }
+    SampleStep() : FixtureStep(QString()) { }
 
     QString m_target;
     int m_mode = 0;

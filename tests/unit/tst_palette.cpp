@@ -1,6 +1,6 @@
 #include "host/plugins/Palette.h"
 
-#include "hostapi/Operation.h"
+#include "tests/support/FixtureStep.h"
 
 #include <QtTest>
 
@@ -10,46 +10,17 @@
 
 using namespace StepHost;
 
-class NamedStep : public Operation
+class NamedStep : public FixtureStep
 {
 public:
-    NamedStep(const QString &category, const QString &typeId)
-        : Operation(nullptr), m_category(category), m_typeId(typeId)
-    {
-    }
+    NamedStep(const QString &category, const QString &typeId) : FixtureStep(typeId), m_category(category) { }
     QString root() const override
     {
         return m_category;
     }
-    QString typeId() const override
-    {
-        return m_typeId;
-    }
-    QString typeName() const override
-    {
-        return m_typeId;
-    }
-    QString icon() const override
-    {
-        return QString();
-    }
-    void doOperation() const override { }
-    QString toString() const override
-    {
-        return m_typeId;
-    }
-    QString description() const override
-    {
-        return m_typeId;
-    }
-    Operation *clone(QObject *) const override
-    {
-        return nullptr;
-    }
 
 private:
     QString m_category;
-    QString m_typeId;
 };
 
 /// A plug-in: its steps as "category/type id", and its weights.

@@ -1,6 +1,7 @@
 #include "hostapi/IOperationPlugin.h"
 #include "hostapi/Operation.h"
 #include "hostapi/VariableScope.h"
+#include "tests/support/ContextTranslator.h"
 #include "tests/support/ShowValue.h"
 #include "tests/support/StepTable.h"
 #include "tests/support/TestPaths.h"
@@ -11,7 +12,6 @@
 #include <QJsonObject>
 #include <QLibrary>
 #include <QPluginLoader>
-#include <QTranslator>
 #include <QtTest>
 
 #include <memory>
@@ -47,23 +47,6 @@ Prototypes prototypesOf(IOperationPlugin &plugin)
         prototypes.emplace_back(prototype);
     return prototypes;
 }
-
-// Answers every text with its context in front.
-class ContextTranslator : public QTranslator
-{
-public:
-    QString translate(const char *context, const char *source, const char *disambiguation,
-                      int n) const override
-    {
-        Q_UNUSED(disambiguation)
-        Q_UNUSED(n)
-        return '<' + QString::fromUtf8(context) + '>' + QString::fromUtf8(source);
-    }
-    bool isEmpty() const override
-    {
-        return false;
-    }
-};
 
 #ifdef Q_OS_LINUX
 bool isMapped(const QString &fileName)

@@ -1,4 +1,5 @@
 #include "host/running/RunReport.h"
+#include "tests/support/FixtureStep.h"
 
 #include <QtTest>
 
@@ -7,39 +8,14 @@ using namespace StepHost;
 namespace
 {
 // The text of a step is all that a report asks it for.
-class TextStep : public Operation
+class TextStep : public FixtureStep
 {
 public:
-    explicit TextStep(const QString &text) : Operation(nullptr), m_text(text) { }
+    explicit TextStep(const QString &text) : FixtureStep("test.text"), m_text(text) { }
 
-    QString root() const override
-    {
-        return QString();
-    }
-    QString typeId() const override
-    {
-        return QString("test.text");
-    }
-    QString typeName() const override
-    {
-        return QString();
-    }
-    QString icon() const override
-    {
-        return QString();
-    }
-    void doOperation() const override { }
     QString toString() const override
     {
         return m_text;
-    }
-    QString description() const override
-    {
-        return QString();
-    }
-    Operation *clone(QObject *) const override
-    {
-        return new TextStep(m_text);
     }
 
 private:

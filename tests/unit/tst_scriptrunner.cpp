@@ -1,5 +1,6 @@
 #include "host/running/ScriptRunner.h"
 #include "host/running/WarningCapture.h"
+#include "tests/support/FixtureStep.h"
 
 #include <QtTest>
 
@@ -12,49 +13,21 @@ using namespace StepHost;
 namespace
 {
 // A step that does what the test says.
-class LambdaStep : public Operation
+class LambdaStep : public FixtureStep
 {
 public:
     using Work = std::function<void(VariableScope *)>;
 
-    explicit LambdaStep(const Work &work) : Operation(nullptr), m_work(work) { }
+    explicit LambdaStep(const Work &work) : FixtureStep("test.lambda"), m_work(work) { }
 
     bool hasScope() const
     {
         return m_variableScope != nullptr;
     }
 
-    QString root() const override
-    {
-        return QString();
-    }
-    QString typeId() const override
-    {
-        return QString("test.lambda");
-    }
-    QString typeName() const override
-    {
-        return QString();
-    }
-    QString icon() const override
-    {
-        return QString();
-    }
     void doOperation() const override
     {
         m_work(m_variableScope);
-    }
-    QString toString() const override
-    {
-        return QString();
-    }
-    QString description() const override
-    {
-        return QString();
-    }
-    Operation *clone(QObject *) const override
-    {
-        return new LambdaStep(m_work);
     }
 
 private:

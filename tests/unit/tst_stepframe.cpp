@@ -9,6 +9,7 @@
 #include "operations/ListReverseOperation.h"
 #include "operations/ListSortOperation.h"
 #include "operations/ListSubtractOperation.h"
+#include "tests/support/ContextTranslator.h"
 #include "tests/support/ShowValue.h"
 #include "tests/support/StepFamily.h"
 #include "tests/support/StepTable.h"
@@ -17,7 +18,6 @@
 #include <QCoreApplication>
 #include <QDataStream>
 #include <QMetaClassInfo>
-#include <QTranslator>
 #include <QtTest>
 
 #include <algorithm>
@@ -137,23 +137,6 @@ void giveBaseState(Operation &step)
     QDataStream stream(record);
     step.loadOperation(stream);
 }
-
-// Answers every text with its context in front.
-class ContextTranslator : public QTranslator
-{
-public:
-    QString translate(const char *context, const char *source, const char *disambiguation,
-                      int n) const override
-    {
-        Q_UNUSED(disambiguation)
-        Q_UNUSED(n)
-        return '<' + QString::fromUtf8(context) + '>' + QString::fromUtf8(source);
-    }
-    bool isEmpty() const override
-    {
-        return false;
-    }
-};
 
 void addStepColumn()
 {

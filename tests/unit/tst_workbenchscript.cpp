@@ -7,6 +7,7 @@
 
 #include "host/plugins/StepCatalogue.h"
 #include "host/scripts/BinaryScript.h"
+#include "tests/support/FixtureStep.h"
 #include "tests/support/TestPaths.h"
 
 #include <QAbstractItemModelTester>
@@ -19,41 +20,18 @@ using namespace Workbench;
 namespace
 {
 /// A step that waits in its run until the test lets it go on.
-class WaitingStep : public Operation
+class WaitingStep : public FixtureStep
 {
 public:
-    WaitingStep(QSemaphore &begun, QSemaphore &mayEnd) : Operation(nullptr), m_begun(begun), m_mayEnd(mayEnd)
+    WaitingStep(QSemaphore &begun, QSemaphore &mayEnd)
+        : FixtureStep("test.wait"), m_begun(begun), m_mayEnd(mayEnd)
     {
     }
 
-    QString root() const override
-    {
-        return "Test";
-    }
-    QString typeId() const override
-    {
-        return "test.wait";
-    }
-    QString typeName() const override
-    {
-        return "Wait";
-    }
-    QString icon() const override
-    {
-        return QString();
-    }
     void doOperation() const override
     {
         m_begun.release();
         m_mayEnd.acquire();
-    }
-    QString toString() const override
-    {
-        return "Wait";
-    }
-    QString description() const override
-    {
-        return "Waits";
     }
     Operation *clone(QObject *) const override
     {

@@ -17,6 +17,7 @@
 #include "host/values/CsvText.h"
 #include "host/values/ItemValue.h"
 #include "host/values/ValueFile.h"
+#include "tests/support/FixtureStep.h"
 #include "tests/support/TestPaths.h"
 
 #include <QAction>
@@ -42,7 +43,7 @@ using namespace Workbench;
 namespace
 {
 /// A step of another plug-in, with settings that the list steps do not have.
-class OtherStep : public Operation
+class OtherStep : public FixtureStep
 {
     Q_OBJECT
     Q_PROPERTY(int mode MEMBER m_mode)
@@ -63,15 +64,11 @@ class OtherStep : public Operation
     Q_CLASSINFO("show_when_note", "mode=2")
 
 public:
-    OtherStep() : Operation(nullptr) { }
+    OtherStep() : FixtureStep("other.step") { }
 
     QString root() const override
     {
         return "Other";
-    }
-    QString typeId() const override
-    {
-        return "other.step";
     }
     QString typeName() const override
     {
@@ -81,7 +78,6 @@ public:
     {
         return ":/no/such/icon.svg";
     }
-    void doOperation() const override { }
     QString toString() const override
     {
         return "Other step";
