@@ -164,7 +164,9 @@ bool ElementScan::containsByImages(const QVariant &candidate)
         return containsMatch(candidate, m_textImages, [end](quint64 image) { return image == end; });
     }
     default:
-        return equalsAny(candidate, m_elements);
+        return std::any_of(m_elements.cbegin() + 1, m_elements.cend(), [&candidate](const QVariant &element) {
+            return elementsEqual(candidate, element);
+        });
     }
 }
 
@@ -178,19 +180,24 @@ bool ElementScan::containsMatch(const QVariant &candidate, std::vector<Image> &i
         if (!hasImage(m_elements.at(m_kindsKnown)))
             m_otherKinds.push_back(m_kindsKnown);
     }
+    // The first element has been asked about; the others are asked about in their order.
     constexpr std::size_t blockSize = 128;
-    for (std::size_t block = 0; block < size; block += blockSize) {
+    auto other = std::upper_bound(m_otherKinds.cbegin(), m_otherKinds.cend(), 0);
+    for (std::size_t block = 1; block < size; block += blockSize) {
         const std::size_t end = std::min(block + blockSize, size);
-        if (!anyMatches(images.data() + block, images.data() + end, matches))
+        const bool hasOther = other != m_otherKinds.cend() && *other < static_cast<int>(end);
+        if (!hasOther && !anyMatches(images.data() + block, images.data() + end, matches))
             continue;
         for (std::size_t i = block; i < end; ++i) {
-            if (matches(images[i]) && elementsEqual(candidate, m_elements.at(static_cast<int>(i))))
+            const int position = static_cast<int>(i);
+            const bool isOther = other != m_otherKinds.cend() && *other == position;
+            if (isOther)
+                ++other;
+            if ((isOther || matches(images[i])) && elementsEqual(candidate, m_elements.at(position)))
                 return true;
         }
     }
-    return std::any_of(m_otherKinds.cbegin(), m_otherKinds.cend(), [this, &candidate](int position) {
-        return elementsEqual(candidate, m_elements.at(position));
-    });
+    return false;
 }
 
 int indexOfEqual(const QVariantList &list, const QVariant &value)

@@ -1,7 +1,9 @@
+#include "hostapi/VariableScope.h"
 #include "operations/ElementScan.h"
 #include "operations/ListFunctions.h"
 #include "tests/support/SampleValues.h"
 #include "tests/support/ShowValue.h"
+#include "tests/support/StepFamily.h"
 
 #include <QRandomGenerator>
 #include <QtTest>
@@ -35,9 +37,29 @@ namespace
 {
 QVariant traced(int id, bool equal = false)
 {
-    static const bool registered = QMetaType::registerComparators<Traced>();
+    static const bool registered = QMetaType::registerComparators<Traced>()
+        && QMetaType::registerConverter<int, Traced>([](int number) { return Traced{number}; });
     Q_UNUSED(registered)
     return QVariant::fromValue(Traced{id, equal});
+}
+
+QVariantList tracedList(int size)
+{
+    QVariantList list;
+    for (int id = 1; id <= size; ++id)
+        list.append(traced(id));
+    return list;
+}
+
+// What a scan for each of a list's elements among those before it asks when no two are equal.
+QStringList everyPairOnce(int size)
+{
+    QStringList asked;
+    for (int candidate = 2; candidate <= size; ++candidate) {
+        for (int kept = 1; kept < candidate; ++kept)
+            asked += QString("%1=%2").arg(candidate).arg(kept);
+    }
+    return asked;
 }
 
 QStringList takeTrace()
@@ -60,6 +82,8 @@ private slots:
     void scansLikeAPlainLoop();
     void randomLists();
     void scansInOrderAndStop();
+    void stepsAskInOrder_data();
+    void stepsAskInOrder();
 };
 
 void TestElementsEqual::knownPairs_data()
@@ -178,7 +202,7 @@ void TestElementsEqual::randomLists()
 
 void TestElementsEqual::scansInOrderAndStop()
 {
-    const QVariantList list{traced(1), traced(2), 7, traced(3, true), traced(4, true)};
+    const QVariantList list{traced(1), traced(2), "7", traced(3, true), traced(4, true)};
     takeTrace();
     QCOMPARE(::indexOfEqual(list, traced(9, true)), 3);
     QCOMPARE(takeTrace(), QStringList({"1=9", "2=9", "3=9"}));
@@ -188,6 +212,65 @@ void TestElementsEqual::scansInOrderAndStop()
     QCOMPARE(takeTrace(), QStringList({"1=9", "2=9", "3=9", "4=9"}));
     QVERIFY(!::equalsAny(traced(9), list));
     QCOMPARE(takeTrace(), QStringList({"9=1", "9=2", "9=3", "9=4"}));
+}
+
+void TestElementsEqual::stepsAskInOrder_data()
+{
+    QTest::addColumn<QString>("typeId");
+    QTest::addColumn<QVariantList>("listA");
+    QTest::addColumn<QVariantList>("listB");
+    QTest::addColumn<QStringList>("asked");
+
+    const auto row = [](const char *name, const char *typeId, const QVariantList &a, const QVariantList &b,
+                        const QStringList &asked) {
+        QTest::addRow("%s: %s", typeId, name) << QString(typeId) << a << b << asked;
+    };
+    const auto nested = [](const QVariantList &elements) { return QVariant(elements); };
+
+    for (const int size : {0, 1, 2, 10, 100, 300})
+        row(qPrintable(QString("%1 unlike").arg(size)), "list.dedup", tracedList(size), {},
+            everyPairOnce(size));
+    row("up to the first equal one", "list.dedup",
+        {traced(1), traced(2, true), traced(3), traced(4, true), traced(5)}, {},
+        {"2=1", "3=1", "3=2", "4=1", "4=2", "5=1", "5=2", "5=3"});
+    row("between other kinds", "list.dedup", {"x", traced(1), 2.5, traced(2), "y", QVariant(), traced(3)}, {},
+        {"2=1", "3=1", "3=2"});
+    row("in lists", "list.dedup", {nested({7, traced(1)}), nested({7, traced(2)}), nested({7, traced(3)})},
+        {}, {"2=1", "3=1", "3=2"});
+    row("in lists, beside a number", "list.dedup",
+        {nested({traced(1), 7}), nested({7, traced(2)}), nested({traced(3), 7})}, {}, {"1=7", "3=1", "3=7"});
+    // An int is converted to the user type and stands on the right.
+    row("a number, found first", "list.dedup", {5, traced(1), 5}, {}, {"1=5"});
+    row("a number, found between others", "list.subtract", {5}, {4, traced(1), 5, traced(2)}, {"1=5"});
+    row("a number, found behind others", "list.subtract", {5}, {traced(1), 4, traced(2), 5, traced(3)},
+        {"1=5", "2=5"});
+    row("a number, not found", "list.subtract", {5}, {traced(1), 4, traced(2), 6}, {"1=5", "2=5"});
+
+    row("unlike", "list.subtract", {traced(9)}, {traced(1), traced(2)}, {"9=1", "9=2"});
+    row("up to the first equal one", "list.subtract", {traced(9, true), traced(8)},
+        {traced(1), traced(2, true), traced(3, true)}, {"9=1", "9=2", "8=1", "8=2", "8=3"});
+    row("unlike", "list.intersect", {traced(9)}, {traced(1), traced(2)}, {"9=1", "9=2"});
+    row("list B first, then the result", "list.intersect", {traced(9, true), traced(8, true), traced(7)},
+        {traced(1), traced(2, true)}, {"9=1", "9=2", "8=1", "8=2", "8=9", "7=1", "7=2"});
+}
+
+void TestElementsEqual::stepsAskInOrder()
+{
+    QFETCH(QString, typeId);
+    QFETCH(QVariantList, listA);
+    QFETCH(QVariantList, listB);
+    QFETCH(QStringList, asked);
+    VariableScope scope;
+    scope.set("a", listA);
+    scope.set("b", listB);
+    const QVariantMap settings = typeId == "list.dedup"
+        ? QVariantMap{{"targetVar", "a"}}
+        : QVariantMap{{"listA", "a"}, {"listB", "b"}, {"targetVar", "a"}};
+    const StepPointer step = newStep(typeId, settings);
+    step->setVariableScope(&scope);
+    takeTrace();
+    step->doOperation();
+    QCOMPARE(takeTrace(), asked);
 }
 
 QTEST_GUILESS_MAIN(TestElementsEqual)
