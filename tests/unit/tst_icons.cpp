@@ -5,7 +5,10 @@
 
 #include <QDirIterator>
 #include <QPluginLoader>
+#include <QProcess>
+#include <QRegularExpression>
 #include <QResource>
+#include <QStandardPaths>
 #include <QXmlStreamReader>
 #include <QtTest>
 
@@ -226,6 +229,8 @@ private slots:
     void theCheckedInFilesAreCompiledIn();
     void readInPieces_data();
     void readInPieces();
+    void compiledForm();
+    void theirRegistrationComesFirst();
     void unloadingTakesThemAway();
 
 private:
@@ -381,6 +386,50 @@ void TestIcons::readInPieces()
 
     QVERIFY(file.seek(file.size() - 7));
     QCOMPARE(file.readAll(), QByteArray("</svg>\n"));
+}
+
+/// The compiled form: that of Qt 5.15, with one entry for each file, for every country and language.
+void TestIcons::compiledForm()
+{
+    const QByteArray source = contentOf(RESOURCE_SOURCE);
+    QVERIFY(source.contains("int version = 3;\n    QT_RCC_PREPEND_NAMESPACE(qRegisterResourceData)"));
+
+    const QByteArray start = "qt_resource_struct[] = {";
+    const int from = source.indexOf(start) + start.size();
+    const QString tree = QString::fromLatin1(source.mid(from, source.indexOf("};", from) - from));
+    QByteArray bytes;
+    auto numbers = QRegularExpression("0x([0-9a-f]{1,2}),").globalMatch(tree);
+    while (numbers.hasNext())
+        bytes += char(numbers.next().captured(1).toInt(nullptr, 16));
+    constexpr int entrySize = 22; // with a time of modification
+    QCOMPARE(bytes.size(), (2 + iconPaths.size()) * entrySize);
+    for (int file = 2; file < 2 + iconPaths.size(); ++file)
+        QCOMPARE(bytes.mid(file * entrySize + 6, 4).toHex(' '), QByteArray("00 00 00 01"));
+}
+
+/// Nothing else in the library runs when it is loaded.
+void TestIcons::theirRegistrationComesFirst()
+{
+    QFile file(LISTOPERPLUGIN_FILE);
+    QVERIFY2(file.open(QIODevice::ReadOnly), qPrintable(file.errorString()));
+    if (!file.read(4).startsWith("\x7f"
+                                 "ELF"))
+        QSKIP("Initialisers are looked up on systems with ELF libraries only.");
+    const QString nm = QStandardPaths::findExecutable("nm");
+    if (nm.isEmpty())
+        QSKIP("The program nm, of the package binutils, is not installed.");
+    QProcess process;
+    process.start(nm, {"--defined-only", "--format=posix", LISTOPERPLUGIN_FILE});
+    QVERIFY2(process.waitForFinished() && process.exitCode() == 0, process.readAllStandardError());
+
+    // Sanitizers and coverage counters have initialisers with a priority, a number behind the prefix.
+    const QRegularExpression initialiser("^_GLOBAL__sub_I_(?!\\d{5}_)(\\S+)",
+                                         QRegularExpression::MultilineOption);
+    QStringList files;
+    auto matches = initialiser.globalMatch(QString::fromUtf8(process.readAllStandardOutput()));
+    while (matches.hasNext())
+        files << matches.next().captured(1);
+    QCOMPARE(files, QStringList("qrc_listoper.cpp"));
 }
 
 void TestIcons::unloadingTakesThemAway()
