@@ -22,8 +22,11 @@ enum class VarType : qint32 {
 ///
 /// **Names.** One leading "$" is the mark of a reference and not a part of the name: `$names` and
 /// `names` address the same variable. The mark is taken off once, so `$$a` addresses the variable
-/// named `$a`. An empty name, and the mark alone, address no variable: reading gives what an unknown
-/// name gives, writing changes nothing. Names are compared exactly, case included.
+/// named `$a`. The value text of a step has a mark of its own, which the step takes off before it hands
+/// on the rest: there `$a` and `$$a` both refer to the variable `a`, and only `$$$a` to one named `$a`.
+/// A host had better let no variable be made whose own name begins with the mark. An empty name, and
+/// the mark alone, address no variable: reading gives what an unknown name gives, writing changes
+/// nothing. Names are compared exactly, case included.
 ///
 /// **Values.** A value is kept as it was given; the scope converts nothing. Values are implicitly
 /// shared, so handing a list in or out copies a pointer, and no later change of the scope shows in a

@@ -2,6 +2,7 @@
 #include "tests/support/StepFamily.h"
 #include "tests/support/StepTable.h"
 
+#include <QBuffer>
 #include <QDataStream>
 #include <QRandomGenerator>
 #include <QtEndian>
@@ -170,6 +171,8 @@ private slots:
     void randomBytes_data();
     void randomBytes();
     void recordsInARow();
+    void streamsStayAsTheyAreSet_data();
+    void streamsStayAsTheyAreSet();
 };
 
 void TestRecords::literalBytes_data()
@@ -331,6 +334,37 @@ void TestRecords::recordsInARow()
         }
         QVERIFY(reader.atEnd());
         QCOMPARE(reader.status(), QDataStream::Ok);
+    }
+}
+
+void TestRecords::streamsStayAsTheyAreSet_data()
+{
+    addSampleRows();
+}
+
+void TestRecords::streamsStayAsTheyAreSet()
+{
+    QFETCH(QString, typeId);
+    QFETCH(QVariantList, fields);
+    const StepPointer step = stepWith(typeId, fields);
+    for (const Format &format : formats) {
+        for (const auto precision : {QDataStream::SinglePrecision, QDataStream::DoublePrecision}) {
+            QBuffer buffer;
+            QVERIFY(buffer.open(QIODevice::ReadWrite));
+            QDataStream stream(&buffer);
+            stream.setVersion(format.version);
+            stream.setByteOrder(format.byteOrder);
+            stream.setFloatingPointPrecision(precision);
+            const auto isAsSet = [&] {
+                return stream.version() == format.version && stream.byteOrder() == format.byteOrder
+                    && stream.floatingPointPrecision() == precision && stream.status() == QDataStream::Ok;
+            };
+            step->saveOperation(stream);
+            QVERIFY2(isAsSet(), format.name);
+            QVERIFY(buffer.seek(0));
+            step->loadOperation(stream);
+            QVERIFY2(isAsSet(), format.name);
+        }
     }
 }
 

@@ -5,6 +5,7 @@
 
 #include <QtTest>
 
+#include <climits>
 #include <cstdlib>
 #include <new>
 
@@ -72,6 +73,8 @@ private slots:
     void calls();
     void copies_data();
     void copies();
+    void destinationsOfUnknownType_data();
+    void destinationsOfUnknownType();
 };
 
 void TestScopeCalls::init()
@@ -80,6 +83,9 @@ void TestScopeCalls::init()
                  {"b", {VarType::List, QVariantList{2, 3}}},
                  {"c", {VarType::List, QVariantList()}},
                  {"$marked", {VarType::List, QVariantList{1}}},
+                 {" a ", {VarType::List, QVariantList{3}}},
+                 {"\t", {VarType::List, QVariantList{4}}},
+                 {" int ", {VarType::Int, 5}},
                  {"int", {VarType::Int, 5}}};
 }
 
@@ -101,7 +107,13 @@ void TestScopeCalls::calls_data()
         {{"targetVar", "a"}, {"value", "$b"}, {"index", "x"}}, "typeOf a, get a, get b");
     row("names go through as they are", "list.add", {{"targetVar", "$marked"}, {"value", "$$marked"}},
         "typeOf $marked, get $marked, get $marked, set $marked");
+    row("blanks belong to a name", "list.add", {{"targetVar", " a "}, {"value", "$ a "}},
+        "typeOf  a , get  a , get  a , set  a ");
+    row("a blank name", "list.add", {{"targetVar", "\t"}, {"value", "$\t"}},
+        "typeOf \t, get \t, get \t, set \t");
     row("no list", "list.add", {{"targetVar", "int"}, {"value", "$b"}}, "typeOf int");
+    row("no list, blanks belong to a name", "list.add", {{"targetVar", " int "}, {"value", "$b"}},
+        "typeOf  int ");
     row("no name", "list.add", {{"value", "$b"}}, "");
 
     row("by position", "list.remove", {{"targetVar", "a"}, {"index", "0"}, {"value", "$b"}},
@@ -112,6 +124,13 @@ void TestScopeCalls::calls_data()
     row("by reference", "list.remove", {{"targetVar", "a"}, {"mode", 1}, {"value", "$int"}},
         "typeOf a, get a, get int");
 
+    row("by reference, in an empty list", "list.remove", {{"targetVar", "c"}, {"mode", 1}, {"value", "$int"}},
+        "typeOf c, get c, get int");
+    row("blanks belong to a name", "list.remove", {{"targetVar", " a "}, {"index", "0"}},
+        "typeOf  a , get  a , set  a ");
+    row("a blank name", "list.remove", {{"targetVar", "\t"}, {"mode", 1}, {"value", "$ int "}},
+        "typeOf \t, get \t, get  int ");
+
     row("found", "list.get", {{"sourceVar", "a"}, {"index", "0"}, {"targetVar", "int"}},
         "typeOf a, get a, typeOf int, set int");
     row("out of range", "list.get", {{"sourceVar", "a"}, {"index", "3"}, {"targetVar", "int"}},
@@ -120,7 +139,17 @@ void TestScopeCalls::calls_data()
     row("refused", "list.get", {{"sourceVar", "a"}, {"index", "0"}, {"targetVar", "c"}},
         "typeOf a, get a, typeOf c");
 
+    row("blanks belong to a name", "list.get", {{"sourceVar", " a "}, {"index", "0"}, {"targetVar", " int "}},
+        "typeOf  a , get  a , typeOf  int , set  int ");
+    row("a blank name", "list.get", {{"sourceVar", "\t"}, {"index", "0"}, {"targetVar", "\t"}},
+        "typeOf \t, get \t, typeOf \t");
+    row("a blank destination", "list.get", {{"sourceVar", "a"}, {"index", "0"}, {"targetVar", "  "}},
+        "typeOf a, get a, typeOf   ");
+
     for (const char *typeId : {"list.clear", "list.sort", "list.reverse", "list.dedup"}) {
+        row("blanks belong to a name", typeId, {{"targetVar", " a "}}, "typeOf  a , get  a , set  a ");
+        row("a blank name", typeId, {{"targetVar", "\t"}}, "typeOf \t, get \t, set \t");
+        row("an unknown blank name", typeId, {{"targetVar", "  "}}, "typeOf   ");
         row("written once", typeId, {{"targetVar", "a"}}, "typeOf a, get a, set a");
         row("empty list", typeId, {{"targetVar", "c"}}, "typeOf c, get c, set c");
         row("no list", typeId, {{"targetVar", "int"}}, "typeOf int");
@@ -137,6 +166,10 @@ void TestScopeCalls::calls_data()
         pair("into itself", "a", "a", "a", "typeOf a, get a, typeOf a, typeOf a, get a, set a");
         pair("names go through as they are", "$marked", "b", "$marked",
              "typeOf $marked, get $marked, typeOf $marked, typeOf b, get b, set $marked");
+        pair("blanks belong to a name", " a ", "\t", " a ",
+             "typeOf  a , get  a , typeOf  a , typeOf \t, get \t, set  a ");
+        pair("a blank name", "\t", " a ", "\t", "typeOf \t, get \t, typeOf \t, typeOf  a , get  a , set \t");
+        pair("a blank destination", "a", "b", "  ", "typeOf a, get a, typeOf   ");
         pair("list A is no list", "int", "b", "c", "typeOf int");
         pair("no destination", "a", "b", "int", "typeOf a, get a, typeOf int");
         pair("list B is no list", "a", "int", "c", "typeOf a, get a, typeOf c, typeOf int");
@@ -218,6 +251,49 @@ void TestScopeCalls::copies()
     const int made = allocations - before;
     QVERIFY2(made >= elements && made < elements + 100, qPrintable(QString("%1 allocations").arg(made)));
     QCOMPARE(a.first(), QVariant(2000));
+}
+
+void TestScopeCalls::destinationsOfUnknownType_data()
+{
+    QTest::addColumn<int>("type");
+    QTest::addColumn<QVariant>("element");
+    QTest::addColumn<QString>("written");
+    for (const int type : {7, 100, -1, INT_MAX, INT_MIN}) {
+        const auto row = [type](const QVariant &element, const char *written) {
+            QTest::addRow("%s to type %d", qUtf8Printable(shown(element)), type)
+                << type << element << QString(written);
+        };
+        row(5, "int 5");
+        row(2.5, "double +2.5");
+        row(true, "bool true");
+        row(" a ", "text \" a \"");
+        row(QVariantList{1, "b"}, "[int 1, text \"b\"]");
+        row(QStringList{"x"}, "QStringList [text \"x\"]");
+        row(QVariantMap{{"a", 1}}, "{a: int 1}");
+        row(QVariant(), "invalid");
+        row("", "invalid"); // what is empty becomes the empty value of the type, and such a type has none
+        row(QVariant(QVariant::Int), "invalid");
+    }
+}
+
+// A later version of the host may know types that the steps do not.
+void TestScopeCalls::destinationsOfUnknownType()
+{
+    QFETCH(int, type);
+    QFETCH(QVariant, element);
+    QFETCH(QString, written);
+    variables["source"] = {VarType::List, QVariantList() << element};
+    variables["target"] = {static_cast<VarType>(type), "before"};
+    const StepPointer step =
+        newStep("list.get", {{"sourceVar", "source"}, {"index", "0"}, {"targetVar", "target"}});
+    VariableScope scope;
+    step->setVariableScope(&scope);
+    const WarningLog log;
+    ::calls.clear();
+    step->doOperation();
+    QCOMPARE(::calls.last(), QString("set target"));
+    QCOMPARE(shown(variables["target"].value), written);
+    QCOMPARE(log.take(), QStringList());
 }
 
 QTEST_GUILESS_MAIN(TestScopeCalls)

@@ -138,6 +138,38 @@ void giveBaseState(Operation &step)
     step.loadOperation(stream);
 }
 
+// Notes what a child is like at the moment when it becomes one.
+class NotingParent : public QObject
+{
+public:
+    QStringList added;
+
+protected:
+    void childEvent(QChildEvent *event) override
+    {
+        const auto *step = qobject_cast<Operation *>(event->child());
+        if (event->added())
+            added += step ? step->typeId() + ' ' + shown(settingsOf(*step)) + ' ' + recordOf(*step).toHex()
+                          : QString("no step yet");
+    }
+};
+
+template<typename Step>
+class Renamed : public Step
+{
+public:
+    QString typeName() const override
+    {
+        return "another name";
+    }
+};
+
+template<typename... Steps>
+QStringList summariesOfRenamed()
+{
+    return {Renamed<Steps>().toString()...};
+}
+
 void addStepColumn()
 {
     QTest::addColumn<QString>("typeId");
@@ -166,12 +198,17 @@ private slots:
     void propertiesReachTheSettings();
     void clone_data();
     void clone();
+    void cloneJoinsItsParentAsItIs_data();
+    void cloneJoinsItsParentAsItIs();
     void cloneHasNoScope_data();
     void cloneHasNoScope();
     void metaCast_data();
     void metaCast();
     void texts_data();
     void texts();
+    void summariesAskForTheName();
+    void textsAreNeverShortened_data();
+    void textsAreNeverShortened();
     void markersInSettingsAreFilledToo_data();
     void markersInSettingsAreFilledToo();
     void translation_data();
@@ -366,6 +403,24 @@ void TestStepFrame::clone()
     QVERIFY(shown(settingsOf(*cloned)) != shown(before));
 }
 
+void TestStepFrame::cloneJoinsItsParentAsItIs_data()
+{
+    addStepColumn();
+}
+
+// All settings and the base state are copied before the parent hears of its child, and it hears of it once.
+void TestStepFrame::cloneJoinsItsParentAsItIs()
+{
+    QFETCH(QString, typeId);
+    const StepPointer source = newStep(typeId);
+    configure(*source);
+    giveBaseState(*source);
+    NotingParent parent;
+    source->clone(&parent);
+    QCOMPARE(parent.added,
+             QStringList(typeId + ' ' + shown(settingsOf(*source)) + ' ' + recordOf(*source).toHex()));
+}
+
 void TestStepFrame::cloneHasNoScope_data()
 {
     addStepColumn();
@@ -426,10 +481,14 @@ void TestStepFrame::texts_data()
 
     row("by value", "list.remove", {{"targetVar", "$names"}, {"mode", 1}, {"index", "1"}, {"value", "$v"}},
         "列表移除项: $names (mode=1)", "从列表 $names 按值 $v 移除项");
+    row("by value, blanks", "list.remove", {{"targetVar", " n "}, {"mode", 1}, {"value", " v\t"}},
+        "列表移除项: $ n  (mode=1)", "从列表 $ n  按值  v\t 移除项");
     row("mode 2", "list.remove", {{"targetVar", "names"}, {"mode", 2}, {"value", "v"}},
         "列表移除项: $names (mode=2)", "从列表 $names 按值 v 移除项");
     row("negative mode", "list.remove", {{"targetVar", "names"}, {"mode", -2147483647 - 1}, {"value", "v"}},
         "列表移除项: $names (mode=-2147483648)", "从列表 $names 按值 v 移除项");
+    row("get, blanks", "list.get", {{"sourceVar", " n "}, {"index", " 2\t"}, {"targetVar", " "}},
+        "列表取项: $ n [ 2\t] -> $ ", "取列表 $ n  第  2\t 项写入 $ ");
     row("descending", "list.sort", {{"targetVar", "$scores"}, {"ascending", false}},
         "列表排序: $scores (desc)", "对列表 $scores 排序（降序）");
     row("the mark alone", "list.clear", {{"targetVar", "$"}}, "列表清空: $", "清空列表 $");
@@ -471,6 +530,38 @@ void TestStepFrame::texts()
     const StepPointer cloned(step->clone(nullptr));
     QCOMPARE(cloned->toString(), summary);
     QCOMPARE(cloned->description(), description);
+}
+
+void TestStepFrame::summariesAskForTheName()
+{
+    const QStringList summaries =
+        summariesOfRenamed<ListAddOperation, ListRemoveOperation, ListGetOperation, ListClearOperation,
+                           ListSortOperation, ListMergeOperation, ListReverseOperation, ListDedupOperation,
+                           ListIntersectOperation, ListSubtractOperation>();
+    for (const QString &summary : summaries)
+        QVERIFY2(summary.startsWith("another name: "), qUtf8Printable(summary));
+}
+
+void TestStepFrame::textsAreNeverShortened_data()
+{
+    addStepColumn();
+}
+
+void TestStepFrame::textsAreNeverShortened()
+{
+    QFETCH(QString, typeId);
+    const StepPointer step = newStep(typeId);
+    QStringList texts;
+    for (const QString &filler : {QString(), QString(100000, 'x')}) {
+        for (const Setting &setting : settingsTable(typeId)) {
+            if (setting.otherValue.userType() == QMetaType::QString)
+                step->setProperty(setting.name.toUtf8(), '<' + filler + '>');
+        }
+        texts << step->toString().replace('<' + filler + '>', "<>")
+              << step->description().replace('<' + filler + '>', "<>");
+    }
+    QVERIFY(texts.at(0).contains("<>") && texts.at(1).contains("<>"));
+    QCOMPARE(texts.mid(2), texts.mid(0, 2));
 }
 
 void TestStepFrame::markersInSettingsAreFilledToo_data()

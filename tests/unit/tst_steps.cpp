@@ -48,7 +48,7 @@ Variables otherVariables()
 
 QStringList namesOfNoList()
 {
-    QStringList names{"missing", "$missing", "$int"};
+    QStringList names{"missing", "$missing", "$int", " int ", "$ int", " ", QString(100000, 'x')};
     for (const Variable &variable : otherVariables())
         names += variable.name;
     return names;
@@ -193,7 +193,7 @@ void TestSteps::frame_data()
         const QString typeId = step->typeId();
         const QString property = firstListOf(typeId);
         const auto row = [&](const QString &name, const QStringList &warnings) {
-            QTest::addRow("%s on '%s'", qPrintable(typeId), qPrintable(name))
+            QTest::addRow("%s on '%s'", qPrintable(typeId), qPrintable(name.left(20)))
                 << typeId << QVariantMap{{property, name}} << otherVariables() << QString() << QVariant()
                 << warnings;
         };
@@ -233,6 +233,8 @@ void TestSteps::add_data()
     };
     adds("no position", at(""), {"a", "b", "c", "x"});
     adds("blank position", at(" \t "), {"a", "b", "c", "x"});
+    adds("position of wide blanks", at("\u3000\u3000"), {"a", "b", "c", "x"});
+    adds("position with wide blanks", at("\u30001\u3000"), {"a", "x", "b", "c"});
     adds("position 0", at("0"), {"x", "a", "b", "c"});
     adds("position 1", at("1"), {"a", "x", "b", "c"});
     adds("position 3", at("3"), {"a", "b", "c", "x"});
@@ -275,12 +277,17 @@ void TestSteps::add_data()
     adds("a list by type, an int by value", {{"targetVar", "odd"}, {"value", "x"}}, {"x"});
     adds("string list", {{"targetVar", "texts"}, {"value", "1"}}, {"x", "y", 1.0});
 
-    for (const char *index : {"1.5", "abc", "$i", "0x1", "2147483648", "1 2", "1e0"}) {
-        for (const QString &stored : {QString(index), ' ' + QString(index) + "\t"})
+    for (const char *index : {"1.5", "abc", "$i", "0x1", "2147483648", "1   2", "1e0"}) {
+        for (const QString &stored :
+             {QString(index), ' ' + QString(index) + "\t", QString("\u3000%1\u3000").arg(index)})
             QTest::addRow("bad position '%s'", qPrintable(stored))
                 << "list.add" << at(qPrintable(stored)) << variables << "" << QVariant()
                 << QStringList(warning("[ListAdd] 插入位置非法：", index));
     }
+    const QString longText(100000, 'x');
+    QTest::newRow("bad position, a long one")
+        << "list.add" << QVariantMap{{"targetVar", "names"}, {"index", longText}} << variables << ""
+        << QVariant() << QStringList(warning("[ListAdd] 插入位置非法：", longText));
     QTest::newRow("bad position and missing value")
         << "list.add" << QVariantMap{{"targetVar", "names"}, {"value", "$missing"}, {"index", "x"}}
         << variables << "" << QVariant() << QStringList(warning("[ListAdd] 插入位置非法：", "x"));
@@ -326,6 +333,13 @@ void TestSteps::remove_data()
         QTest::addRow("position '%s'", index)
             << "list.remove" << settings("abc", 0, index) << variables << "" << QVariant()
             << QStringList(warning("[ListRemove] 索引越界：", index));
+    const QString longText(100000, 'x');
+    QTest::newRow("position, a long one")
+        << "list.remove" << QVariantMap{{"targetVar", "abc"}, {"index", longText}} << variables << ""
+        << QVariant() << QStringList(warning("[ListRemove] 索引越界：", longText));
+    QTest::newRow("value, a long one")
+        << "list.remove" << QVariantMap{{"targetVar", "abc"}, {"mode", 1}, {"value", longText}} << variables
+        << "" << QVariant() << QStringList(warning("[ListRemove] 未找到匹配项：", longText));
     for (const char *name : {"empty", "odd"})
         QTest::addRow("position 0 of %s", name)
             << "list.remove" << settings(name, 0, "0") << variables << "" << QVariant()
@@ -379,6 +393,7 @@ void TestSteps::get_data()
                                           listVariable("mixed", {nested, "[1, a]", 5, "12abc", QVariant()}),
                                           listVariable("empty", {}),
                                           {"odd", VarType::List, 5},
+                                          {" odd text ", VarType::String, "before"},
                                           {"texts", VarType::List, QStringList{"x", "y"}}}
         + otherVariables();
     const auto settings = [](const char *source, const char *index, const char *target) {
@@ -405,6 +420,8 @@ void TestSteps::get_data()
           warning("[ListGet] 项与目标变量", "mixed", "类型不匹配，已跳过"));
     skips("nested list to a text", settings("mixed", "0", "text"),
           warning("[ListGet] 项与目标变量", "text", "类型不匹配，已跳过"));
+    skips("nested list to a name with blanks", settings("mixed", "0", " odd text "),
+          warning("[ListGet] 项与目标变量", " odd text ", "类型不匹配，已跳过"));
     skips("text to an int", settings("mixed", "3", "$int"),
           warning("[ListGet] 项与目标变量", "$int", "类型不匹配，已跳过"));
     for (const char *index : {"3", "-1", "1.5", "", " ", " 3 ", "abc", "$int", "2147483648"})
@@ -412,8 +429,11 @@ void TestSteps::get_data()
               warning("[ListGet] 索引越界：", index));
     for (const char *source : {"empty", "odd"})
         skips(source, settings(source, "0", "int"), warning("[ListGet] 索引越界：", "0"));
-    for (const char *target : {"missing", "$missing", "", "$", "untyped"})
-        skips(qPrintable(QString("destination '%1'").arg(target)), settings("mixed", "0", target),
+    const QByteArray longText(100000, 'x');
+    skips("position, a long one", settings("numbers", longText, "int"),
+          warning("[ListGet] 索引越界：", longText));
+    for (const char *target : {"missing", "$missing", "", "$", "untyped", " ", " int ", longText.constData()})
+        skips(qPrintable(QString("destination '%1'").arg(target).left(40)), settings("mixed", "0", target),
               warning("[ListGet] 目标变量", target, "未声明，已跳过"));
     skips("no list, bad position, no destination", settings("int", "x", "missing"), notAList("int"));
 }
@@ -648,7 +668,8 @@ void TestSteps::addTargetRows(const QString &typeId, const char *tag)
     const Variables variables = Variables{listVariable("a", {1}), listVariable("b", {2})} + otherVariables();
     const auto row = [&](const QString &a, const QString &b, const QString &target,
                          const QStringList &warnings) {
-        QTest::addRow("'%s' and '%s' into '%s'", qPrintable(a), qPrintable(b), qPrintable(target))
+        QTest::addRow("'%s' and '%s' into '%s'", qPrintable(a), qPrintable(b.left(20)),
+                      qPrintable(target.left(20)))
             << typeId << QVariantMap{{"listA", a}, {"listB", b}, {"targetVar", target}} << variables << ""
             << QVariant() << warnings;
     };
