@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <type_traits>
 
 namespace
 {
@@ -10,36 +9,6 @@ bool hasImage(const QVariant &element)
 {
     const int kind = element.userType();
     return kind == QMetaType::Int || kind == QMetaType::Double || kind == QMetaType::QString;
-}
-
-// The low bytes of the last eight code units: texts in one list more often begin alike than end alike.
-quint64 textEnd(const QString &text)
-{
-    quint64 end = 0;
-    for (int i = std::max(0, text.size() - 8); i < text.size(); ++i)
-        end = end << 8 | text.at(i).cell();
-    return end;
-}
-
-template<typename Image>
-Image imageOf(const QVariant &element);
-
-template<>
-int imageOf(const QVariant &element)
-{
-    return element.toInt();
-}
-
-template<>
-double imageOf(const QVariant &element)
-{
-    return element.toDouble();
-}
-
-template<>
-quint64 imageOf(const QVariant &element)
-{
-    return textEnd(element.toString());
 }
 
 // Whether a double may equal another one: those that differ by no more than 1e-12 of the smaller do. A NaN
@@ -125,25 +94,14 @@ private:
     ScalarLikeness m_first; // ... and this is the value itself
 };
 
-// Without a way out of the loop, and with a flag as wide as an image, compilers examine several images at
-// a time.
-template<typename Image, typename Matches>
-bool anyMatches(const Image *first, const Image *last, Matches matches)
-{
-    using Flag = std::conditional_t<sizeof(Image) == sizeof(qint32), qint32, qint64>;
-    Flag found = 0;
-    for (; first != last; ++first)
-        found = matches(*first) ? Flag(1) : found;
-    return found != 0;
-}
 } // namespace
 
-ElementScan::ElementScan(int capacity)
+ElementScan::ElementScan(int capacity) : m_capacity(capacity)
 {
     m_elements.reserve(capacity);
 }
 
-ElementScan::ElementScan(const QVariantList &elements) : m_elements(elements) { }
+ElementScan::ElementScan(const QVariantList &elements) : m_elements(elements), m_capacity(elements.size()) { }
 
 void ElementScan::append(const QVariant &element)
 {
@@ -152,50 +110,66 @@ void ElementScan::append(const QVariant &element)
 
 bool ElementScan::containsByImages(const QVariant &candidate)
 {
-    switch (candidate.userType()) {
-    case QMetaType::Int: {
-        const int value = candidate.toInt();
-        return containsMatch(candidate, m_intImages, [value](int image) { return image == value; });
+    View *const view = viewFor(candidate);
+    const auto sought = view ? view->form.sought(candidate) : std::nullopt;
+    if (!sought)
+        return equalsAny(candidate, m_elements);
+    for (int from = 0; from < m_elements.size(); from = static_cast<int>(view->images.size())) {
+        if (from == static_cast<int>(view->images.size()))
+            extend(*view);
+        if (containsIn(*view, from, candidate, *sought))
+            return true;
     }
-    case QMetaType::Double:
-        return containsMatch(candidate, m_doubleImages, CloseTo(candidate.toDouble()));
-    case QMetaType::QString: {
-        const quint64 end = textEnd(candidate.toString());
-        return containsMatch(candidate, m_textImages, [end](quint64 image) { return image == end; });
+    return false;
+}
+
+// The view of candidates like this one; null when there is none.
+ElementScan::View *ElementScan::viewFor(const QVariant &candidate)
+{
+    constexpr std::size_t mostViews = 16; // rows can differ in their forms without end
+    constexpr int fewLists = 7; // the image of a list takes longer than that of a number
+    const int kind = CandidateForm::kindOf(candidate);
+    for (View &view : m_views) {
+        if (view.form.fits(kind, candidate))
+            return &view;
     }
-    default:
-        return std::any_of(m_elements.cbegin() + 1, m_elements.cend(), [&candidate](const QVariant &element) {
-            return elementsEqual(candidate, element);
-        });
+    const bool areFewLists = kind == QMetaType::QVariantList && m_elements.size() < fewLists;
+    if (kind < 0 || areFewLists || m_views.size() == mostViews)
+        return nullptr;
+    m_views.push_back({CandidateForm(candidate), {}, {}});
+    m_views.back().images.reserve(static_cast<std::size_t>(std::max(m_capacity, m_elements.size())));
+    return &m_views.back();
+}
+
+// Makes the next images. Those behind an element that a candidate equals may never be needed.
+void ElementScan::extend(View &view) const
+{
+    constexpr int atATime = 64;
+    const auto from = static_cast<int>(view.images.size());
+    const int to = std::min(from + atATime, m_elements.size());
+    for (int i = from; i < to; ++i) {
+        const auto image = view.form.imageOf(m_elements.at(i));
+        if (!image)
+            view.unseen.push_back(i);
+        view.images.push_back(image.value_or(0));
     }
 }
 
-template<typename Image, typename Matches>
-bool ElementScan::containsMatch(const QVariant &candidate, std::vector<Image> &images, Matches matches)
+// Asks from the position `from` to the end of the images.
+bool ElementScan::containsIn(const View &view, int from, const QVariant &candidate, SoughtImage sought) const
 {
-    const auto size = static_cast<std::size_t>(m_elements.size());
-    while (images.size() < size)
-        images.push_back(imageOf<Image>(m_elements.at(static_cast<int>(images.size()))));
-    for (; m_kindsKnown < m_elements.size(); ++m_kindsKnown) {
-        if (!hasImage(m_elements.at(m_kindsKnown)))
-            m_otherKinds.push_back(m_kindsKnown);
-    }
-    // The first element has been asked about; the others are asked about in their order.
-    constexpr std::size_t blockSize = 128;
-    auto other = std::upper_bound(m_otherKinds.cbegin(), m_otherKinds.cend(), 0);
-    for (std::size_t block = 1; block < size; block += blockSize) {
-        const std::size_t end = std::min(block + blockSize, size);
-        const bool hasOther = other != m_otherKinds.cend() && *other < static_cast<int>(end);
-        if (!hasOther && !anyMatches(images.data() + block, images.data() + end, matches))
-            continue;
-        for (std::size_t i = block; i < end; ++i) {
-            const int position = static_cast<int>(i);
-            const bool isOther = other != m_otherKinds.cend() && *other == position;
-            if (isOther)
-                ++other;
-            if ((isOther || matches(images[i])) && elementsEqual(candidate, m_elements.at(position)))
-                return true;
-        }
+    const quint16 *const images = view.images.data();
+    const auto end = static_cast<int>(view.images.size());
+    auto unseen = std::lower_bound(view.unseen.cbegin(), view.unseen.cend(), from);
+    for (int i = from; i < end; ++i) {
+        const int stop = unseen == view.unseen.cend() ? end : *unseen;
+        i = static_cast<int>(findImage(images + i, images + stop, sought) - images);
+        if (i == end)
+            return false;
+        if (i == stop)
+            ++unseen;
+        if (elementsEqual(candidate, m_elements.at(i)))
+            return true;
     }
     return false;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ElementImage.h"
 #include "ListFunctions.h"
 
 #include <QVariant>
@@ -8,12 +9,11 @@
 
 /// A sequence of list elements that tells whether one of them equals a candidate, by elementsEqual().
 ///
-/// It is a plain scan over all elements, made cheap: beside the elements stands, in one contiguous array,
-/// what each of them looks like to a candidate of one kind (its image), and an element whose image does
-/// not match cannot be equal. Whatever does match is put to elementsEqual() itself, so the images decide
-/// nothing but what need not be asked. They are made for the kinds that scripts mostly hold: `int`,
-/// `double` and text. A candidate of another kind is compared with every element, and an element of
-/// another kind with every candidate.
+/// It is a plain scan, first to last, made cheap: beside the elements stand their images, two bytes each,
+/// and only elements with an image that the candidate looks for are put to elementsEqual() itself. The
+/// images decide nothing but what need not be asked. A candidate without images is compared with every
+/// element, and so is an element without an image, in its turn, with every candidate. No element is asked
+/// about twice for one candidate.
 class ElementScan
 {
 public:
@@ -29,9 +29,9 @@ public:
     /// Whether \a candidate equals one of the elements. The candidate is the left operand.
     bool contains(const QVariant &candidate)
     {
-        // Asking about the first element outright spares lists of equal elements the images.
-        return !m_elements.isEmpty()
-            && (elementsEqual(candidate, m_elements.constFirst()) || containsByImages(candidate));
+        // Making an image and looking for it takes as long as asking about a few elements.
+        constexpr int few = 3;
+        return m_elements.size() <= few ? equalsAny(candidate, m_elements) : containsByImages(candidate);
     }
 
     /// The elements in the order in which they came.
@@ -41,18 +41,22 @@ public:
     }
 
 private:
-    bool containsByImages(const QVariant &candidate);
+    // The elements as candidates of one form see them, as far as one has come to them.
+    struct View
+    {
+        CandidateForm form;
+        std::vector<quint16> images;
+        std::vector<int> unseen; // positions of the elements that have no image
+    };
 
-    template<typename Image, typename Matches>
-    bool containsMatch(const QVariant &candidate, std::vector<Image> &images, Matches matches);
+    bool containsByImages(const QVariant &candidate);
+    View *viewFor(const QVariant &candidate);
+    void extend(View &view) const;
+    bool containsIn(const View &view, int from, const QVariant &candidate, SoughtImage sought) const;
 
     QVariantList m_elements;
-    std::vector<int> m_otherKinds; // positions of the elements that have no images, ...
-    int m_kindsKnown = 0; // ... as far as a candidate with an image has asked for it
-    // One image for each element, as far as a candidate of the kind has asked for it.
-    std::vector<int> m_intImages;
-    std::vector<double> m_doubleImages;
-    std::vector<quint64> m_textImages;
+    int m_capacity;
+    std::vector<View> m_views;
 };
 
 /// The position of the first element of \a list that equals \a value, by elementsEqual() with the element
