@@ -4,8 +4,7 @@
 namespace HostBenchmarks
 {
 constexpr const char *loading = "load the plug-in and create its prototypes";
-constexpr const char *script = "run a script of 100,000 steps";
-constexpr const char *loop = "run its steps without the host";
+constexpr const char *script = "run a script of 100,000 steps that have nothing to do";
 constexpr int scriptSteps = 100000;
 } // namespace HostBenchmarks
 

@@ -21,10 +21,17 @@ QVariant makeElement(Kind kind, int value, int position)
         return value * 1.25 + 0.1;
     case Kind::Text:
         return QStringLiteral("item %1").arg(value, 8, 10, QLatin1Char('0'));
+    case Kind::File:
+        return QStringLiteral("row-%1.csv").arg(value, 8, 10, QLatin1Char('0'));
     case Kind::Mixed:
         return makeElement(position % 2 == 0 ? Kind::Int : Kind::Text, value, position);
     case Kind::Nested:
         return QVariantList{value};
+    case Kind::Row:
+        return QVariantList{value, makeElement(Kind::Text, value, position),
+                            makeElement(Kind::Double, value, position)};
+    case Kind::Long:
+        return Q_INT64_C(4000000000) + value;
     case Kind::Date:
         return QDate::fromJulianDay(2400000 + value);
     case Kind::Invalid:
@@ -36,7 +43,8 @@ QVariant makeElement(Kind kind, int value, int position)
 
 const char *nameOf(Kind kind)
 {
-    static const char *const names[] = {"int", "double", "text", "mixed", "nested", "date", "invalid"};
+    static const char *const names[] = {"int",    "double", "text", "file", "mixed",
+                                        "nested", "row",    "long", "date", "invalid"};
     return names[static_cast<int>(kind)];
 }
 

@@ -7,8 +7,11 @@ enum class Kind {
     Int,
     Double,
     Text,
+    File, ///< Texts that all begin and end alike.
     Mixed, ///< Integers and texts in turn.
     Nested, ///< Lists of one integer.
+    Row, ///< Lists of an integer, a text and a double.
+    Long, ///< Integers of 64 bits.
     Date,
     Invalid,
 };

@@ -74,6 +74,11 @@ std::optional<double> Results::timesAsFastAsPlain(const Case &oneCase) const
     return ratio(oneCase.name(Variant::Plain), oneCase.name(Variant::Step));
 }
 
+std::optional<double> Results::speedAtO2(const Case &oneCase) const
+{
+    return ratio(oneCase.name(Variant::Step), oneCase.name(Variant::Build2));
+}
+
 QJsonArray Results::toJson() const
 {
     QJsonArray array;

@@ -41,6 +41,9 @@ public:
     /// How many times as fast as the plain rule the step is.
     std::optional<double> timesAsFastAsPlain(const Case &oneCase) const;
 
+    /// The speed of the step compiled at -O2, in that of the step compiled at -O3.
+    std::optional<double> speedAtO2(const Case &oneCase) const;
+
     /// All measurements.
     QJsonArray toJson() const;
 

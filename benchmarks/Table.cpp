@@ -29,12 +29,21 @@ std::string ratioText(const std::optional<double> &ratio)
     std::snprintf(text, sizeof text, *ratio < 10 ? "%.2f" : "%.0f", *ratio);
     return text;
 }
+
+std::string smallText(const std::optional<double> &figure)
+{
+    if (!figure)
+        return "-";
+    char text[64];
+    std::snprintf(text, sizeof text, *figure < 1 ? "%.3f" : "%.1f", *figure);
+    return text;
+}
 } // namespace
 
 void printTableHead()
 {
-    std::printf("%-18s %-8s %-10s %8s %10s %8s %8s %12s\n", "step", "elements", "order", "size", "time",
-                "/ floor", "plain /", "allocations");
+    std::printf("%-18s %-8s %-10s %8s %10s %8s %8s %8s %8s %12s\n", "step", "elements", "order", "size",
+                "time", "/ floor", "plain /", "O2 : O3", "ns each", "allocations");
 }
 
 void printTableRow(const Case &oneCase, const Results &results)
@@ -45,10 +54,14 @@ void printTableRow(const Case &oneCase, const Results &results)
     std::optional<double> allocationsPerElement = step->allocations;
     if (allocationsPerElement && oneCase.size > 0)
         *allocationsPerElement /= oneCase.size;
-    std::printf("%-18s %-8s %-10s %8d %10s %8s %8s %12s\n", oneCase.step.c_str(), nameOf(oneCase.kind),
-                nameOf(oneCase.shape), oneCase.size, timeText(step->nanoseconds).c_str(),
-                ratioText(results.timesFloor(oneCase)).c_str(),
+    std::optional<double> nanosecondsEach;
+    if (oneCase.comparisons() > 0)
+        nanosecondsEach = step->nanoseconds / oneCase.comparisons();
+    std::printf("%-18s %-8s %-10s %8d %10s %8s %8s %8s %8s %12s\n", oneCase.step.c_str(),
+                nameOf(oneCase.kind), nameOf(oneCase.shape), oneCase.size,
+                timeText(step->nanoseconds).c_str(), ratioText(results.timesFloor(oneCase)).c_str(),
                 ratioText(results.timesAsFastAsPlain(oneCase)).c_str(),
+                ratioText(results.speedAtO2(oneCase)).c_str(), smallText(nanosecondsEach).c_str(),
                 ratioText(allocationsPerElement).c_str());
     std::fflush(stdout);
 }

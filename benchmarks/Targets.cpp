@@ -131,25 +131,63 @@ Target loadingTarget(const Results &results)
 Target scriptTarget(const Results &results)
 {
     const auto script = results.find(HostBenchmarks::script);
-    const auto loop = results.find(HostBenchmarks::loop);
     Figures figures;
-    if (script && loop)
-        figures.push_back((script->nanoseconds - loop->nanoseconds) / HostBenchmarks::scriptSteps / 1e3);
+    if (script)
+        figures.push_back(script->nanoseconds / HostBenchmarks::scriptSteps / 1e3);
     return atMost(2, " us", "the host's part in a step of a script", figures);
+}
+
+constexpr const char *scanSteps[] = {"dedup", "intersect", "subtract"};
+
+Target buildTarget(const Results &results)
+{
+    Figures figures;
+    for (const char *step : scanSteps) {
+        for (const Kind kind : {Kind::Int, Kind::Double, Kind::Text, Kind::File, Kind::Mixed, Kind::Nested,
+                                Kind::Row, Kind::Long})
+            figures.push_back(results.speedAtO2({step, kind, Shape::Random, scanSize}));
+    }
+    return atLeast(0.9, " times", "scans, compiled at -O2, as fast as at -O3", figures);
+}
+
+Target longListTarget(const Results &results)
+{
+    const auto step = results.step({"dedup", Kind::Text, Shape::Random, 100000});
+    return atMost(0.45, " s", "dedup, 100,000 texts",
+                  {step ? std::optional(step->nanoseconds / 1e9) : std::nullopt});
+}
+
+Target scanMemoryTarget(const Results &results)
+{
+    Figures figures;
+    for (const Kind kind : {Kind::Int, Kind::Double, Kind::Text, Kind::File, Kind::Mixed, Kind::Nested,
+                            Kind::Row, Kind::Long, Kind::Date}) {
+        const Case oneCase{"dedup", kind, Shape::Random, scanSize};
+        const auto step = results.step(oneCase);
+        const auto floor = results.find(oneCase.name(Variant::Floor));
+        if (step && floor && step->bytes && floor->bytes)
+            figures.push_back((*step->bytes - *floor->bytes) / scanSize);
+    }
+    return atMost(4.1, " bytes", "dedup, memory beside the list, for each element", figures); // and a rest
 }
 } // namespace
 
 std::vector<Target> targets(const std::vector<Case> &cases, const Results &results)
 {
     std::vector<Target> all;
-    for (const char *step : {"dedup", "intersect", "subtract"}) {
-        all.push_back(scanTarget(step, "int", {Kind::Int}, 40, results));
-        all.push_back(scanTarget(step, "double", {Kind::Double}, 12, results));
-        all.push_back(scanTarget(step, "text", {Kind::Text}, 8, results));
-        all.push_back(scanTarget(step, "int and text mixed", {Kind::Mixed}, 3, results));
-        all.push_back(scanTarget(step, "nested lists, dates, invalid",
-                                 {Kind::Nested, Kind::Date, Kind::Invalid}, sameSpeed, results));
+    for (const char *step : scanSteps) {
+        all.push_back(scanTarget(step, "int", {Kind::Int}, 280, results));
+        all.push_back(scanTarget(step, "double", {Kind::Double}, 220, results));
+        all.push_back(
+            scanTarget(step, "text, also with shared ends", {Kind::Text, Kind::File}, 140, results));
+        all.push_back(scanTarget(step, "int and text mixed", {Kind::Mixed}, 500, results));
+        all.push_back(scanTarget(step, "rows, one-element lists", {Kind::Row, Kind::Nested}, 150, results));
+        all.push_back(scanTarget(step, "dates, 64-bit integers", {Kind::Date, Kind::Long}, 50, results));
+        all.push_back(scanTarget(step, "invalid", {Kind::Invalid}, sameSpeed, results));
     }
+    all.push_back(buildTarget(results));
+    all.push_back(longListTarget(results));
+    all.push_back(scanMemoryTarget(results));
     all.push_back(sortTarget(Kind::Int, 4, results));
     all.push_back(sortTarget(Kind::Double, 1.8, results));
     all.push_back(sortTarget(Kind::Text, 2, results));
