@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QDate>
+#include <QDateTime>
 #include <QObject>
 #include <QString>
 #include <QVariant>
@@ -59,10 +59,25 @@ public:
         return m_rest;
     }
 
-    /// The next element: a line whose first character tells its type and whose rest its value.
+    /// The next element: a line whose first character tells its type and whose rest its value. A row has its
+    /// cells, elements that take one line, in the line itself.
     QVariant element(int depth = 0)
     {
         const QByteArray whole = line();
+        if (whole.startsWith('['))
+            return depth < maximumDepth ? elements(depth + 1) : QVariantList();
+        if (!whole.startsWith('r'))
+            return cell(whole);
+        QVariantList row;
+        const QList<QByteArray> cells = whole.mid(1).split('|');
+        for (const QByteArray &text : cells)
+            row.append(cell(text));
+        return row;
+    }
+
+    /// The element that \a whole, a line or a part of one, tells of.
+    static QVariant cell(const QByteArray &whole)
+    {
         const QByteArray value = whole.mid(1);
         switch (whole.isEmpty() ? '\0' : whole.front()) {
         case 'i':
@@ -98,12 +113,14 @@ public:
             return QVariantMap{{toText(value), toText(value)}};
         case 't':
             return QDate::fromJulianDay(value.toLongLong());
+        case 'h':
+            return QTime::fromMSecsSinceStartOfDay(value.toInt());
+        case 'w':
+            return QDateTime::fromMSecsSinceEpoch(value.toLongLong(), Qt::UTC);
         case 'o':
             return QVariant::fromValue(object());
         case 'z':
             return QVariant(value.isEmpty() ? QVariant::String : QVariant::Int);
-        case '[':
-            return depth < maximumDepth ? elements(depth + 1) : QVariantList();
         default:
             return QVariant();
         }

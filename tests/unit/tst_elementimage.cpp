@@ -230,7 +230,7 @@ void addForms()
 }
 } // namespace
 
-class TestElementPairs : public QObject
+class TestElementImage : public QObject
 {
     Q_OBJECT
 
@@ -245,18 +245,18 @@ private slots:
     void sharedLists();
 };
 
-void TestElementPairs::initTestCase()
+void TestElementImage::initTestCase()
 {
     QVERIFY2(values().size() >= 1500, qPrintable(QString::number(values().size())));
 }
 
-void TestElementPairs::everyPair_data()
+void TestElementImage::everyPair_data()
 {
     addForms();
 }
 
 // Each value is subtracted from all of them. It stands among others that equal none but an invalid value.
-void TestElementPairs::everyPair()
+void TestElementImage::everyPair()
 {
     QFETCH(int, form);
     const Wrap wrap = forms[form].wrap;
@@ -286,12 +286,12 @@ void TestElementPairs::everyPair()
     }
 }
 
-void TestElementPairs::dedup_data()
+void TestElementImage::dedup_data()
 {
     addForms();
 }
 
-void TestElementPairs::dedup()
+void TestElementImage::dedup()
 {
     QFETCH(int, form);
     for (unsigned seed = 1; seed <= 3; ++seed) {
@@ -307,12 +307,12 @@ void TestElementPairs::dedup()
     }
 }
 
-void TestElementPairs::intersect_data()
+void TestElementImage::intersect_data()
 {
     addForms();
 }
 
-void TestElementPairs::intersect()
+void TestElementImage::intersect()
 {
     QFETCH(int, form);
     for (unsigned seed = 1; seed <= 3; ++seed) {
@@ -329,7 +329,7 @@ void TestElementPairs::intersect()
 }
 
 // A list equals itself whatever it holds, a NaN or a value of a type that knows no comparison.
-void TestElementPairs::sharedLists()
+void TestElementImage::sharedLists()
 {
     for (const Form &form : forms) {
         const QVariantList lists = wrapped(wrapped(values(), form.wrap), forms[1].wrap);
@@ -337,5 +337,5 @@ void TestElementPairs::sharedLists()
     }
 }
 
-QTEST_GUILESS_MAIN(TestElementPairs)
-#include "tst_elementpairs.moc"
+QTEST_GUILESS_MAIN(TestElementImage)
+#include "tst_elementimage.moc"
