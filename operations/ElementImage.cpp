@@ -129,7 +129,7 @@ quint64 digestOf(int kind, const QVariant &value, const Buckets &buckets)
     case QMetaType::QVariantList:
         return static_cast<quint64>(stored<QVariantList>(value).size());
     default:
-        return 1; // no value, which equals any other
+        return 1; // an invalid value; all of them are equal
     }
 }
 
@@ -146,10 +146,8 @@ std::optional<quint64> digestOfConverted(int kind, int ownKind, const QVariant &
             return kind == QMetaType::Bool ? uint(value.toBool())
                 : kind == QMetaType::Int   ? static_cast<uint>(value.toInt())
                                            : value.toUInt();
-        if (ownKind == QMetaType::Double) {
-            const auto digest = digestOfInteger(stored<double>(value));
-            return digest ? std::optional<quint64>(static_cast<quint32>(*digest)) : std::nullopt;
-        }
+        if (ownKind == QMetaType::Double)
+            return static_cast<quint32>(digestOfInteger(stored<double>(value)).value_or(0));
         return static_cast<quint32>(value.toLongLong());
     case QMetaType::LongLong:
     case QMetaType::ULongLong:
@@ -171,7 +169,7 @@ std::optional<quint64> digestOfConverted(int kind, int ownKind, const QVariant &
             return std::nullopt; // Qt converts the candidate instead.
         return digestOfDateTime(value.toDateTime());
     default:
-        return 0; // Nothing converts to a list, or to no value.
+        return 0; // Neither a list nor an invalid value equals one of another kind.
     }
 }
 

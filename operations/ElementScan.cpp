@@ -123,7 +123,7 @@ bool ElementScan::containsByImages(const QVariant &candidate)
     return false;
 }
 
-// The view of candidates like this one; null when there is none.
+// The view of candidates like this one; null when asking is quicker or there are no images.
 ElementScan::View *ElementScan::viewFor(const QVariant &candidate)
 {
     constexpr std::size_t mostViews = 16; // rows can differ in their forms without end
@@ -133,8 +133,9 @@ ElementScan::View *ElementScan::viewFor(const QVariant &candidate)
         if (view.form.fits(kind, candidate))
             return &view;
     }
-    const bool areFewLists = kind == QMetaType::QVariantList && m_elements.size() < fewLists;
-    if (kind < 0 || areFewLists || m_views.size() == mostViews)
+    const bool isAskedSooner =
+        kind == QMetaType::UnknownType || (kind == QMetaType::QVariantList && m_elements.size() < fewLists);
+    if (kind < 0 || isAskedSooner || m_views.size() == mostViews)
         return nullptr;
     m_views.push_back({CandidateForm(candidate), {}, {}});
     m_views.back().images.reserve(static_cast<std::size_t>(std::max(m_capacity, m_elements.size())));

@@ -319,15 +319,6 @@ bool parseIndexText(const QString &text, int &out)
     return isNumber;
 }
 
-bool equalsAny(const QVariant &candidate, const QVariantList &others)
-{
-    for (const QVariant &other : others) {
-        if (elementsEqual(candidate, other))
-            return true;
-    }
-    return false;
-}
-
 void reverseList(QVariantList &list)
 {
     for (int first = 0, last = list.size() - 1; first < last; ++first, --last)

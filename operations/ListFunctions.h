@@ -95,7 +95,14 @@ inline bool elementsEqual(const QVariant &candidate, const QVariant &other)
 }
 
 /// Whether \a candidate equals one of \a others, which are tried from the first to the last.
-bool equalsAny(const QVariant &candidate, const QVariantList &others);
+inline bool equalsAny(const QVariant &candidate, const QVariantList &others)
+{
+    for (const QVariant &other : others) {
+        if (elementsEqual(candidate, other))
+            return true;
+    }
+    return false;
+}
 
 /// Reverses \a list by exchanging elements from both ends, without copying one.
 void reverseList(QVariantList &list);

@@ -50,7 +50,7 @@ QVariantList integersOfEveryKind()
     QVariantList values;
     for (int i = -6; i <= 6; ++i)
         values << i << qlonglong(i) << uint(i) << qulonglong(i) << double(i) << QString::number(i);
-    for (const int power : {7, 8, 15, 16, 31, 32, 36, 37, 52, 53, 62, 63}) {
+    for (const int power : {7, 8, 15, 16, 31, 32, 36, 37, 40, 43, 46, 52, 53, 62, 63}) {
         for (int distance = -1; distance <= 1; ++distance) {
             const quint64 number = (Q_UINT64_C(1) << power) + quint64(distance);
             values << int(number) << uint(number) << qlonglong(number) << qulonglong(number) << double(number)
@@ -127,6 +127,10 @@ QVariantList datesAndTimes()
                 values << dateTime << dateTime.toString(Qt::ISODate) << dateTime.toString(Qt::ISODateWithMs);
         }
     }
+    // One moment on two dates.
+    const QDateTime lateEvening(QDate(2024, 2, 29), QTime(23, 30), Qt::UTC);
+    for (const QDateTime &dateTime : {lateEvening, lateEvening.toOffsetFromUtc(3600)})
+        values << dateTime << dateTime.toString(Qt::ISODateWithMs) << dateTime.date() << dateTime.time();
     return values << QDateTime::fromMSecsSinceEpoch(0) << QDateTime::fromMSecsSinceEpoch(0, Qt::UTC);
 }
 
@@ -243,6 +247,7 @@ private slots:
     void intersect_data();
     void intersect();
     void sharedLists();
+    void nearDoublesInRows();
 };
 
 void TestElementImage::initTestCase()
@@ -334,6 +339,38 @@ void TestElementImage::sharedLists()
     for (const Form &form : forms) {
         const QVariantList lists = wrapped(wrapped(values(), form.wrap), forms[1].wrap);
         QCOMPARE(shown(resultOf("list.subtract", lists, lists)), QString("[]"));
+    }
+}
+
+// Doubles that count as equal, on both sides of a place where they may be put apart, in some columns of a row.
+void TestElementImage::nearDoublesInRows()
+{
+    for (const double base : {1.0, 1e-7, 12345.678, 3.3e12, 1e200}) {
+        for (int width = 10; width <= 30; ++width) {
+            const quint64 round = stepsOf(base) >> width << width;
+            const double below = fromSteps(round - 1);
+            const double above = fromSteps(round + 1);
+            QVERIFY(QVariant(below) == QVariant(above));
+            QVariantList rows;
+            for (const double first : {below, above}) {
+                for (const double second : {below, above}) {
+                    for (const double third : {below, above, 7.0})
+                        rows.append(QVariant(QVariantList{first, second, "key", third}));
+                }
+            }
+            for (const QVariant &row : qAsConst(rows)) {
+                QVariantList elements;
+                for (int i = 0; i < 9; ++i)
+                    elements.append(QVariant(QVariantList{i, i, i, i}));
+                elements.append(row);
+                QVariantList expected;
+                for (const QVariant &candidate : qAsConst(rows)) {
+                    if (!isAmong(elements, candidate))
+                        expected.append(candidate);
+                }
+                QCOMPARE(shown(resultOf("list.subtract", rows, elements)), shown(expected));
+            }
+        }
     }
 }
 
