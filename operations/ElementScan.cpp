@@ -2,12 +2,13 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace
 {
-bool hasImage(const QVariant &element)
+bool isOfCommonKind(const QVariant &value)
 {
-    const int kind = element.userType();
+    const int kind = value.userType();
     return kind == QMetaType::Int || kind == QMetaType::Double || kind == QMetaType::QString;
 }
 
@@ -33,7 +34,7 @@ class ScalarLikeness
 {
 public:
     explicit ScalarLikeness(const QVariant &value)
-        : m_isKnown(hasImage(value)), m_int(value.toInt()), m_closeTo(value.toDouble()),
+        : m_isKnown(isOfCommonKind(value)), m_int(value.toInt()), m_closeTo(value.toDouble()),
           m_text(value.toString())
     {
     }
@@ -94,6 +95,21 @@ private:
     ScalarLikeness m_first; // ... and this is the value itself
 };
 
+// How many elements there have to be for images to take less time than asking.
+int fewestFor(int kind)
+{
+    switch (kind) {
+    case QMetaType::QDateTime:
+        return 100; // a local time has to be looked up
+    case QMetaType::QVariantList:
+        return 7;
+    case QMetaType::UnknownType:
+    case -1:
+        return std::numeric_limits<int>::max();
+    default:
+        return 0;
+    }
+}
 } // namespace
 
 ElementScan::ElementScan(int capacity) : m_capacity(capacity)
@@ -127,15 +143,12 @@ bool ElementScan::containsByImages(const QVariant &candidate)
 ElementScan::View *ElementScan::viewFor(const QVariant &candidate)
 {
     constexpr std::size_t mostViews = 16; // rows can differ in their forms without end
-    constexpr int fewLists = 7; // the image of a list takes longer than that of a number
     const int kind = CandidateForm::kindOf(candidate);
     for (View &view : m_views) {
         if (view.form.fits(kind, candidate))
             return &view;
     }
-    const bool isAskedSooner =
-        kind == QMetaType::UnknownType || (kind == QMetaType::QVariantList && m_elements.size() < fewLists);
-    if (kind < 0 || isAskedSooner || m_views.size() == mostViews)
+    if (m_elements.size() < fewestFor(kind) || m_views.size() == mostViews)
         return nullptr;
     m_views.push_back({CandidateForm(candidate), {}, {}});
     m_views.back().images.reserve(static_cast<std::size_t>(std::max(m_capacity, m_elements.size())));

@@ -242,12 +242,16 @@ private slots:
     void initTestCase();
     void everyPair_data();
     void everyPair();
+    void everyPairOfMoments();
     void dedup_data();
     void dedup();
     void intersect_data();
     void intersect();
     void sharedLists();
     void nearDoublesInRows();
+
+private:
+    static void subtractEach(const QVariantList &values, Wrap wrap, int others, int stride);
 };
 
 void TestElementImage::initTestCase()
@@ -255,40 +259,51 @@ void TestElementImage::initTestCase()
     QVERIFY2(values().size() >= 1500, qPrintable(QString::number(values().size())));
 }
 
+// Subtracts each value, or each of a stride, from all of them. It stands among others that equal none but an
+// invalid value.
+void TestElementImage::subtractEach(const QVariantList &values, Wrap wrap, int others, int stride)
+{
+    const QVariantList candidates = wrapped(values, wrap);
+    const QVariant other = wrap(QVariant());
+    QVariantList elements;
+    std::vector<bool> equalsOther;
+    for (int i = 0; i <= others; ++i)
+        elements.append(other);
+    for (const QVariant &candidate : candidates)
+        equalsOther.push_back(candidate == other);
+    for (int i = 0; i < candidates.size(); i += stride) {
+        const QVariant &element = elements[others / 2] = candidates.at(i);
+        QVariantList expected;
+        for (int j = 0; j < candidates.size(); ++j) {
+            if (!equalsOther[size_t(j)] && !(candidates.at(j) == element))
+                expected.append(candidates.at(j));
+        }
+        const QVariantList actual = resultOf("list.subtract", candidates, elements);
+        if (!std::equal(actual.cbegin(), actual.cend(), expected.cbegin(), expected.cend(), isSame))
+            QFAIL(qPrintable(shown(element) + ": " + firstDifference(actual, expected)));
+    }
+}
+
 void TestElementImage::everyPair_data()
 {
     addForms();
 }
 
-// Each value is subtracted from all of them. It stands among others that equal none but an invalid value.
 void TestElementImage::everyPair()
 {
     QFETCH(int, form);
-    const Wrap wrap = forms[form].wrap;
-    const QVariantList candidates = wrapped(values(), wrap);
-    const QVariant other = wrap(QVariant());
-    QVariantList elements;
-    for (int i = 0; i < 9; ++i)
-        elements.append(other);
-    std::vector<bool> equalsOther;
-    for (const QVariant &candidate : candidates)
-        equalsOther.push_back(candidate == other);
 #ifdef QUILLMAP_SANITIZED
     constexpr int stride = 13; // which takes a part of every group of values
 #else
     const int stride = form < 3 ? 1 : 3;
 #endif
-    for (int i = 0; i < candidates.size(); i += stride) {
-        elements[5] = candidates.at(i);
-        QVariantList expected;
-        for (int j = 0; j < candidates.size(); ++j) {
-            if (!equalsOther[size_t(j)] && !(candidates.at(j) == elements.at(5)))
-                expected.append(candidates.at(j));
-        }
-        const QVariantList actual = resultOf("list.subtract", candidates, elements);
-        if (!std::equal(actual.cbegin(), actual.cend(), expected.cbegin(), expected.cend(), isSame))
-            QFAIL(qPrintable(shown(elements.at(5)) + ": " + firstDifference(actual, expected)));
-    }
+    subtractEach(values(), forms[form].wrap, 8, stride);
+}
+
+// Moments are looked for in long lists only.
+void TestElementImage::everyPairOfMoments()
+{
+    subtractEach(datesAndTimes(), forms[0].wrap, 150, 1);
 }
 
 void TestElementImage::dedup_data()
