@@ -47,10 +47,10 @@ function(insert_after file anchor text)
     set(touched ${touched} PARENT_SCOPE)
 endfunction()
 
-# Writes the file as the one of list.reverse is, and what is given in pairs otherwise.
-function(write_like_reverse file model)
+# Writes the file as the one of list.clear is, and what is given in pairs otherwise.
+function(write_like_clear file model)
     file(READ ${copy}/${model} content)
-    set(pairs ${ARGN} ListReverse ListPop list.reverse list.pop list_reverse list_pop 列表反转 列表去尾 "反转列表 %1" "去掉列表 %1 的末项")
+    set(pairs ${ARGN} ListClear ListPop list.clear list.pop list_clear list_pop 列表清空 列表去尾 "清空列表 %1" "去掉列表 %1 的末项")
     while(pairs)
         list(POP_FRONT pairs from to)
         string(REPLACE "${from}" "${to}" content "${content}")
@@ -60,9 +60,9 @@ function(write_like_reverse file model)
 endfunction()
 
 item(1)
-write_like_reverse(operations/ListPopOperation.h operations/ListReverseOperation.h)
-write_like_reverse(operations/ListPopOperation.cpp operations/ListReverseOperation.cpp
-    "reverseList(list)" "if (!list.isEmpty())\n        list.removeLast()")
+write_like_clear(operations/ListPopOperation.h operations/ListClearOperation.h)
+write_like_clear(operations/ListPopOperation.cpp operations/ListClearOperation.cpp
+    "m_targetVar, QVariantList()" "m_targetVar, list.mid(0, list.size() - 1)")
 
 item(2)
 insert_after(operations/CMakeLists.txt "    ListMergeOperation.h\n" "    ListPopOperation.cpp\n    ListPopOperation.h\n")
@@ -132,15 +132,15 @@ insert_after(${abi} "text.field(NAMED(ListSubtractOperation::m_targetVar));\n"
     "    text.type<ListPopOperation>(\"ListPopOperation\");\n    text.field(NAMED(ListPopOperation::m_targetVar));\n")
 
 item(11)
-write_like_reverse(tests/scripts/list.pop.json tests/scripts/list.reverse.json)
+write_like_clear(tests/scripts/list.pop.json tests/scripts/list.clear.json)
 
 item(12)
 file(READ ${copy}/docs/steps.zh-CN.md guide)
-string(REGEX MATCH "\n## 列表反转.*\n## 列表清空" section "${guide}")
-string(REPLACE "\n## 列表清空" "" section "${section}")
-string(REPLACE 列表反转 列表去尾 section "${section}")
-string(REPLACE list.reverse list.pop section "${section}")
-string(REPLACE list_reverse list_pop section "${section}")
+string(REGEX MATCH "\n## 列表清空.*\n## 列表去重" section "${guide}")
+string(REPLACE "\n## 列表去重" "" section "${section}")
+string(REPLACE 列表清空 列表去尾 section "${section}")
+string(REPLACE list.clear list.pop section "${section}")
+string(REPLACE list_clear list_pop section "${section}")
 write_file(docs/steps.zh-CN.md "${guide}${section}")
 
 # The list names the files that were touched here, and no others.
