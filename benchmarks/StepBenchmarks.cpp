@@ -1,7 +1,6 @@
 #include "StepBenchmarks.h"
 
 #include "Allocations.h"
-#include "PlainSteps.h"
 #include "hostapi/IOperationPlugin.h"
 #include "operations/ListAddOperation.h"
 #include "operations/ListClearOperation.h"

@@ -1,8 +1,8 @@
-#include "ElementSamples.h"
-#include "SampleValues.h"
-#include "ShowValue.h"
-#include "StepFamily.h"
 #include "hostapi/VariableScope.h"
+#include "tests/support/ElementSamples.h"
+#include "tests/support/SampleValues.h"
+#include "tests/support/ShowValue.h"
+#include "tests/support/StepFamily.h"
 
 #include <QDateTime>
 #include <QtTest>

@@ -410,7 +410,7 @@ void TestIcons::compiledForm()
 /// Nothing else in the library runs when it is loaded.
 void TestIcons::theirRegistrationComesFirst()
 {
-    QFile file(LISTOPERPLUGIN_FILE);
+    QFile file(TestPaths::listPlugin());
     QVERIFY2(file.open(QIODevice::ReadOnly), qPrintable(file.errorString()));
     if (!file.read(4).startsWith("\x7f"
                                  "ELF"))
@@ -419,7 +419,7 @@ void TestIcons::theirRegistrationComesFirst()
     if (nm.isEmpty())
         QSKIP("The program nm, of the package binutils, is not installed.");
     QProcess process;
-    process.start(nm, {"--defined-only", "--format=posix", LISTOPERPLUGIN_FILE});
+    process.start(nm, {"--defined-only", "--format=posix", TestPaths::listPlugin()});
     QVERIFY2(process.waitForFinished() && process.exitCode() == 0, process.readAllStandardError());
 
     // Sanitizers and coverage counters have initialisers with a priority, a number behind the prefix.

@@ -553,7 +553,7 @@ void TestStepFrame::textsAreNeverShortened()
     const StepPointer step = newStep(typeId);
     QStringList texts;
     for (const QString &filler : {QString(), QString(100000, 'x')}) {
-        for (const Setting &setting : settingsTable(typeId)) {
+        for (const StepSetting &setting : stepRow(typeId).settings) {
             if (setting.otherValue.userType() == QMetaType::QString)
                 step->setProperty(setting.name.toUtf8(), '<' + filler + '>');
         }
