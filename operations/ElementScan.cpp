@@ -142,13 +142,14 @@ bool ElementScan::containsByImages(const QVariant &candidate)
 // The view of candidates like this one; null when asking is quicker or there are no images.
 ElementScan::View *ElementScan::viewFor(const QVariant &candidate)
 {
-    constexpr std::size_t mostViews = 16; // rows can differ in their forms without end
+    constexpr std::size_t mostForms = 16; // of kinds there are few, but lists can differ without end
     const int kind = CandidateForm::kindOf(candidate);
     for (View &view : m_views) {
         if (view.form.fits(kind, candidate))
             return &view;
     }
-    if (m_elements.size() < fewestFor(kind) || m_views.size() == mostViews)
+    if (m_elements.size() < fewestFor(kind)
+        || (kind == QMetaType::QVariantList && m_views.size() >= mostForms))
         return nullptr;
     m_views.push_back({CandidateForm(candidate), {}, {}});
     m_views.back().images.reserve(static_cast<std::size_t>(std::max(m_capacity, m_elements.size())));

@@ -134,26 +134,34 @@ QVariantList datesAndTimes()
     return values << QDateTime::fromMSecsSinceEpoch(0) << QDateTime::fromMSecsSinceEpoch(0, Qt::UTC);
 }
 
-QVariantList listsToLookInto()
+// Lists of one length that differ in one place, by value or only by kind.
+QVariantList listsOfLength(int size)
 {
     QVariantList values;
-    for (const int size : {15, 16, 17, 31, 32, 33, 34, 40}) {
-        QVariantList list;
-        for (int i = 0; i < size; ++i)
-            list.append(i);
-        values.append(QVariant(list));
-        for (const int place : {0, 15, 16, size / 2, size - 17, size - 16, size - 1}) {
-            if (place < 0 || place >= size)
-                continue;
+    QVariantList list;
+    for (int i = 0; i < size; ++i)
+        list.append(i);
+    values.append(QVariant(list));
+    for (const int place : {0, 15, 16, size / 2, size - 17, size - 16, size - 1}) {
+        if (place < 0 || place >= size)
+            continue;
+        for (const QVariant &element :
+             {QVariant(QString::number(place)), QVariant(-1), QVariant(place * (1 + 5e-13))}) {
             QVariantList other = list;
-            other[place] = QString::number(place);
-            values.append(QVariant(other));
-            other[place] = -1;
-            values.append(QVariant(other));
-            other[place] = place * (1 + 5e-13);
+            other[place] = element;
             values.append(QVariant(other));
         }
     }
+    return values;
+}
+
+constexpr int lengths[] = {1, 2, 15, 16, 17, 31, 32, 33, 34, 40};
+
+QVariantList longLists()
+{
+    QVariantList values;
+    for (const int length : lengths)
+        values += listsOfLength(length);
     return values;
 }
 
@@ -171,7 +179,7 @@ QVariantList nullsOfEveryKind()
 const QVariantList &values()
 {
     static const QVariantList all = ElementSamples::all() + awkwardValues() + integersOfEveryKind()
-        + doublesAroundRoundSteps() + spellings() + likeTexts() + datesAndTimes() + listsToLookInto()
+        + doublesAroundRoundSteps() + spellings() + likeTexts() + datesAndTimes() + longLists()
         + nullsOfEveryKind();
     return all;
 }
@@ -243,6 +251,7 @@ private slots:
     void everyPair_data();
     void everyPair();
     void everyPairOfMoments();
+    void everyPairOfLists();
     void dedup_data();
     void dedup();
     void intersect_data();
@@ -295,7 +304,7 @@ void TestElementImage::everyPair()
 #ifdef QUILLMAP_SANITIZED
     constexpr int stride = 13; // which takes a part of every group of values
 #else
-    const int stride = form < 3 ? 1 : 3;
+    const int stride = form < 3 ? 1 : 9;
 #endif
     subtractEach(values(), forms[form].wrap, 8, stride);
 }
@@ -304,6 +313,13 @@ void TestElementImage::everyPair()
 void TestElementImage::everyPairOfMoments()
 {
     subtractEach(datesAndTimes(), forms[0].wrap, 150, 1);
+}
+
+// Apart from each other, for a scan tells only so many forms of lists apart.
+void TestElementImage::everyPairOfLists()
+{
+    for (const int length : lengths)
+        subtractEach(listsOfLength(length), forms[0].wrap, 8, 1);
 }
 
 void TestElementImage::dedup_data()
