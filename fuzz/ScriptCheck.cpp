@@ -1,6 +1,7 @@
 #include "ScriptCheck.h"
 
 #include "FuzzInput.h"
+#include "host/plugins/StepRecord.h"
 #include "host/running/RunReport.h"
 #include "host/running/ScriptRunner.h"
 #include "host/scripts/BinaryScript.h"

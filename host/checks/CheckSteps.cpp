@@ -208,25 +208,6 @@ const VariableScope *scopeOf(const Operation &step)
     return step.*OpenOperation::scope;
 }
 
-QByteArray recordOf(const Operation &step, StreamForm form)
-{
-    QByteArray record;
-    QDataStream stream(&record, QIODevice::WriteOnly);
-    stream.setVersion(form.version);
-    stream.setByteOrder(form.order);
-    step.saveOperation(stream);
-    return record;
-}
-
-LoadEnd loadRecord(Operation &step, const QByteArray &record, StreamForm form)
-{
-    QDataStream stream(record);
-    stream.setVersion(form.version);
-    stream.setByteOrder(form.order);
-    step.loadOperation(stream);
-    return {stream.status(), int(stream.device()->pos())};
-}
-
 void fillScope(VariableScope &scope)
 {
     scope.set(QStringLiteral("items"),

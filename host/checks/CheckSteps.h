@@ -1,10 +1,10 @@
 #pragma once
 
+#include "host/plugins/StepRecord.h"
 #include "hostapi/Operation.h"
 #include "hostapi/VariableScope.h"
 
 #include <QByteArray>
-#include <QDataStream>
 #include <QMetaProperty>
 #include <QStringList>
 #include <QVariant>
@@ -50,26 +50,6 @@ quint32 baseStateOf(const Operation &step);
 void setBaseState(Operation &step, quint32 state);
 const VariableScope *scopeOf(const Operation &step);
 /// @}
-
-/// The form of a stream.
-struct StreamForm
-{
-    int version = QDataStream::Qt_5_15;
-    QDataStream::ByteOrder order = QDataStream::BigEndian;
-};
-
-/// The record that \a step writes.
-QByteArray recordOf(const Operation &step, StreamForm form = {});
-
-/// What was left of a stream after loading.
-struct LoadEnd
-{
-    QDataStream::Status status = QDataStream::Ok;
-    int position = 0; ///< Bytes read.
-};
-
-/// Lets \a step load \a record.
-LoadEnd loadRecord(Operation &step, const QByteArray &record, StreamForm form = {});
 
 /// Declares a variable of each type, lists of mixed content, and a list variable that holds a text.
 void fillScope(VariableScope &scope);

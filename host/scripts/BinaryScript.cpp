@@ -1,18 +1,15 @@
 #include "BinaryScript.h"
 
 #include "ScriptTree.h"
+#include "host/plugins/StepRecord.h"
 #include "host/values/CborReader.h"
 #include "host/values/InputFile.h"
 #include "host/values/JsonReader.h"
 #include "host/values/QuotedText.h"
 
 #include <QCryptographicHash>
-#include <QDataStream>
-#include <QIODevice>
 #include <QScopeGuard>
 #include <QtEndian>
-
-#include <exception>
 
 namespace StepHost
 {
@@ -23,7 +20,6 @@ const char mark[] = "\x89QMS\r\n\x1A\n";
 constexpr int markSize = 8;
 constexpr int markStartSize = 4;
 constexpr quint16 formVersion = 1;
-constexpr auto recordVersion = QDataStream::Qt_5_15;
 constexpr auto hashAlgorithm = QCryptographicHash::Sha256;
 constexpr int hashSize = 32;
 constexpr int headerSize = markSize + 2 + 4 + hashSize;
@@ -210,9 +206,8 @@ private:
         QByteArray record;
         if (!readBlock(QStringLiteral("the record of ") + shownName, record))
             return false;
-        const QString problem = loadRecord(*step.operation, record);
-        return problem.isEmpty()
-            || refuse(m_offset - record.size(), shownName + QLatin1String(": ") + problem);
+        const Result<void> loaded = loadWholeRecord(*step.operation, record);
+        return loaded || refuse(m_offset - record.size(), shownName + QLatin1String(": ") + loaded.error());
     }
 
     bool readVariables(Script &script)
@@ -243,34 +238,6 @@ private:
 bool isBinaryScript(const QByteArray &bytes)
 {
     return bytes.startsWith(QByteArray::fromRawData(mark, markStartSize));
-}
-
-QByteArray recordOf(const Operation &operation)
-{
-    QByteArray record;
-    QDataStream stream(&record, QIODevice::WriteOnly);
-    stream.setVersion(recordVersion);
-    operation.saveOperation(stream);
-    return record;
-}
-
-QString loadRecord(Operation &operation, const QByteArray &record)
-{
-    QDataStream stream(record);
-    stream.setVersion(recordVersion);
-    try {
-        operation.loadOperation(stream);
-    } catch (const std::exception &exception) {
-        return QStringLiteral("the step threw an exception: %1").arg(QString::fromUtf8(exception.what()));
-    } catch (...) {
-        return QStringLiteral("the step threw an exception");
-    }
-    if (stream.status() == QDataStream::ReadPastEnd)
-        return QStringLiteral("the record ends too early");
-    if (stream.status() != QDataStream::Ok)
-        return QStringLiteral("the record is damaged");
-    const qint64 rest = record.size() - stream.device()->pos();
-    return rest == 0 ? QString() : QStringLiteral("the step leaves %1 bytes of the record").arg(rest);
 }
 
 ScriptResult readBinaryScript(const QByteArray &bytes, const StepCatalogue &catalogue)

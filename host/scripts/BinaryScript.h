@@ -35,13 +35,6 @@ namespace StepHost
 /// Whether \a bytes begin like a binary script. No JSON begins like that.
 bool isBinaryScript(const QByteArray &bytes);
 
-/// The record of \a operation in a binary script.
-QByteArray recordOf(const Operation &operation);
-
-/// Loads \a record into \a operation. Returns an empty text when the step read all of it and no more, else
-/// what is wrong, for a message.
-QString loadRecord(Operation &operation, const QByteArray &record);
-
 /// Reads the binary script \a bytes. The steps are made by \a catalogue.
 ///
 /// Refused are bytes of another form or a newer version, bytes that are missing, left over or changed,

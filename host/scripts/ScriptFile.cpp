@@ -1,6 +1,7 @@
 #include "ScriptFile.h"
 
 #include "BinaryScript.h"
+#include "host/plugins/StepRecord.h"
 #include "host/values/InputFile.h"
 
 #include <QFileInfo>
@@ -36,7 +37,7 @@ bool isAllInProperties(const Operation &step, const StepCatalogue &catalogue)
 bool isAllInRecord(const Operation &step, const StepCatalogue &catalogue)
 {
     const std::unique_ptr<Operation> twin(catalogue.create(step.typeId(), nullptr));
-    if (!loadRecord(*twin, recordOf(step)).isEmpty())
+    if (!loadWholeRecord(*twin, recordOf(step)))
         return false;
     const QVector<QMetaProperty> properties = propertiesOf(step);
     return std::all_of(properties.begin(), properties.end(), [&](const QMetaProperty &property) {

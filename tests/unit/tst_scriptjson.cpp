@@ -1,4 +1,4 @@
-#include "host/scripts/BinaryScript.h"
+#include "host/plugins/StepRecord.h"
 #include "host/scripts/ScriptFile.h"
 #include "tests/support/IsLike.h"
 #include "tests/support/TestPaths.h"

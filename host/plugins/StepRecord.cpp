@@ -1,0 +1,50 @@
+#include "StepRecord.h"
+
+#include "hostapi/Operation.h"
+
+#include <QIODevice>
+
+#include <exception>
+
+namespace StepHost
+{
+QByteArray recordOf(const Operation &step, StreamForm form)
+{
+    QByteArray record;
+    QDataStream stream(&record, QIODevice::WriteOnly);
+    stream.setVersion(form.version);
+    stream.setByteOrder(form.order);
+    step.saveOperation(stream);
+    return record;
+}
+
+LoadEnd loadRecord(Operation &step, const QByteArray &record, StreamForm form)
+{
+    QDataStream stream(record);
+    stream.setVersion(form.version);
+    stream.setByteOrder(form.order);
+    step.loadOperation(stream);
+    return {stream.status(), int(stream.device()->pos())};
+}
+
+Result<void> loadWholeRecord(Operation &step, const QByteArray &record)
+{
+    LoadEnd end;
+    try {
+        end = loadRecord(step, record);
+    } catch (const std::exception &exception) {
+        return failure(
+            QStringLiteral("the step threw an exception: %1").arg(QString::fromUtf8(exception.what())));
+    } catch (...) {
+        return failure(QStringLiteral("the step threw an exception"));
+    }
+    if (end.status == QDataStream::ReadPastEnd)
+        return failure(QStringLiteral("the record ends too early"));
+    if (end.status != QDataStream::Ok)
+        return failure(QStringLiteral("the record is damaged"));
+    const int rest = record.size() - end.position;
+    if (rest != 0)
+        return failure(QStringLiteral("the step leaves %1 bytes of the record").arg(rest));
+    return {};
+}
+} // namespace StepHost
