@@ -114,14 +114,6 @@ void setAtRandom(Operation &step, const EditorSchema &schema, Random &random)
 }
 } // namespace
 
-QVector<QMetaProperty> settingsOf(const Operation &step)
-{
-    QVector<QMetaProperty> settings;
-    for (int i = Operation::staticMetaObject.propertyCount(); i < step.metaObject()->propertyCount(); ++i)
-        settings.append(step.metaObject()->property(i));
-    return settings;
-}
-
 QVariantList readSettings(const Operation &step)
 {
     QVariantList values;

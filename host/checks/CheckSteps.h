@@ -1,11 +1,11 @@
 #pragma once
 
 #include "host/plugins/StepRecord.h"
+#include "host/plugins/StepSettings.h"
 #include "hostapi/Operation.h"
 #include "hostapi/VariableScope.h"
 
 #include <QByteArray>
-#include <QMetaProperty>
 #include <QStringList>
 #include <QVariant>
 #include <QVector>
@@ -16,10 +16,7 @@ namespace StepHost
 {
 class CheckContext;
 
-/// The settings of \a step: the properties that its class adds to Operation.
-QVector<QMetaProperty> settingsOf(const Operation &step);
-
-/// Their values, in the same order.
+/// The values of the settings of \a step, in the order of settingsOf().
 QVariantList readSettings(const Operation &step);
 
 /// Ends the check as failed, with \a what in front, when the settings of \a step are not \a expected.

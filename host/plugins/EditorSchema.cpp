@@ -1,12 +1,12 @@
 #include "EditorSchema.h"
 
+#include "StepSettings.h"
 #include "host/values/QuotedText.h"
 #include "host/values/VarTypes.h"
 #include "hostapi/Operation.h"
 
 #include <QHash>
 #include <QMetaClassInfo>
-#include <QMetaProperty>
 
 namespace StepHost
 {
@@ -359,13 +359,11 @@ const SettingSchema *EditorSchema::find(const QString &property) const
 EditorSchema readEditorSchema(const QMetaObject &metaObject)
 {
     const bool isStep = metaObject.inherits(&Operation::staticMetaObject);
-    const int firstProperty = isStep ? Operation::staticMetaObject.propertyCount() : 0;
     const int firstEntry = isStep ? Operation::staticMetaObject.classInfoCount() : 0;
     QVector<PropertyDeclaration> properties;
-    for (int i = firstProperty; i < metaObject.propertyCount(); ++i) {
-        const QMetaProperty property = metaObject.property(i);
-        properties.append({QString::fromUtf8(property.name()), property.userType()});
-    }
+    const QVector<QMetaProperty> settings = settingsOf(metaObject);
+    for (const QMetaProperty &setting : settings)
+        properties.append({QString::fromUtf8(setting.name()), setting.userType()});
     QVector<ClassInfoDeclaration> entries;
     for (int i = firstEntry; i < metaObject.classInfoCount(); ++i) {
         const QMetaClassInfo entry = metaObject.classInfo(i);

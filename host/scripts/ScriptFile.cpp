@@ -2,11 +2,10 @@
 
 #include "BinaryScript.h"
 #include "host/plugins/StepRecord.h"
+#include "host/plugins/StepSettings.h"
 #include "host/values/InputFile.h"
 
 #include <QFileInfo>
-#include <QMetaProperty>
-#include <QVector>
 
 #include <algorithm>
 
@@ -14,22 +13,13 @@ namespace StepHost
 {
 namespace
 {
-QVector<QMetaProperty> propertiesOf(const Operation &step)
-{
-    QVector<QMetaProperty> properties;
-    const QMetaObject *metaObject = step.metaObject();
-    for (int i = QObject::staticMetaObject.propertyCount(); i < metaObject->propertyCount(); ++i)
-        properties.append(metaObject->property(i));
-    return properties;
-}
-
 // Whether a step that gets its properties alone has its record too.
 bool isAllInProperties(const Operation &step, const StepCatalogue &catalogue)
 {
     const std::unique_ptr<Operation> twin(catalogue.create(step.typeId(), nullptr));
-    const QVector<QMetaProperty> properties = propertiesOf(step);
-    for (const QMetaProperty &property : properties)
-        property.write(twin.get(), property.read(&step));
+    const QVector<QMetaProperty> settings = settingsOf(step);
+    for (const QMetaProperty &setting : settings)
+        setting.write(twin.get(), setting.read(&step));
     return recordOf(*twin) == recordOf(step);
 }
 
@@ -39,9 +29,9 @@ bool isAllInRecord(const Operation &step, const StepCatalogue &catalogue)
     const std::unique_ptr<Operation> twin(catalogue.create(step.typeId(), nullptr));
     if (!loadWholeRecord(*twin, recordOf(step)))
         return false;
-    const QVector<QMetaProperty> properties = propertiesOf(step);
-    return std::all_of(properties.begin(), properties.end(), [&](const QMetaProperty &property) {
-        return property.read(twin.get()) == property.read(&step);
+    const QVector<QMetaProperty> settings = settingsOf(step);
+    return std::all_of(settings.begin(), settings.end(), [&](const QMetaProperty &setting) {
+        return setting.read(twin.get()) == setting.read(&step);
     });
 }
 } // namespace

@@ -1,6 +1,7 @@
 #include "ScriptJson.h"
 
 #include "ScriptTree.h"
+#include "host/plugins/StepSettings.h"
 #include "host/values/JsonTree.h"
 #include "host/values/JsonValue.h"
 #include "host/values/QuotedText.h"
@@ -8,9 +9,10 @@
 #include "host/values/VariableName.h"
 
 #include <QMetaEnum>
-#include <QMetaProperty>
 #include <QScopeGuard>
 #include <QSet>
+
+#include <algorithm>
 
 namespace StepHost
 {
@@ -85,15 +87,22 @@ bool isKeyOfEveryStep(const QString &key)
     return key == QLatin1String("type") || key == QLatin1String("enabled");
 }
 
-// The settings of a step: its own properties that can be written, not those of every QObject.
-QStringList settingNames(const QMetaObject *metaObject)
+// The settings of a step that a script can give.
+QVector<QMetaProperty> scriptSettingsOf(const Operation &step)
+{
+    QVector<QMetaProperty> settings = settingsOf(step);
+    const auto isOutOfReach = [](const QMetaProperty &setting) {
+        return !setting.isWritable() || isKeyOfEveryStep(QString::fromUtf8(setting.name()));
+    };
+    settings.erase(std::remove_if(settings.begin(), settings.end(), isOutOfReach), settings.end());
+    return settings;
+}
+
+QStringList namesOf(const QVector<QMetaProperty> &settings)
 {
     QStringList names;
-    for (int i = QObject::staticMetaObject.propertyCount(); i < metaObject->propertyCount(); ++i) {
-        const QString name = QLatin1String(metaObject->property(i).name());
-        if (metaObject->property(i).isWritable() && !isKeyOfEveryStep(name))
-            names.append(name);
-    }
+    for (const QMetaProperty &setting : settings)
+        names.append(QString::fromUtf8(setting.name()));
     return names;
 }
 
@@ -127,18 +136,16 @@ bool adaptTo(const QMetaProperty &property, QVariant &value)
     return false;
 }
 
-bool readProperty(Operation &operation, const QString &name, const Json &json, JsonError &error)
+bool readSetting(Operation &step, const QMetaProperty &setting, const Json &json, JsonError &error)
 {
-    const QMetaObject *metaObject = operation.metaObject();
-    const QMetaProperty property =
-        metaObject->property(metaObject->indexOfProperty(name.toUtf8().constData()));
     QVariant value;
     if (!readValue(json, value, error))
         return false;
-    if (!adaptTo(property, value) || !property.write(&operation, value)) {
-        return refuseJson(error,
-                          QStringLiteral("this is %1, the property \"%2\" takes a value of type %3")
-                              .arg(kindName(json), name, QLatin1String(property.typeName())));
+    if (!adaptTo(setting, value) || !setting.write(&step, value)) {
+        return refuseJson(
+            error,
+            QStringLiteral("this is %1, the property \"%2\" takes a value of type %3")
+                .arg(kindName(json), QString::fromUtf8(setting.name()), QLatin1String(setting.typeName())));
     }
     return true;
 }
@@ -165,14 +172,16 @@ bool readStep(const Json &json, ScriptStep &step, const StepCatalogue &catalogue
         return refuseBelow(error, QStringLiteral("enabled"));
     }
     step.enabled = enabled == json.end() || enabled->get<bool>();
-    const QStringList settings = settingNames(step.operation->metaObject());
+    const QVector<QMetaProperty> settings = scriptSettingsOf(*step.operation);
+    const QStringList names = namesOf(settings);
     for (auto it = json.begin(); it != json.end(); ++it) {
         const QString key = textOf(it.key());
         if (isKeyOfEveryStep(key))
             continue;
-        if (!settings.contains(key))
-            return refuseChoice(error, "property", key, settings);
-        if (!readProperty(*step.operation, key, *it, error))
+        const int index = names.lastIndexOf(key); // Of one that is declared anew the last one counts.
+        if (index < 0)
+            return refuseChoice(error, "property", key, names);
+        if (!readSetting(*step.operation, settings.at(index), *it, error))
             return refuseBelow(error, key);
     }
     return true;
@@ -209,18 +218,16 @@ bool readDocument(const QByteArray &text, Script &script, const StepCatalogue &c
 
 QString appendStep(QByteArray &json, const ScriptStep &step)
 {
-    const QMetaObject *metaObject = step.operation->metaObject();
     json += "{\"type\": ";
     appendTextAsJson(json, step.operation->typeId());
     if (!step.enabled)
         json += ", \"enabled\": false";
-    const QStringList settings = settingNames(metaObject);
-    for (const QString &name : settings) {
-        const QMetaProperty property =
-            metaObject->property(metaObject->indexOfProperty(name.toUtf8().constData()));
-        QVariant value = property.read(step.operation.get());
-        if (property.isEnumType())
-            value = QString::fromLatin1(property.enumerator().valueToKeys(value.toInt()));
+    const QVector<QMetaProperty> settings = scriptSettingsOf(*step.operation);
+    for (const QMetaProperty &setting : settings) {
+        const QString name = QString::fromUtf8(setting.name());
+        QVariant value = setting.read(step.operation.get());
+        if (setting.isEnumType())
+            value = QString::fromLatin1(setting.enumerator().valueToKeys(value.toInt()));
         json += ", ";
         appendTextAsJson(json, name);
         json += ": ";
