@@ -81,10 +81,10 @@ void requireRuns(const StepHost::Script &script)
 
     const std::vector<StepHost::ScriptVariable> variables = StepHost::variablesOf(scope);
     const StepHost::RunReport report{script, result, variables};
-    const StepHost::WriteResult text = reportToText(report);
-    const StepHost::WriteResult json = reportToJson(report);
-    require(text || !text.error.isEmpty(), "a report in text is neither there nor refused");
-    require(json || !json.error.isEmpty(), "a report in JSON is neither there nor refused");
+    const StepHost::Result<QByteArray> text = reportToText(report);
+    const StepHost::Result<QByteArray> json = reportToJson(report);
+    require(text || !text.error().isEmpty(), "a report in text is neither there nor refused");
+    require(json || !json.error().isEmpty(), "a report in JSON is neither there nor refused");
 }
 } // namespace
 

@@ -1,11 +1,9 @@
 #include "CheckReport.h"
 
+#include "host/values/JsonWriter.h"
 #include "host/values/QuotedText.h"
 
 #include <QFileInfo>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QXmlStreamWriter>
 
 #include <algorithm>
@@ -176,23 +174,29 @@ QString textReport(const QVector<PluginReport> &reports)
 
 QByteArray jsonReport(const QVector<PluginReport> &reports)
 {
-    QJsonArray plugins;
+    QByteArray bytes;
+    JsonWriter json(bytes, JsonWriter::OnLines, 4);
+    json.openObject().key("plugins").openArray();
     for (const PluginReport &report : reports) {
-        QJsonArray checks;
+        json.openObject().key("checks").openArray();
         for (const CheckResult &result : report.results) {
-            checks.append(QJsonObject{{QStringLiteral("id"), result.id},
-                                      {QStringLiteral("protects"), protects(result)},
-                                      {QStringLiteral("outcome"), outcomeWord(result.outcome)},
-                                      {QStringLiteral("reason"), result.reason},
-                                      {QStringLiteral("milliseconds"), result.milliseconds}});
+            json.openObject();
+            json.key("id").text(result.id);
+            json.key("milliseconds").number(result.milliseconds);
+            json.key("outcome").text(outcomeWord(result.outcome));
+            json.key("protects").text(protects(result));
+            json.key("reason").text(result.reason);
+            json.close();
         }
-        plugins.append(QJsonObject{{QStringLiteral("file"), report.fileName},
-                                   {QStringLiteral("verdict"), verdictWord(verdictOf(report))},
-                                   {QStringLiteral("checks"), checks}});
+        json.close();
+        json.key("file").text(report.fileName);
+        json.key("verdict").text(verdictWord(verdictOf(report)));
+        json.close();
     }
-    return QJsonDocument(QJsonObject{{QStringLiteral("verdict"), verdictWord(verdictOf(reports))},
-                                     {QStringLiteral("plugins"), plugins}})
-        .toJson();
+    json.close();
+    json.key("verdict").text(verdictWord(verdictOf(reports)));
+    json.close();
+    return bytes + '\n';
 }
 
 QByteArray junitReport(const QVector<PluginReport> &reports)

@@ -1,6 +1,7 @@
 #include "CheckRunner.h"
 
 #include "host/running/ProcessTree.h"
+#include "host/values/JsonWriter.h"
 
 #include <QElapsedTimer>
 #include <QEventLoop>
@@ -292,10 +293,13 @@ bool runCheckWorker(const QString &fileName, const QString &id, const QString &r
         return false;
     leadProcessTree();
     const CheckResult result = runPluginCheck(*check, fileName, renderer);
-    const QJsonObject object{{QStringLiteral("outcome"), outcomeWord(result.outcome)},
-                             {QStringLiteral("reason"), result.reason}};
+    QByteArray bytes;
+    JsonWriter json(bytes);
+    json.openObject();
+    json.key("outcome").text(outcomeWord(result.outcome));
+    json.key("reason").text(result.reason);
+    json.close();
     QSaveFile file(resultFile);
-    return file.open(QIODevice::WriteOnly) && file.write(QJsonDocument(object).toJson()) >= 0
-        && file.commit();
+    return file.open(QIODevice::WriteOnly) && file.write(bytes) >= 0 && file.commit();
 }
 } // namespace StepHost

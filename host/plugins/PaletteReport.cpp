@@ -3,20 +3,16 @@
 #include "EditorSchema.h"
 #include "Palette.h"
 #include "host/values/JsonValue.h"
+#include "host/values/JsonWriter.h"
 #include "host/values/QuotedText.h"
 #include "host/values/VarTypes.h"
 
-#include <QMetaProperty>
 #include <QRegularExpression>
-
-#include <nlohmann/json.hpp>
 
 namespace StepHost
 {
 namespace
 {
-using Json = nlohmann::ordered_json;
-
 QVector<PaletteEntry> orderedSteps(const StepCatalogue &catalogue)
 {
     QVector<PaletteSource> sources;
@@ -25,11 +21,16 @@ QVector<PaletteEntry> orderedSteps(const StepCatalogue &catalogue)
     return paletteOrder(sources);
 }
 
-QByteArray defaultAsJson(const Operation &prototype, const SettingSchema &setting)
+// The value that a new step has; an invalid one when it cannot be written.
+QVariant defaultOf(const Operation &prototype, const SettingSchema &setting)
 {
     const QVariant value = prototype.property(setting.property.toUtf8().constData());
-    QByteArray json;
-    return appendAsJson(json, value).isEmpty() ? json : QByteArray("null");
+    return valueToJson(value) ? value : QVariant();
+}
+
+QString defaultText(const Operation &prototype, const SettingSchema &setting)
+{
+    return QString::fromUtf8(valueToJson(defaultOf(prototype, setting)).value_or(QByteArray()));
 }
 
 QString typeName(const SettingSchema &setting)
@@ -80,60 +81,56 @@ QString ruleText(const SettingSchema &setting)
         : QString();
 }
 
-Json toJson(const QString &text)
+void writeTexts(JsonWriter &json, const QStringList &texts)
 {
-    return text.toStdString();
-}
-
-Json toJson(const QStringList &texts)
-{
-    Json json = Json::array();
+    json.openArray();
     for (const QString &text : texts)
-        json.push_back(toJson(text));
-    return json;
+        json.text(text);
+    json.close();
 }
 
-Json settingJson(const Operation &prototype, const SettingSchema &setting)
+void writeSetting(JsonWriter &json, const Operation &prototype, const SettingSchema &setting)
 {
-    Json json;
-    json["property"] = toJson(setting.property);
-    json["type"] = toJson(typeName(setting));
-    json["label"] = toJson(setting.label);
-    json["editor"] = setting.editor == EditorKind::Default ? Json() : toJson(editorWord(setting.editor));
+    json.openObject();
+    json.key("property").text(setting.property);
+    json.key("type").text(typeName(setting));
+    json.key("label").text(setting.label);
+    json.key("editor");
+    if (setting.editor == EditorKind::Default)
+        json.raw("null");
+    else
+        json.text(editorWord(setting.editor));
     if (setting.variableKind != VariableKind::Any)
-        json["variableKind"] = toJson(variableKindWord(setting.variableKind));
+        json.key("variableKind").text(variableKindWord(setting.variableKind));
     if (setting.literalType != VarType::Undeclared)
-        json["literalType"] = toJson(varTypeName(setting.literalType));
+        json.key("literalType").text(varTypeName(setting.literalType));
     if (!setting.valueTypes.isEmpty())
-        json["valueTypes"] = toJson(valueTypeWords(setting));
+        writeTexts(json.key("valueTypes"), valueTypeWords(setting));
     if (!setting.choices.isEmpty())
-        json["choices"] = toJson(setting.choices);
-    if (setting.showWhen)
-        json["showWhen"] = {{"property", toJson(setting.showWhen->property)},
-                            {"value", setting.showWhen->value}};
-    json["default"] = Json::parse(defaultAsJson(prototype, setting).toStdString());
-    return json;
+        writeTexts(json.key("choices"), setting.choices);
+    if (setting.showWhen) {
+        json.key("showWhen").openObject();
+        json.key("property").text(setting.showWhen->property);
+        json.key("value").number(setting.showWhen->value);
+        json.close();
+    }
+    writeValue(json.key("default"), defaultOf(prototype, setting));
+    json.close();
 }
 
-Json stepJson(const Operation &prototype, const PluginManifest &manifest)
+// The members of a step, in an object that is open.
+void writeStep(JsonWriter &json, const Operation &prototype, const EditorSchema &schema,
+               const PluginManifest &manifest)
 {
-    Json json;
-    json["category"] = toJson(prototype.root());
-    json["typeId"] = toJson(prototype.typeId());
-    json["name"] = toJson(prototype.typeName());
-    json["icon"] = toJson(prototype.icon());
-    json["plugin"] = toJson(manifest.pluginId);
-    json["settings"] = Json::array();
-    const EditorSchema schema = readEditorSchema(*prototype.metaObject());
+    json.key("category").text(prototype.root());
+    json.key("typeId").text(prototype.typeId());
+    json.key("name").text(prototype.typeName());
+    json.key("icon").text(prototype.icon());
+    json.key("plugin").text(manifest.pluginId);
+    json.key("settings").openArray();
     for (const SettingSchema &setting : schema.settings)
-        json["settings"].push_back(settingJson(prototype, setting));
-    return json;
-}
-
-// In UTF-8 whatever the texts hold.
-QByteArray written(const Json &json)
-{
-    return QByteArray::fromStdString(json.dump(2, ' ', false, Json::error_handler_t::replace)) + '\n';
+        writeSetting(json, prototype, setting);
+    json.close();
 }
 
 QString cell(const QString &text)
@@ -178,7 +175,7 @@ QString settingText(const Operation &prototype, const SettingSchema &setting)
     QStringList parts{inOneLine(setting.label), typeName(setting), editorText(setting)};
     if (setting.showWhen)
         parts.append(QStringLiteral("shown when ") + ruleText(setting));
-    parts.append(QStringLiteral("default ") + QString::fromUtf8(defaultAsJson(prototype, setting)));
+    parts.append(QStringLiteral("default ") + defaultText(prototype, setting));
     return QStringLiteral("    %1  %2\n").arg(setting.property, -10).arg(parts.join(QLatin1String("; ")));
 }
 } // namespace
@@ -207,24 +204,31 @@ QByteArray paletteToText(const StepCatalogue &catalogue)
 
 QByteArray paletteToJson(const StepCatalogue &catalogue)
 {
-    Json json;
-    json["plugins"] = Json::array();
+    QByteArray bytes;
+    JsonWriter json(bytes);
+    json.openObject().key("plugins").openArray();
     for (const std::unique_ptr<Plugin> &plugin : catalogue.plugins()) {
         const PluginManifest &manifest = plugin->manifest();
-        json["plugins"].push_back({{"id", toJson(manifest.pluginId)},
-                                   {"name", toJson(manifest.name)},
-                                   {"version", toJson(manifest.version)},
-                                   {"apiVersion", manifest.apiVersion},
-                                   {"capabilities", toJson(manifest.requiredCapabilities)},
-                                   {"file", toJson(plugin->fileName())}});
+        json.openObject();
+        json.key("id").text(manifest.pluginId);
+        json.key("name").text(manifest.name);
+        json.key("version").text(manifest.version);
+        json.key("apiVersion").number(manifest.apiVersion);
+        writeTexts(json.key("capabilities"), manifest.requiredCapabilities);
+        json.key("file").text(plugin->fileName());
+        json.close();
     }
-    json["steps"] = Json::array();
+    json.close().key("steps").openArray();
     const QVector<PaletteEntry> steps = orderedSteps(catalogue);
     for (const PaletteEntry &entry : steps) {
         const Plugin &plugin = *catalogue.plugins().at(std::size_t(entry.source));
-        json["steps"].push_back(stepJson(*entry.prototype, plugin.manifest()));
+        json.openObject();
+        writeStep(json, *entry.prototype, readEditorSchema(*entry.prototype->metaObject()),
+                  plugin.manifest());
+        json.close();
     }
-    return written(json);
+    json.close().close();
+    return bytes + '\n';
 }
 
 QByteArray paletteToMarkdown(const StepCatalogue &catalogue)
@@ -255,7 +259,7 @@ QByteArray paletteToMarkdown(const StepCatalogue &catalogue)
         for (const SettingSchema &setting : schema.settings)
             text += row({code(setting.property), cell(setting.label), code(typeName(setting)),
                          cell(editorText(setting)), cell(ruleText(setting)),
-                         code(QString::fromUtf8(defaultAsJson(*entry.prototype, setting)))});
+                         code(defaultText(*entry.prototype, setting))});
     }
     return text.toUtf8();
 }
@@ -276,7 +280,7 @@ QByteArray stepToText(const StepCatalogue &catalogue, const QString &typeId)
             + field("type", typeName(setting)) + field("editor", editorText(setting))
             + field("shown",
                     setting.showWhen ? QStringLiteral("when ") + ruleText(setting) : QStringLiteral("always"))
-            + field("default", QString::fromUtf8(defaultAsJson(prototype, setting)));
+            + field("default", defaultText(prototype, setting));
     }
     for (const SchemaProblem &problem : schema.problems)
         text += QStringLiteral("\nproblem: %1\n").arg(problem.text);
@@ -287,15 +291,19 @@ QByteArray stepToJson(const StepCatalogue &catalogue, const QString &typeId)
 {
     const Operation &prototype = *catalogue.prototype(typeId);
     const Plugin &plugin = *catalogue.pluginOf(typeId);
-    Json json = stepJson(prototype, plugin.manifest());
-    json["class"] = prototype.metaObject()->className();
-    json["file"] = toJson(plugin.fileName());
-    json["summary"] = toJson(prototype.toString());
-    json["description"] = toJson(prototype.description());
-    json["problems"] = Json::array();
     const EditorSchema schema = readEditorSchema(*prototype.metaObject());
+    QByteArray bytes;
+    JsonWriter json(bytes);
+    json.openObject();
+    writeStep(json, prototype, schema, plugin.manifest());
+    json.key("class").text(QString::fromUtf8(prototype.metaObject()->className()));
+    json.key("file").text(plugin.fileName());
+    json.key("summary").text(prototype.toString());
+    json.key("description").text(prototype.description());
+    json.key("problems").openArray();
     for (const SchemaProblem &problem : schema.problems)
-        json["problems"].push_back(toJson(problem.text));
-    return written(json);
+        json.text(problem.text);
+    json.close().close();
+    return bytes + '\n';
 }
 } // namespace StepHost

@@ -1,6 +1,8 @@
 #include "RunReport.h"
 
+#include "host/scripts/ScriptJson.h"
 #include "host/values/JsonValue.h"
+#include "host/values/JsonWriter.h"
 #include "host/values/QuotedText.h"
 #include "host/values/VarTypes.h"
 #include "host/values/VariableName.h"
@@ -17,17 +19,18 @@ QByteArray padded(const QString &text, int width)
     return text.leftJustified(width).toUtf8();
 }
 
-QString appendVariableLines(QByteArray &text, const std::vector<ScriptVariable> &variables)
+Result<void> appendVariableLines(QByteArray &text, const std::vector<ScriptVariable> &variables)
 {
     for (const ScriptVariable &variable : variables) {
         text +=
             "  " + padded(varTypeName(variable.type), 6) + "  " + inOneLine(variable.name).toUtf8() + " = ";
-        const QString error = appendVariableAsJson(text, variable.value, variable.type);
-        if (!error.isEmpty())
-            return QStringLiteral("the value of %1 %2").arg(quoted(variable.name), error);
+        JsonWriter json(text, JsonWriter::InLine);
+        const Result<void> written = writeVariableValue(json, variable.value, variable.type);
+        if (!written)
+            return failure(QStringLiteral("the value of %1 %2").arg(quoted(variable.name), written.error()));
         text += '\n';
     }
-    return QString();
+    return {};
 }
 
 void appendStepLines(QByteArray &text, const RunReport &report)
@@ -61,26 +64,19 @@ QByteArray countLine(const RunResult &result)
     return line + counts.join(QLatin1String(", ")).toUtf8() + '\n';
 }
 
-void appendStep(QByteArray &json, const Operation &operation, const StepResult &result)
+void writeStep(JsonWriter &json, const Operation &operation, const StepResult &result)
 {
-    json += "{\"type\": ";
-    appendTextAsJson(json, operation.typeId());
-    json += ", \"summary\": ";
-    appendTextAsJson(json, operation.toString());
-    json += ", \"outcome\": ";
-    appendTextAsJson(json, outcomeName(result.outcome));
-    json += ", \"warnings\": [";
-    for (int i = 0; i < result.warnings.size(); ++i) {
-        if (i > 0)
-            json += ", ";
-        appendTextAsJson(json, result.warnings.at(i));
-    }
-    json += ']';
-    if (!result.failure.isEmpty()) {
-        json += ", \"failure\": ";
-        appendTextAsJson(json, result.failure);
-    }
-    json += '}';
+    json.openObject(JsonWriter::InLine);
+    writeText(json.key("type"), operation.typeId());
+    writeText(json.key("summary"), operation.toString());
+    json.key("outcome").text(outcomeName(result.outcome));
+    json.key("warnings").openArray();
+    for (const QString &warning : result.warnings)
+        writeText(json, warning);
+    json.close();
+    if (!result.failure.isEmpty())
+        writeText(json.key("failure"), result.failure);
+    json.close();
 }
 } // namespace
 
@@ -96,45 +92,41 @@ std::vector<ScriptVariable> variablesOf(const VariableScope &scope)
     return variables;
 }
 
-WriteResult reportToJson(const RunReport &report)
+Result<QByteArray> reportToJson(const RunReport &report)
 {
-    WriteResult json;
-    json.bytes = "{\n";
-    if (report.before) {
-        json.bytes += "  \"before\": ";
-        json.error = appendVariables(json.bytes, *report.before);
-        if (!json)
-            return json;
-        json.bytes += ",\n";
-    }
-    json.bytes += "  \"variables\": ";
-    json.error = appendVariables(json.bytes, report.variables);
-    if (!json)
-        return json;
-    json.bytes += ",\n  \"steps\": [";
-    for (std::size_t i = 0; i < report.script.steps.size(); ++i) {
-        json.bytes += i == 0 ? "\n    " : ",\n    ";
-        appendStep(json.bytes, *report.script.steps[i].operation, report.result.steps[i]);
-    }
-    json.bytes += report.script.steps.empty() ? "]\n}\n" : "\n  ]\n}\n";
-    return json;
+    QByteArray bytes;
+    JsonWriter json(bytes);
+    json.openObject();
+    Result<void> written;
+    if (report.before)
+        written = writeVariables(json.key("before"), *report.before);
+    if (written)
+        written = writeVariables(json.key("variables"), report.variables);
+    if (!written)
+        return failure(written.error());
+    json.key("steps").openArray();
+    for (std::size_t i = 0; i < report.script.steps.size(); ++i)
+        writeStep(json, *report.script.steps[i].operation, report.result.steps[i]);
+    json.close().close();
+    return bytes + '\n';
 }
 
-WriteResult reportToText(const RunReport &report)
+Result<QByteArray> reportToText(const RunReport &report)
 {
-    WriteResult text;
+    QByteArray text;
+    Result<void> written;
     if (report.before) {
-        text.bytes += "Variables before\n";
-        text.error = appendVariableLines(text.bytes, *report.before);
-        if (!text)
-            return text;
-        text.bytes += '\n';
+        text += "Variables before\n";
+        written = appendVariableLines(text, *report.before);
+        text += '\n';
     }
-    text.bytes += "Steps\n";
-    appendStepLines(text.bytes, report);
-    text.bytes += report.before ? "\nVariables after\n" : "\nVariables\n";
-    text.error = appendVariableLines(text.bytes, report.variables);
-    text.bytes += '\n' + countLine(report.result);
-    return text;
+    text += "Steps\n";
+    appendStepLines(text, report);
+    text += report.before ? "\nVariables after\n" : "\nVariables\n";
+    if (written)
+        written = appendVariableLines(text, report.variables);
+    if (!written)
+        return failure(written.error());
+    return text + '\n' + countLine(report.result);
 }
 } // namespace StepHost

@@ -2,7 +2,7 @@
 
 #include "ScriptRunner.h"
 #include "host/scripts/Script.h"
-#include "host/scripts/ScriptJson.h"
+#include "host/values/Result.h"
 
 #include <QByteArray>
 #include <QString>
@@ -24,11 +24,12 @@ struct RunReport
 };
 
 /// \a report as JSON: "variables" in the form of a script, "steps" with "type", "summary", "outcome" and
-/// "warnings", and "before", in the form of "variables", when the report has it.
-WriteResult reportToJson(const RunReport &report);
+/// "warnings", and "before", in the form of "variables", when the report has it. Refused is a value that is nested too
+/// deep or too large.
+Result<QByteArray> reportToJson(const RunReport &report);
 
 /// \a report as text in UTF-8: each variable with its type and value, each step with its outcome and
 /// summary, each warning, and the numbers of outcomes in a line of its own. Values are in the form of
 /// JsonValue.h; other control characters are written as escapes.
-WriteResult reportToText(const RunReport &report);
+Result<QByteArray> reportToText(const RunReport &report);
 } // namespace StepHost

@@ -5,6 +5,7 @@
 #include "host/values/CborReader.h"
 #include "host/values/InputFile.h"
 #include "host/values/JsonReader.h"
+#include "host/values/JsonWriter.h"
 #include "host/values/QuotedText.h"
 
 #include <QCryptographicHash>
@@ -40,22 +41,25 @@ void appendBlock(QByteArray &bytes, const QByteArray &block)
     bytes += block;
 }
 
-// Appends the variables as CBOR. Returns an empty text or what is wrong.
-QString appendVariablesAsCbor(QByteArray &bytes, const std::vector<ScriptVariable> &variables)
+// Appends the variables as CBOR.
+Result<void> appendVariables(QByteArray &bytes, const std::vector<ScriptVariable> &variables)
 {
-    QByteArray json;
-    const QString problem = appendVariables(json, variables);
-    if (!problem.isEmpty())
-        return problem;
+    QByteArray text;
+    JsonWriter json(text, JsonWriter::InLine);
+    json.openObject();
+    const Result<void> written = writeVariables(json.key("variables"), variables);
+    if (!written)
+        return written;
+    json.close();
     Json document;
     const auto cleanup = qScopeGuard([&document] { takeApart(document); });
     JsonError error;
-    if (!parseJson(json, document, error))
-        return error.toString();
+    if (!parseJson(text, document, error))
+        return failure(error.toString());
     std::vector<char> cbor;
-    Json::to_cbor(document, cbor);
+    Json::to_cbor(document["variables"], cbor);
     appendBlock(bytes, QByteArray::fromRawData(cbor.data(), int(cbor.size())));
-    return QString();
+    return {};
 }
 
 class BinaryReader
@@ -261,9 +265,11 @@ WriteResult writeBinaryScript(const Script &script)
         appendInteger(content, quint8(step.enabled ? 1 : 0));
         appendBlock(content, recordOf(*step.operation));
     }
-    result.error = appendVariablesAsCbor(content, script.variables);
-    if (!result)
+    const Result<void> appended = appendVariables(content, script.variables);
+    if (!appended) {
+        result.error = appended.error();
         return result;
+    }
     if (content.size() > maxInputSize - headerSize) {
         result.error = QStringLiteral("the script makes more than 256 MiB");
         return result;

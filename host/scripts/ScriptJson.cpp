@@ -4,6 +4,7 @@
 #include "host/plugins/StepSettings.h"
 #include "host/values/JsonTree.h"
 #include "host/values/JsonValue.h"
+#include "host/values/JsonWriter.h"
 #include "host/values/QuotedText.h"
 #include "host/values/VarTypes.h"
 #include "host/values/VariableName.h"
@@ -18,9 +19,6 @@ namespace StepHost
 {
 namespace
 {
-// How many arrays and objects a variable's value or a step's property stands in.
-constexpr int memberDepth = 3;
-
 bool refuseChoice(JsonError &error, const char *what, const QString &name, const QStringList &choices)
 {
     return refuseJson(error, notAmong(what, name, choices));
@@ -216,27 +214,24 @@ bool readDocument(const QByteArray &text, Script &script, const StepCatalogue &c
     return true;
 }
 
-QString appendStep(QByteArray &json, const ScriptStep &step)
+Result<void> writeStep(JsonWriter &json, const ScriptStep &step)
 {
-    json += "{\"type\": ";
-    appendTextAsJson(json, step.operation->typeId());
+    json.openObject(JsonWriter::InLine).key("type");
+    writeText(json, step.operation->typeId());
     if (!step.enabled)
-        json += ", \"enabled\": false";
+        json.key("enabled").raw("false");
     const QVector<QMetaProperty> settings = scriptSettingsOf(*step.operation);
     for (const QMetaProperty &setting : settings) {
         const QString name = QString::fromUtf8(setting.name());
         QVariant value = setting.read(step.operation.get());
         if (setting.isEnumType())
             value = QString::fromLatin1(setting.enumerator().valueToKeys(value.toInt()));
-        json += ", ";
-        appendTextAsJson(json, name);
-        json += ": ";
-        const QString error = appendAsJson(json, value, memberDepth);
-        if (!error.isEmpty())
-            return QStringLiteral("the property \"%1\" %2").arg(name, error);
+        const Result<void> written = writeValue(json.key(name), value);
+        if (!written)
+            return failure(QStringLiteral("the property \"%1\" %2").arg(name, written.error()));
     }
-    json += '}';
-    return QString();
+    json.close();
+    return {};
 }
 } // namespace
 
@@ -271,44 +266,36 @@ ScriptResult readScript(const QByteArray &json, const StepCatalogue &catalogue)
     return result;
 }
 
-QString appendVariables(QByteArray &json, const std::vector<ScriptVariable> &variables)
+Result<void> writeVariables(JsonWriter &json, const std::vector<ScriptVariable> &variables)
 {
-    json += '[';
-    bool first = true;
+    json.openArray();
     for (const ScriptVariable &variable : variables) {
-        json += first ? "\n    {\"name\": " : ",\n    {\"name\": ";
-        first = false;
+        json.openObject(JsonWriter::InLine).key("name");
         // A script cannot declare a name that begins with "$"; with the mark in front it says so.
-        appendTextAsJson(json, hasMark(variable.name) ? referenceTo(variable.name) : variable.name);
-        json += ", \"type\": ";
-        appendTextAsJson(json, varTypeName(variable.type));
-        json += ", \"value\": ";
-        const QString error = appendVariableAsJson(json, variable.value, variable.type, memberDepth);
-        if (!error.isEmpty())
-            return QStringLiteral("the value of %1 %2").arg(quoted(variable.name), error);
-        json += '}';
+        writeText(json, hasMark(variable.name) ? referenceTo(variable.name) : variable.name);
+        json.key("type").text(varTypeName(variable.type));
+        const Result<void> written = writeVariableValue(json.key("value"), variable.value, variable.type);
+        if (!written)
+            return failure(QStringLiteral("the value of %1 %2").arg(quoted(variable.name), written.error()));
+        json.close();
     }
-    json += first ? "]" : "\n  ]";
-    return QString();
+    json.close();
+    return {};
 }
 
 WriteResult writeScript(const Script &script)
 {
     WriteResult result;
-    result.bytes = "{\n  \"variables\": ";
-    result.error = appendVariables(result.bytes, script.variables);
-    if (!result)
-        return result;
-    result.bytes += ",\n  \"steps\": [";
-    bool first = true;
-    for (const ScriptStep &step : script.steps) {
-        result.bytes += first ? "\n    " : ",\n    ";
-        first = false;
-        result.error = appendStep(result.bytes, step);
-        if (!result)
-            return result;
-    }
-    result.bytes += first ? "]\n}\n" : "\n  ]\n}\n";
+    JsonWriter json(result.bytes);
+    json.openObject();
+    Result<void> written = writeVariables(json.key("variables"), script.variables);
+    json.key("steps").openArray();
+    for (std::size_t i = 0; written && i < script.steps.size(); ++i)
+        written = writeStep(json, script.steps[i]);
+    json.close().close();
+    result.bytes += '\n';
+    if (!written)
+        result.error = written.error();
     return result;
 }
 } // namespace StepHost

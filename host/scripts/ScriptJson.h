@@ -2,6 +2,7 @@
 
 #include "Script.h"
 #include "host/plugins/StepCatalogue.h"
+#include "host/values/Result.h"
 
 #include <QByteArray>
 #include <QString>
@@ -24,6 +25,8 @@
 /// forms of values are those of JsonValue.h.
 namespace StepHost
 {
+class JsonWriter;
+
 /// A script that was read, or the reason why there is none.
 struct ScriptResult
 {
@@ -55,7 +58,7 @@ struct WriteResult
 /// value, every step with all its properties, one on each line.
 WriteResult writeScript(const Script &script);
 
-/// Appends a list of variables to \a json as the value of "variables" in a script. Returns an empty text
-/// or what is wrong.
-QString appendVariables(QByteArray &json, const std::vector<ScriptVariable> &variables);
+/// Writes a list of variables as the value of "variables" in a script. Refused is a value that is nested too
+/// deep or too large.
+Result<void> writeVariables(JsonWriter &json, const std::vector<ScriptVariable> &variables);
 } // namespace StepHost

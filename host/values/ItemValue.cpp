@@ -13,8 +13,7 @@ constexpr int summaryLength = 120;
 
 QString jsonText(const QVariant &value)
 {
-    QByteArray json;
-    return appendAsJson(json, value).isEmpty() ? QString::fromUtf8(json) : QString();
+    return QString::fromUtf8(valueToJson(value).value_or(QByteArray()));
 }
 
 QString doubleText(double number)

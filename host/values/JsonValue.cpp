@@ -1,7 +1,7 @@
 #include "JsonValue.h"
 
-#include "InputFile.h"
 #include "JsonTree.h"
+#include "JsonWriter.h"
 #include "QuotedText.h"
 #include "VarTypes.h"
 
@@ -17,27 +17,27 @@ namespace StepHost
 namespace
 {
 using ReadPayload = bool (*)(const Json &payload, QVariant &value, JsonError &error);
-using AppendPayload = QString (*)(QByteArray &json, const QVariant &value, int depth);
+using WritePayload = Result<void> (*)(JsonWriter &json, const QVariant &value);
 
 // A type that has a typed form: how what stands after "$name" is read and written.
 struct TypedForm
 {
     int type;
     ReadPayload read;
-    AppendPayload append;
+    WritePayload write;
 };
 
 const TypedForm *findTypedForm(int type);
 
-void appendDouble(QByteArray &json, double number)
+QByteArray digitsOf(double number)
 {
-    // Qt writes a zero without its sign.
-    if (number == 0.0 && std::signbit(number))
-        json += '-';
     QByteArray digits = QByteArray::number(number, 'g', QLocale::FloatingPointShortest);
     if (!digits.contains('.') && !digits.contains('e'))
         digits += ".0";
-    json += digits;
+    // Qt writes a zero without its sign.
+    if (number == 0.0 && std::signbit(number))
+        digits.prepend('-');
+    return digits;
 }
 
 bool isPlainInteger(const QVariant &value)
@@ -80,146 +80,102 @@ bool isPlain(const QVariant &value)
     }
 }
 
-QString checkDepth(int levels)
+template<typename Items, typename WriteItem>
+Result<void> writeArray(JsonWriter &json, const Items &items, const WriteItem &writeItem)
 {
-    return levels > maxJsonDepth ? QStringLiteral("is nested deeper than %1 levels of JSON").arg(maxJsonDepth)
-                                 : QString();
+    json.openArray();
+    Result<void> state = json.check();
+    for (auto it = items.begin(); state && it != items.end(); ++it)
+        state = writeItem(it);
+    json.close();
+    return state ? json.check() : state;
 }
 
-QString checkSize(const QByteArray &json)
+Result<void> writeList(JsonWriter &json, const QVariant &value)
 {
-    return json.size() > maxInputSize ? QStringLiteral("makes more than 256 MiB of JSON") : QString();
+    return writeArray(json, value.toList(),
+                      [&](QVariantList::const_iterator it) { return writeValue(json, *it); });
 }
 
-template<typename Items, typename AppendItem>
-QString appendArray(QByteArray &json, const Items &items, int depth, const AppendItem &appendItem)
+Result<void> writeStringList(JsonWriter &json, const QVariant &value)
 {
-    const QString tooDeep = checkDepth(depth + 1);
-    if (!tooDeep.isEmpty())
-        return tooDeep;
-    json += '[';
-    bool first = true;
-    for (auto it = items.begin(); it != items.end(); ++it) {
-        if (!first)
-            json += ", ";
-        first = false;
-        const QString error = appendItem(it);
-        if (!error.isEmpty())
-            return error;
-    }
-    json += ']';
-    return checkSize(json);
+    return writeArray(json, value.toStringList(),
+                      [&](QStringList::const_iterator it) { return writeValue(json, *it); });
 }
 
-QString appendList(QByteArray &json, const QVariant &value, int depth)
+Result<void> writeMap(JsonWriter &json, const QVariant &value)
 {
-    const QVariantList list = value.toList();
-    return appendArray(json, list, depth, [&](const QVariantList::const_iterator &it) {
-        return appendAsJson(json, *it, depth + 1);
+    return writeArray(json, value.toMap(), [&](QVariantMap::const_iterator it) {
+        return writeList(json, QVariantList{it.key(), it.value()});
     });
 }
 
-QString appendStringList(QByteArray &json, const QVariant &value, int depth)
+Result<void> writeNothing(JsonWriter &json, const QVariant &)
 {
-    const QStringList list = value.toStringList();
-    return appendArray(json, list, depth, [&](const QStringList::const_iterator &it) {
-        return appendAsJson(json, *it, depth + 1);
-    });
+    json.raw("null");
+    return {};
 }
 
-QString appendMap(QByteArray &json, const QVariant &value, int depth)
+Result<void> writeBool(JsonWriter &json, const QVariant &value)
 {
-    const QVariantMap map = value.toMap();
-    return appendArray(json, map, depth, [&](QVariantMap::const_iterator it) {
-        return appendList(json, QVariantList{it.key(), it.value()}, depth + 1);
-    });
-}
-
-QString appendNothing(QByteArray &json, const QVariant &, int)
-{
-    json += "null";
-    return QString();
-}
-
-QString appendBool(QByteArray &json, const QVariant &value, int)
-{
-    json += value.toBool() ? "true" : "false";
-    return QString();
+    json.raw(value.toBool() ? "true" : "false");
+    return {};
 }
 
 template<typename Integer>
-QString appendInteger(QByteArray &json, const QVariant &value, int)
+Result<void> writeInteger(JsonWriter &json, const QVariant &value)
 {
-    if (std::is_signed<Integer>::value)
-        json += QByteArray::number(value.toLongLong());
-    else
-        json += QByteArray::number(value.toULongLong());
-    return QString();
+    json.raw(std::is_signed<Integer>::value ? QByteArray::number(value.toLongLong())
+                                            : QByteArray::number(value.toULongLong()));
+    return {};
 }
 
-QString appendNumber(QByteArray &json, const QVariant &value, int)
+Result<void> writeNumber(JsonWriter &json, const QVariant &value)
 {
     const double number = value.toDouble();
     if (std::isnan(number))
-        json += "\"nan\"";
+        json.raw("\"nan\"");
     else if (std::isinf(number))
-        json += number > 0 ? "\"inf\"" : "\"-inf\"";
+        json.raw(number > 0 ? "\"inf\"" : "\"-inf\"");
     else
-        appendDouble(json, number);
-    return QString();
-}
-
-void appendCodeUnits(QByteArray &json, const QString &text)
-{
-    json += '[';
-    for (int i = 0; i < text.size(); ++i) {
-        if (i > 0)
-            json += ", ";
-        json += QByteArray::number(text.at(i).unicode());
-    }
-    json += ']';
+        json.raw(digitsOf(number));
+    return {};
 }
 
 // The payload of "$QString".
-QString appendText(QByteArray &json, const QVariant &value, int depth)
+Result<void> writeTextPayload(JsonWriter &json, const QVariant &value)
 {
     const QString text = value.toString();
-    if (text.isValidUtf16()) {
-        appendTextAsJson(json, text);
-        return checkSize(json);
+    if (!text.isValidUtf16()) {
+        return writeArray(json, text, [&json](QString::const_iterator it) {
+            json.number(it->unicode());
+            return Result<void>();
+        });
     }
-    appendCodeUnits(json, text);
-    return checkDepth(depth + 1);
+    json.text(text);
+    return json.check();
 }
 
-QString appendByteArray(QByteArray &json, const QVariant &value, int)
+Result<void> writeByteArray(JsonWriter &json, const QVariant &value)
 {
-    json += '"' + value.toByteArray().toBase64() + '"';
-    return checkSize(json);
+    json.raw('"' + value.toByteArray().toBase64() + '"');
+    return json.check();
 }
 
-QString appendTyped(QByteArray &json, const QVariant &value, int depth)
+Result<void> writeTyped(JsonWriter &json, const QVariant &value)
 {
     const TypedForm *form = findTypedForm(value.userType());
     const QByteArray typeName = value.isValid() ? QByteArray(value.typeName()) : QByteArray("QVariant");
-    QString error = checkDepth(depth + 1);
-    json += "{\"$";
-    if (!form) {
-        json += "opaque\": ";
-        appendTextAsJson(json, QString::fromUtf8(typeName));
-    } else if (value.isValid() && isNullOfItsType(value)) {
-        json += "null\": \"" + typeName + '"';
-    } else if (error.isEmpty()) {
-        json += typeName + "\": ";
-        error = form->append(json, value, depth + 1);
-    }
-    json += '}';
-    return error;
-}
-
-bool isControl(QChar c)
-{
-    return c < QLatin1Char(' ') || (c >= QChar(0x7F) && c <= QChar(0x9F));
+    json.openObject();
+    Result<void> state = json.check();
+    if (!form)
+        json.key("$opaque").text(QString::fromUtf8(typeName));
+    else if (value.isValid() && isNullOfItsType(value))
+        json.key("$null").text(QString::fromUtf8(typeName));
+    else if (state)
+        state = form->write(json.key(('$' + typeName).constData()), value);
+    json.close();
+    return state;
 }
 
 bool readNothing(const Json &json, QVariant &value, JsonError &error)
@@ -389,26 +345,26 @@ bool readMap(const Json &json, QVariant &value, JsonError &error)
 }
 
 const TypedForm typedForms[] = {
-    {QMetaType::UnknownType, readNothing, appendNothing},
-    {QMetaType::Bool, readBool, appendBool},
-    {QMetaType::Int, readInteger<int>, appendInteger<int>},
-    {QMetaType::UInt, readInteger<uint>, appendInteger<uint>},
-    {QMetaType::LongLong, readInteger<qlonglong>, appendInteger<qlonglong>},
-    {QMetaType::ULongLong, readInteger<qulonglong>, appendInteger<qulonglong>},
-    {QMetaType::Long, readInteger<long>, appendInteger<long>},
-    {QMetaType::ULong, readInteger<ulong>, appendInteger<ulong>},
-    {QMetaType::Short, readInteger<short>, appendInteger<short>},
-    {QMetaType::UShort, readInteger<ushort>, appendInteger<ushort>},
-    {QMetaType::Char, readInteger<char>, appendInteger<char>},
-    {QMetaType::SChar, readInteger<signed char>, appendInteger<signed char>},
-    {QMetaType::UChar, readInteger<uchar>, appendInteger<uchar>},
-    {QMetaType::Double, readDouble, appendNumber},
-    {QMetaType::Float, readFloat, appendNumber},
-    {QMetaType::QString, readText, appendText},
-    {QMetaType::QByteArray, readByteArray, appendByteArray},
-    {QMetaType::QStringList, readStringList, appendStringList},
-    {QMetaType::QVariantList, readList, appendList},
-    {QMetaType::QVariantMap, readMap, appendMap},
+    {QMetaType::UnknownType, readNothing, writeNothing},
+    {QMetaType::Bool, readBool, writeBool},
+    {QMetaType::Int, readInteger<int>, writeInteger<int>},
+    {QMetaType::UInt, readInteger<uint>, writeInteger<uint>},
+    {QMetaType::LongLong, readInteger<qlonglong>, writeInteger<qlonglong>},
+    {QMetaType::ULongLong, readInteger<qulonglong>, writeInteger<qulonglong>},
+    {QMetaType::Long, readInteger<long>, writeInteger<long>},
+    {QMetaType::ULong, readInteger<ulong>, writeInteger<ulong>},
+    {QMetaType::Short, readInteger<short>, writeInteger<short>},
+    {QMetaType::UShort, readInteger<ushort>, writeInteger<ushort>},
+    {QMetaType::Char, readInteger<char>, writeInteger<char>},
+    {QMetaType::SChar, readInteger<signed char>, writeInteger<signed char>},
+    {QMetaType::UChar, readInteger<uchar>, writeInteger<uchar>},
+    {QMetaType::Double, readDouble, writeNumber},
+    {QMetaType::Float, readFloat, writeNumber},
+    {QMetaType::QString, readText, writeTextPayload},
+    {QMetaType::QByteArray, readByteArray, writeByteArray},
+    {QMetaType::QStringList, readStringList, writeStringList},
+    {QMetaType::QVariantList, readList, writeList},
+    {QMetaType::QVariantMap, readMap, writeMap},
 };
 
 const TypedForm *findTypedForm(int type)
@@ -588,49 +544,33 @@ ValueResult valueFromJson(const QByteArray &json)
     return result;
 }
 
-QString controlEscape(QChar c)
+Result<QByteArray> valueToJson(const QVariant &value)
 {
-    if (c == QLatin1Char('\n'))
-        return QStringLiteral("\\n");
-    if (c == QLatin1Char('\r'))
-        return QStringLiteral("\\r");
-    if (c == QLatin1Char('\t'))
-        return QStringLiteral("\\t");
-    return isControl(c) ? QStringLiteral("\\u%1").arg(int(c.unicode()), 4, 16, QLatin1Char('0')) : QString();
+    QByteArray bytes;
+    JsonWriter json(bytes, JsonWriter::InLine);
+    const Result<void> written = writeValue(json, value);
+    if (!written)
+        return failure(written.error());
+    return bytes;
 }
 
-void appendTextAsJson(QByteArray &json, const QString &text)
+void writeText(JsonWriter &json, const QString &text)
 {
-    if (!text.isValidUtf16()) {
-        json += "{\"$QString\": ";
-        appendCodeUnits(json, text);
-        json += '}';
-        return;
-    }
-    QString escaped;
-    escaped.reserve(text.size() + 2);
-    escaped += QLatin1Char('"');
-    for (const QChar c : text) {
-        if (c == QLatin1Char('"') || c == QLatin1Char('\\'))
-            escaped += QLatin1Char('\\');
-        if (isControl(c))
-            escaped += controlEscape(c);
-        else
-            escaped += c;
-    }
-    escaped += QLatin1Char('"');
-    json += escaped.toUtf8();
+    if (text.isValidUtf16())
+        json.text(text);
+    else
+        writeTyped(json, text);
 }
 
-QString appendAsJson(QByteArray &json, const QVariant &value, int depth)
+Result<void> writeValue(JsonWriter &json, const QVariant &value)
 {
     if (!isPlain(value))
-        return appendTyped(json, value, depth);
-    return findTypedForm(value.userType())->append(json, value, depth);
+        return writeTyped(json, value);
+    return findTypedForm(value.userType())->write(json, value);
 }
 
-QString appendVariableAsJson(QByteArray &json, const QVariant &value, VarType type, int depth)
+Result<void> writeVariableValue(JsonWriter &json, const QVariant &value, VarType type)
 {
-    return hasShapeOf(value, type) ? appendAsJson(json, value, depth) : appendTyped(json, value, depth);
+    return hasShapeOf(value, type) ? writeValue(json, value) : writeTyped(json, value);
 }
 } // namespace StepHost

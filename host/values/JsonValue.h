@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Result.h"
 #include "hostapi/VariableScope.h"
 
 #include <QByteArray>
@@ -38,6 +39,8 @@
 /// the typed form stands for a value of another kind than the declared type asks for.
 namespace StepHost
 {
+class JsonWriter;
+
 /// How deep arrays and objects may be nested in a JSON document, read or written.
 constexpr int maxJsonDepth = 512;
 
@@ -56,20 +59,19 @@ struct ValueResult
 /// Reads \a json, a document of a single value in one of the forms above.
 ValueResult valueFromJson(const QByteArray &json);
 
-/// How the control character \a c stands in a JSON string, such as `\n` or `\u001b`; empty for any other
-/// character.
-QString controlEscape(QChar c);
+/// Writes \a text in the form above.
+void writeText(JsonWriter &json, const QString &text);
 
-/// Appends \a text to \a json in the form above. Control characters are written as escapes.
-void appendTextAsJson(QByteArray &json, const QString &text);
-
-/// Appends \a value to \a json in the form above, inside \a depth arrays and objects.
+/// Writes \a value in the form above.
 ///
-/// Returns an empty text, or what is wrong: the value is nested too deep or makes a document too large to
-/// hold. \a json is of no use then.
-QString appendAsJson(QByteArray &json, const QVariant &value, int depth = 0);
+/// Refused, in words that follow the name of the value, is one that is nested too deep or makes a document too
+/// large to hold. What was written is of no use then.
+Result<void> writeValue(JsonWriter &json, const QVariant &value);
 
-/// Appends \a value, the value of a variable of type \a type, as appendAsJson() does; in typed form when
-/// the plain form would be refused or changed for that type.
-QString appendVariableAsJson(QByteArray &json, const QVariant &value, VarType type, int depth = 0);
+/// Writes \a value, the value of a variable of type \a type, as writeValue() does; in typed form when the plain
+/// form would be refused or changed for that type.
+Result<void> writeVariableValue(JsonWriter &json, const QVariant &value, VarType type);
+
+/// \a value as a document of its own in one line, as writeValue() writes it.
+Result<QByteArray> valueToJson(const QVariant &value);
 } // namespace StepHost

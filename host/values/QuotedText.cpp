@@ -1,6 +1,6 @@
 #include "QuotedText.h"
 
-#include "JsonValue.h"
+#include "JsonWriter.h"
 
 namespace StepHost
 {

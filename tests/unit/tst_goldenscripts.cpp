@@ -2,6 +2,7 @@
 #include "host/running/RunReport.h"
 #include "host/running/ScriptRunner.h"
 #include "host/scripts/ScriptFile.h"
+#include "tests/support/ErrorOf.h"
 #include "tests/support/TestPaths.h"
 #include "tests/support/TextDifference.h"
 
@@ -72,21 +73,21 @@ void TestGoldenScripts::scripts()
     const std::vector<ScriptVariable> before = variablesOf(scope);
     const RunResult result = runScript(read.script, scope);
     const std::vector<ScriptVariable> after = variablesOf(scope);
-    const WriteResult report = reportToText({read.script, result, after, &before});
-    QVERIFY2(report, qPrintable(report.error));
+    const Result<QByteArray> report = reportToText({read.script, result, after, &before});
+    QVERIFY2(report, qPrintable(errorOf(report)));
 
     QFile expected(pathOf(name, "expected"));
     if (qgetenv("QUILLMAP_RENEW_GOLDEN") == "1") {
         QVERIFY2(expected.open(QIODevice::WriteOnly), qPrintable(expected.errorString()));
-        QCOMPARE(expected.write(report.bytes), qint64(report.bytes.size()));
+        QCOMPARE(expected.write(*report), qint64(report->size()));
         return;
     }
     QVERIFY2(expected.open(QIODevice::ReadOnly),
              qPrintable(expected.fileName() + ": " + expected.errorString()));
     const QByteArray wanted = expected.readAll().replace("\r\n", "\n");
-    if (report.bytes != wanted) {
+    if (*report != wanted) {
         std::fprintf(stderr, "%s %s", qPrintable(expected.fileName()),
-                     difference(wanted, report.bytes).toUtf8().constData());
+                     difference(wanted, *report).toUtf8().constData());
         QFAIL("The report differs; QUILLMAP_RENEW_GOLDEN=1 takes it as the expected one.");
     }
 }

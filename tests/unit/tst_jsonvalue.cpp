@@ -1,4 +1,6 @@
 #include "host/values/JsonValue.h"
+#include "host/values/JsonWriter.h"
+#include "tests/support/ErrorOf.h"
 #include "tests/support/IsLike.h"
 
 #include <QtTest>
@@ -91,7 +93,6 @@ private slots:
     void variableValues();
     void depthIsBounded();
     void sizeIsBounded();
-    void controlEscapes();
 };
 
 void TestJsonValue::writesAndReads_data()
@@ -187,8 +188,7 @@ void TestJsonValue::writesAndReads()
 {
     QFETCH(QVariant, value);
     QFETCH(QByteArray, json);
-    QByteArray written;
-    QCOMPARE(appendAsJson(written, value), QString());
+    const QByteArray written = valueToJson(value).value_or("");
     QCOMPARE(written, json);
     const ValueResult read = valueFromJson(written);
     QVERIFY2(read, qPrintable(read.error));
@@ -213,8 +213,7 @@ void TestJsonValue::doublesReadBack()
 {
     QFETCH(double, number);
     QFETCH(QByteArray, json);
-    QByteArray written;
-    QCOMPARE(appendAsJson(written, number), QString());
+    const QByteArray written = valueToJson(number).value_or("");
     QCOMPARE(written, json);
     QVERIFY(isSame(valueFromJson(written).value, number));
 }
@@ -224,7 +223,8 @@ void TestJsonValue::everyCodeUnitReadsBack()
     for (int unit = 0; unit <= 0xFFFF; ++unit) {
         const QString text = QChar(ushort(unit)) + QString("x");
         QByteArray json;
-        appendTextAsJson(json, text);
+        JsonWriter writer(json, JsonWriter::InLine);
+        writeText(writer, text);
         const ValueResult read = valueFromJson(json);
         QVERIFY2(read, qPrintable(read.error));
         QVERIFY2(read.value == QVariant(text), json.constData());
@@ -360,8 +360,7 @@ void TestJsonValue::refuses()
 
 void TestJsonValue::opaqueValuesDoNotReadBack()
 {
-    QByteArray json;
-    QCOMPARE(appendAsJson(json, QVariant::fromValue(static_cast<QObject *>(this))), QString());
+    const QByteArray json = valueToJson(QVariant::fromValue(static_cast<QObject *>(this))).value_or("");
     QCOMPARE(json, QByteArray("{\"$opaque\": \"QObject*\"}"));
     const ValueResult read = valueFromJson(json);
     QCOMPARE(read.error, QString("a value of this type was not written and cannot be read back"));
@@ -369,8 +368,7 @@ void TestJsonValue::opaqueValuesDoNotReadBack()
 
 void TestJsonValue::nullTextsAreEmptyTexts()
 {
-    QByteArray json;
-    QCOMPARE(appendAsJson(json, QVariant(QVariantList{QString(), QByteArray()})), QString());
+    const QByteArray json = valueToJson(QVariantList{QString(), QByteArray()}).value_or("");
     QCOMPARE(json, QByteArray("[\"\", {\"$QByteArray\": \"\"}]"));
 }
 
@@ -409,7 +407,8 @@ void TestJsonValue::variableValues()
     QFETCH(VarType, type);
     QFETCH(QByteArray, json);
     QByteArray written;
-    QCOMPARE(appendVariableAsJson(written, value, type), QString());
+    JsonWriter writer(written, JsonWriter::InLine);
+    QVERIFY(writeVariableValue(writer, value, type));
     QCOMPARE(written, json);
     QVERIFY(isSame(valueFromJson(written).value, value));
 }
@@ -424,14 +423,15 @@ void TestJsonValue::depthIsBounded()
     QVERIFY(!valueFromJson(QByteArray("{\"a\":").repeated(100000)));
     QVERIFY(!valueFromJson(QByteArray(10000000, '[')));
 
+    QCOMPARE(valueToJson(nested(maxJsonDepth)).value_or(""), brackets(maxJsonDepth));
+    const QString tooDeep = "is nested deeper than 512 levels of JSON";
+    QCOMPARE(errorOf(valueToJson(nested(maxJsonDepth + 1))), tooDeep);
+    QCOMPARE(errorOf(valueToJson(nested(10000))), tooDeep);
     QByteArray json;
-    QCOMPARE(appendAsJson(json, nested(maxJsonDepth)), QString());
-    QCOMPARE(json, brackets(maxJsonDepth));
-    QCOMPARE(appendAsJson(json, nested(maxJsonDepth + 1)),
-             QString("is nested deeper than 512 levels of JSON"));
-    QCOMPARE(appendAsJson(json, nested(10000)), QString("is nested deeper than 512 levels of JSON"));
-    QCOMPARE(appendAsJson(json, nested(2), maxJsonDepth - 1),
-             QString("is nested deeper than 512 levels of JSON"));
+    JsonWriter inDepth(json);
+    for (int level = 1; level < maxJsonDepth; ++level)
+        inDepth.openArray();
+    QCOMPARE(errorOf(writeValue(inDepth, nested(2))), tooDeep);
 
     // The typed form is nested too, and what is written reads back.
     for (const QVariant &value :
@@ -439,8 +439,11 @@ void TestJsonValue::depthIsBounded()
           QVariant(QVariantMap{{QString(QChar(0xD800)), 1.0f}}), QVariant(QString(QChar(0xD800))),
           QVariant(1LL)}) {
         for (int depth = maxJsonDepth - 8; depth <= maxJsonDepth; ++depth) {
-            json = QByteArray(depth, '[');
-            if (appendAsJson(json, value, depth).isEmpty()) {
+            json.clear();
+            JsonWriter writer(json, JsonWriter::InLine);
+            for (int level = 0; level < depth; ++level)
+                writer.openArray();
+            if (writeValue(writer, value)) {
                 const ValueResult read = valueFromJson(json + QByteArray(depth, ']'));
                 QVERIFY2(read, qPrintable(read.error));
             }
@@ -454,20 +457,7 @@ void TestJsonValue::sizeIsBounded()
     QVariant value = QString(100000, 'x');
     for (int i = 0; i < 40; ++i)
         value = QVariantList{value, value};
-    QByteArray json;
-    QCOMPARE(appendAsJson(json, value), QString("makes more than 256 MiB of JSON"));
-}
-
-void TestJsonValue::controlEscapes()
-{
-    QCOMPARE(controlEscape('\n'), QString("\\n"));
-    QCOMPARE(controlEscape(QChar(0)), QString("\\u0000"));
-    QCOMPARE(controlEscape(QChar(0x1F)), QString("\\u001f"));
-    QCOMPARE(controlEscape(' '), QString());
-    QCOMPARE(controlEscape('~'), QString());
-    QCOMPARE(controlEscape(QChar(0x7F)), QString("\\u007f"));
-    QCOMPARE(controlEscape(QChar(0x9F)), QString("\\u009f"));
-    QCOMPARE(controlEscape(QChar(0xA0)), QString());
+    QCOMPARE(errorOf(valueToJson(value)), QString("makes more than 256 MiB of JSON"));
 }
 
 QTEST_GUILESS_MAIN(TestJsonValue)

@@ -1,6 +1,8 @@
 #include "host/running/RunReport.h"
 #include "tests/support/FixtureStep.h"
 
+#include "tests/support/ErrorOf.h"
+
 #include <QtTest>
 
 using namespace StepHost;
@@ -70,9 +72,9 @@ private slots:
 void TestRunReport::text()
 {
     const Example example;
-    const WriteResult text = reportToText(example.report());
-    QVERIFY2(text, qPrintable(text.error));
-    QCOMPARE(QString::fromUtf8(text.bytes),
+    const Result<QByteArray> text = reportToText(example.report());
+    QCOMPARE(errorOf(text), QString());
+    QCOMPARE(QString::fromUtf8(*text),
              QString::fromUtf8("Steps\n"
                                "  1  wrote     one\n"
                                "  2  skipped   two\\n\\u001b[2J\n"
@@ -92,9 +94,10 @@ void TestRunReport::text()
 void TestRunReport::textWithBefore()
 {
     const Example example;
-    const WriteResult text = reportToText(example.report(true));
-    QVERIFY(text.bytes.startsWith("Variables before\n  int     x = 1\n\nSteps\n"));
-    QVERIFY(text.bytes.contains("\nVariables after\n  list "));
+    const Result<QByteArray> text = reportToText(example.report(true));
+    QCOMPARE(errorOf(text), QString());
+    QVERIFY(text->startsWith("Variables before\n  int     x = 1\n\nSteps\n"));
+    QVERIFY(text->contains("\nVariables after\n  list "));
 }
 
 void TestRunReport::textOfNothing()
@@ -102,15 +105,15 @@ void TestRunReport::textOfNothing()
     const Script script;
     const RunResult result;
     const std::vector<ScriptVariable> variables;
-    QCOMPARE(reportToText({script, result, variables}).bytes, QByteArray("Steps\n\nVariables\n\nno steps\n"));
+    QCOMPARE(reportToText({script, result, variables}).value_or(""), QByteArray("Steps\n\nVariables\n\nno steps\n"));
 }
 
 void TestRunReport::json()
 {
     const Example example;
-    const WriteResult json = reportToJson(example.report());
-    QVERIFY2(json, qPrintable(json.error));
-    QCOMPARE(QString::fromUtf8(json.bytes), QString::fromUtf8(R"({
+    const Result<QByteArray> json = reportToJson(example.report());
+    QCOMPARE(errorOf(json), QString());
+    QCOMPARE(QString::fromUtf8(*json), QString::fromUtf8(R"({
   "variables": [
     {"name": "名字", "type": "list", "value": ["a", 1, 1.0]},
     {"name": "a\tb", "type": "undeclared", "value": null}
@@ -128,8 +131,9 @@ void TestRunReport::json()
 void TestRunReport::jsonWithBefore()
 {
     const Example example;
-    const WriteResult json = reportToJson(example.report(true));
-    QVERIFY(json.bytes.startsWith(
+    const Result<QByteArray> json = reportToJson(example.report(true));
+    QCOMPARE(errorOf(json), QString());
+    QVERIFY(json->startsWith(
         "{\n  \"before\": [\n    {\"name\": \"x\", \"type\": \"int\", \"value\": 1}\n  ],\n"
         "  \"variables\": [\n"));
 }
@@ -139,7 +143,7 @@ void TestRunReport::jsonOfNothing()
     const Script script;
     const RunResult result;
     const std::vector<ScriptVariable> variables;
-    QCOMPARE(reportToJson({script, result, variables}).bytes,
+    QCOMPARE(reportToJson({script, result, variables}).value_or(""),
              QByteArray("{\n  \"variables\": [],\n  \"steps\": []\n}\n"));
 }
 
@@ -151,11 +155,11 @@ void TestRunReport::refusesDeepNesting()
         deep = QVariantList{deep};
     example.before = {{"deep", VarType::List, deep}};
     const QString error = "the value of \"deep\" is nested deeper than 512 levels of JSON";
-    QCOMPARE(reportToText(example.report(true)).error, error);
-    QCOMPARE(reportToJson(example.report(true)).error, error);
+    QCOMPARE(errorOf(reportToText(example.report(true))), error);
+    QCOMPARE(errorOf(reportToJson(example.report(true))), error);
     example.variables = example.before;
-    QCOMPARE(reportToText(example.report()).error, error);
-    QCOMPARE(reportToJson(example.report()).error, error);
+    QCOMPARE(errorOf(reportToText(example.report())), error);
+    QCOMPARE(errorOf(reportToJson(example.report())), error);
 }
 
 void TestRunReport::listsTheVariablesOfAScope()

@@ -1,5 +1,6 @@
 #include "host/plugins/StepRecord.h"
 #include "host/scripts/ScriptFile.h"
+#include "host/values/JsonWriter.h"
 #include "tests/support/IsLike.h"
 #include "tests/support/TestPaths.h"
 
@@ -351,9 +352,11 @@ void TestScriptJson::keepsRecordsOfNewSteps()
 
 void TestScriptJson::writesNamesThatAScriptCannotDeclare()
 {
-    QByteArray json = "{\"variables\": ";
-    QCOMPARE(appendVariables(json, {{"$x", VarType::Int, 1}}), QString());
-    const ScriptResult read = readScript(json + '}', m_catalogue);
+    QByteArray json;
+    JsonWriter writer(json);
+    QVERIFY(writeVariables(writer.openObject().key("variables"), {{"$x", VarType::Int, 1}}));
+    writer.close();
+    const ScriptResult read = readScript(json, m_catalogue);
     QCOMPARE(read.error,
              QString(R"(at /variables/0/name: the variable's name "$$x" has more than one "$" in front)"));
 }

@@ -171,7 +171,7 @@ RunResult TestStepsGuide::run(const Example &example, QByteArray &report)
     const std::vector<ScriptVariable> before = variablesOf(scope);
     const RunResult result = runScript(read.script, scope);
     const std::vector<ScriptVariable> after = variablesOf(scope);
-    report = reportToText({read.script, result, after, &before}).bytes;
+    report = reportToText({read.script, result, after, &before}).value_or("");
     return result;
 }
 

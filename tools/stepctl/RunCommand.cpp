@@ -147,11 +147,11 @@ int run(const RunArguments &arguments, const StepCatalogue &catalogue, FaultWatc
     watch.setWork(QStringLiteral("while the result was made"));
     const std::vector<ScriptVariable> after = variablesOf(scope);
     const RunReport report{script, result, after, arguments.showBefore ? &before : nullptr};
-    const WriteResult written =
+    const Result<QByteArray> written =
         arguments.format == QLatin1String("json") ? reportToJson(report) : reportToText(report);
     if (!written)
-        return refuse(QStringLiteral("the result cannot be written: ") + written.error);
-    output = written.bytes;
+        return refuse(QStringLiteral("the result cannot be written: ") + written.error());
+    output = *written;
     watch.setWork(QStringLiteral("while the script was deleted"));
     return result.count(StepOutcome::Skipped) > 0 ? ExitFinding : ExitSuccess;
 }
