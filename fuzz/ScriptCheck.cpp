@@ -89,21 +89,22 @@ void requireRuns(const StepHost::Script &script)
 } // namespace
 
 void requireKeepsAndRuns(const QByteArray &bytes,
-                         StepHost::ScriptResult (*read)(const QByteArray &, const StepHost::StepCatalogue &),
-                         StepHost::WriteResult (*write)(const StepHost::Script &))
+                         StepHost::Result<StepHost::Script> (*read)(const QByteArray &,
+                                                                    const StepHost::StepCatalogue &),
+                         StepHost::Result<QByteArray> (*write)(const StepHost::Script &))
 {
-    const StepHost::ScriptResult first = read(bytes, listSteps());
-    require(first || (first.script.steps.empty() && first.script.variables.empty()),
-            "a refused script is not empty");
-    if (!first)
+    const StepHost::Result<StepHost::Script> first = read(bytes, listSteps());
+    if (!first) {
+        require(!first.error().isEmpty(), "a script is refused without a reason");
         return;
+    }
 
-    const StepHost::WriteResult written = write(first.script);
+    const StepHost::Result<QByteArray> written = write(*first);
     // The typed form of a value is deeper than the plain one, so a script may be too deep to be written.
     if (written) {
-        const StepHost::ScriptResult again = read(written.bytes, listSteps());
+        const StepHost::Result<StepHost::Script> again = read(*written, listSteps());
         require(static_cast<bool>(again), "a written script does not read");
-        requireSameScript(first.script, again.script);
+        requireSameScript(*first, *again);
     }
-    requireRuns(first.script);
+    requireRuns(*first);
 }

@@ -8,5 +8,6 @@
 /// the script is the same after writing and reading, that it runs, and that its run can be reported. The
 /// run is stopped when the variables grow large, as they do when a list is merged with itself again and again.
 void requireKeepsAndRuns(const QByteArray &bytes,
-                         StepHost::ScriptResult (*read)(const QByteArray &, const StepHost::StepCatalogue &),
-                         StepHost::WriteResult (*write)(const StepHost::Script &));
+                         StepHost::Result<StepHost::Script> (*read)(const QByteArray &,
+                                                                    const StepHost::StepCatalogue &),
+                         StepHost::Result<QByteArray> (*write)(const StepHost::Script &));

@@ -1,5 +1,6 @@
 #include "BinaryScript.h"
 
+#include "ScriptJson.h"
 #include "ScriptTree.h"
 #include "host/plugins/StepRecord.h"
 #include "host/values/CborReader.h"
@@ -244,20 +245,17 @@ bool isBinaryScript(const QByteArray &bytes)
     return bytes.startsWith(QByteArray::fromRawData(mark, markStartSize));
 }
 
-ScriptResult readBinaryScript(const QByteArray &bytes, const StepCatalogue &catalogue)
+Result<Script> readBinaryScript(const QByteArray &bytes, const StepCatalogue &catalogue)
 {
-    ScriptResult result;
+    Script script;
     BinaryReader reader(bytes, catalogue);
-    if (!reader.readScript(result.script)) {
-        result.script = Script();
-        result.error = reader.error();
-    }
-    return result;
+    if (!reader.readScript(script))
+        return failure(reader.error());
+    return script;
 }
 
-WriteResult writeBinaryScript(const Script &script)
+Result<QByteArray> writeBinaryScript(const Script &script)
 {
-    WriteResult result;
     QByteArray content;
     appendInteger(content, quint32(script.steps.size()));
     for (const ScriptStep &step : script.steps) {
@@ -266,19 +264,13 @@ WriteResult writeBinaryScript(const Script &script)
         appendBlock(content, recordOf(*step.operation));
     }
     const Result<void> appended = appendVariables(content, script.variables);
-    if (!appended) {
-        result.error = appended.error();
-        return result;
-    }
-    if (content.size() > maxInputSize - headerSize) {
-        result.error = QStringLiteral("the script makes more than 256 MiB");
-        return result;
-    }
-    result.bytes = QByteArray(mark, markSize);
-    appendInteger(result.bytes, formVersion);
-    appendInteger(result.bytes, quint32(content.size()));
-    result.bytes += QCryptographicHash::hash(content, hashAlgorithm);
-    result.bytes += content;
-    return result;
+    if (!appended)
+        return failure(appended.error());
+    if (content.size() > maxInputSize - headerSize)
+        return failure(QStringLiteral("the script makes more than 256 MiB"));
+    QByteArray bytes(mark, markSize);
+    appendInteger(bytes, formVersion);
+    appendInteger(bytes, quint32(content.size()));
+    return bytes + QCryptographicHash::hash(content, hashAlgorithm) + content;
 }
 } // namespace StepHost

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "Script.h"
-#include "ScriptJson.h"
 #include "host/plugins/StepCatalogue.h"
+#include "host/values/Result.h"
 
 #include <QByteArray>
 
@@ -44,8 +44,9 @@ bool isBinaryScript(const QByteArray &bytes);
 /// A length counts only when the bytes for it are there. So memory is taken in proportion to the size of
 /// \a bytes, whatever they are: at most about 130 times as much, for lists nested in each other, each of which has a byte.
 /// What a step does with its record is its own business.
-ScriptResult readBinaryScript(const QByteArray &bytes, const StepCatalogue &catalogue);
+Result<Script> readBinaryScript(const QByteArray &bytes, const StepCatalogue &catalogue);
 
-/// Writes \a script so that readBinaryScript() gives the same variables and steps.
-WriteResult writeBinaryScript(const Script &script);
+/// Writes \a script so that readBinaryScript() gives the same variables and steps. Refused are a value that is nested too
+/// deep and a script that makes more than 256 MiB.
+Result<QByteArray> writeBinaryScript(const Script &script);
 } // namespace StepHost

@@ -46,21 +46,22 @@ std::optional<ScriptForm> scriptFormOf(const QString &fileName)
     return std::nullopt;
 }
 
-ScriptResult readScriptFile(const QString &fileName, const StepCatalogue &catalogue)
+Result<Script> readAnyScript(const QByteArray &bytes, const StepCatalogue &catalogue)
 {
-    ScriptResult result;
-    const Result<QByteArray> file = readInputFile(fileName);
-    if (!file) {
-        result.error = file.error();
-        return result;
-    }
-    result = isBinaryScript(*file) ? readBinaryScript(*file, catalogue) : readScript(*file, catalogue);
-    if (!result)
-        result.error.prepend(fileName + QLatin1String(": "));
-    return result;
+    return isBinaryScript(bytes) ? readBinaryScript(bytes, catalogue) : readScript(bytes, catalogue);
 }
 
-WriteResult writeScript(const Script &script, ScriptForm form, const StepCatalogue &catalogue)
+Result<Script> readScriptFile(const QString &fileName, const StepCatalogue &catalogue)
+{
+    const Result<QByteArray> bytes = readInputFile(fileName);
+    if (!bytes)
+        return failure(bytes.error());
+    return readAnyScript(*bytes, catalogue).map_error([&fileName](const QString &error) {
+        return fileName + QLatin1String(": ") + error;
+    });
+}
+
+Result<QByteArray> writeScript(const Script &script, ScriptForm form, const StepCatalogue &catalogue)
 {
     const bool isBinary = form == ScriptForm::Binary;
     for (std::size_t i = 0; i < script.steps.size(); ++i) {
@@ -70,7 +71,7 @@ WriteResult writeScript(const Script &script, ScriptForm form, const StepCatalog
                 ? QStringLiteral(
                     "its record does not hold all its properties, so the binary form would lose some")
                 : QStringLiteral("it has state beside its properties, which JSON would lose");
-            return {QByteArray(), QStringLiteral("step %1 (%2): %3").arg(i + 1).arg(step.typeId(), loss)};
+            return failure(QStringLiteral("step %1 (%2): %3").arg(i + 1).arg(step.typeId(), loss));
         }
     }
     return isBinary ? writeBinaryScript(script) : writeScript(script);

@@ -18,13 +18,16 @@ enum class ScriptForm {
 /// other suffix.
 std::optional<ScriptForm> scriptFormOf(const QString &fileName);
 
+/// Reads \a bytes, whose beginning tells their form. The steps are made by \a catalogue.
+Result<Script> readAnyScript(const QByteArray &bytes, const StepCatalogue &catalogue);
+
 /// Reads the file \a fileName, or standard input for "-", whose content tells its form. The steps are made by
 /// \a catalogue. An error begins with the file's name.
-ScriptResult readScriptFile(const QString &fileName, const StepCatalogue &catalogue);
+Result<Script> readScriptFile(const QString &fileName, const StepCatalogue &catalogue);
 
 /// Writes \a script in the form \a form. The steps have to be of types in \a catalogue.
 ///
 /// Nothing is lost: refused is the JSON form of a step that has state beside its properties, and the binary
 /// form of one that has properties beside its record.
-WriteResult writeScript(const Script &script, ScriptForm form, const StepCatalogue &catalogue);
+Result<QByteArray> writeScript(const Script &script, ScriptForm form, const StepCatalogue &catalogue);
 } // namespace StepHost

@@ -255,15 +255,13 @@ bool readVariables(const Json &json, Script &script, JsonError &error)
     return true;
 }
 
-ScriptResult readScript(const QByteArray &json, const StepCatalogue &catalogue)
+Result<Script> readScript(const QByteArray &json, const StepCatalogue &catalogue)
 {
-    ScriptResult result;
+    Script script;
     JsonError error;
-    if (!readDocument(json, result.script, catalogue, error)) {
-        result.script = Script();
-        result.error = error.toString();
-    }
-    return result;
+    if (!readDocument(json, script, catalogue, error))
+        return failure(error.toString());
+    return script;
 }
 
 Result<void> writeVariables(JsonWriter &json, const std::vector<ScriptVariable> &variables)
@@ -283,19 +281,18 @@ Result<void> writeVariables(JsonWriter &json, const std::vector<ScriptVariable> 
     return {};
 }
 
-WriteResult writeScript(const Script &script)
+Result<QByteArray> writeScript(const Script &script)
 {
-    WriteResult result;
-    JsonWriter json(result.bytes);
+    QByteArray bytes;
+    JsonWriter json(bytes);
     json.openObject();
     Result<void> written = writeVariables(json.key("variables"), script.variables);
     json.key("steps").openArray();
     for (std::size_t i = 0; written && i < script.steps.size(); ++i)
         written = writeStep(json, script.steps[i]);
-    json.close().close();
-    result.bytes += '\n';
     if (!written)
-        result.error = written.error();
-    return result;
+        return failure(written.error());
+    json.close().close();
+    return bytes + '\n';
 }
 } // namespace StepHost

@@ -27,36 +27,13 @@ namespace StepHost
 {
 class JsonWriter;
 
-/// A script that was read, or the reason why there is none.
-struct ScriptResult
-{
-    Script script;
-    QString error; ///< Empty when the script was read; else the place and what would be right.
-
-    explicit operator bool() const
-    {
-        return error.isEmpty();
-    }
-};
-
 /// Reads \a json. The steps are made by \a catalogue. A mistake in one place refuses the whole script.
-ScriptResult readScript(const QByteArray &json, const StepCatalogue &catalogue);
-
-/// What was written, or the reason why it could not be: a value that is nested too deep or too large.
-struct WriteResult
-{
-    QByteArray bytes;
-    QString error; ///< Empty when `bytes` is complete.
-
-    explicit operator bool() const
-    {
-        return error.isEmpty();
-    }
-};
+Result<Script> readScript(const QByteArray &json, const StepCatalogue &catalogue);
 
 /// Writes \a script so that readScript() gives the same variables and steps: every variable with its
-/// value, every step with all its properties, one on each line.
-WriteResult writeScript(const Script &script);
+/// value, every step with all its properties, one on each line. Refused is a value that is nested too deep or too
+/// large.
+Result<QByteArray> writeScript(const Script &script);
 
 /// Writes a list of variables as the value of "variables" in a script. Refused is a value that is nested too
 /// deep or too large.

@@ -120,13 +120,13 @@ bool ItemOrder::operator<(const ItemOrder &other) const
 
 Result<QVariant> ItemValue::parseList(const QString &text)
 {
-    const ValueResult result = valueFromJson(text.toUtf8());
-    if (!result)
+    const Result<QVariant> value = valueFromJson(text.toUtf8());
+    if (!value)
         return failure(
-            tr("“%1” is not a list such as [1, \"a\", true]: %2").arg(oneLine(text), result.error));
-    if (kind(result.value) != ItemKind::List)
+            tr("“%1” is not a list such as [1, \"a\", true]: %2").arg(oneLine(text), value.error()));
+    if (kind(*value) != ItemKind::List)
         return failure(tr("“%1” is not a list such as [1, \"a\", true]").arg(oneLine(text)));
-    return result.value;
+    return value;
 }
 
 QVector<ItemKind> ItemValue::editableKinds()

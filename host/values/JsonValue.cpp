@@ -532,16 +532,14 @@ bool readVariableValue(const Json &json, VarType type, QVariant &value, JsonErro
                           .arg(kindName(json), varTypeName(type), expectedForm(type)));
 }
 
-ValueResult valueFromJson(const QByteArray &json)
+Result<QVariant> valueFromJson(const QByteArray &json)
 {
-    ValueResult result;
     Json document;
+    QVariant value;
     JsonError error;
-    if (!parseJson(json, document, error) || !readValue(document, result.value, error)) {
-        result.value = QVariant();
-        result.error = error.toString();
-    }
-    return result;
+    if (!parseJson(json, document, error) || !readValue(document, value, error))
+        return failure(error.toString());
+    return value;
 }
 
 Result<QByteArray> valueToJson(const QVariant &value)

@@ -44,20 +44,8 @@ class JsonWriter;
 /// How deep arrays and objects may be nested in a JSON document, read or written.
 constexpr int maxJsonDepth = 512;
 
-/// A value that was read, or the reason why there is none.
-struct ValueResult
-{
-    QVariant value;
-    QString error; ///< Empty when the value was read.
-
-    explicit operator bool() const
-    {
-        return error.isEmpty();
-    }
-};
-
 /// Reads \a json, a document of a single value in one of the forms above.
-ValueResult valueFromJson(const QByteArray &json);
+Result<QVariant> valueFromJson(const QByteArray &json);
 
 /// Writes \a text in the form above.
 void writeText(JsonWriter &json, const QString &text);

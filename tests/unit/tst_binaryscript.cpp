@@ -1,6 +1,7 @@
 #include "host/running/ProcessProbe.h"
 #include "host/scripts/BinaryScript.h"
 #include "host/scripts/ScriptFile.h"
+#include "tests/support/ErrorOf.h"
 #include "tests/support/TestPaths.h"
 
 #include <QCryptographicHash>
@@ -127,13 +128,13 @@ void TestBinaryScript::initTestCase()
 
 QByteArray TestBinaryScript::binary(const QByteArray &json) const
 {
-    const ScriptResult read = readScript(json, m_catalogue);
+    const Result<Script> read = readScript(json, m_catalogue);
     if (!read)
-        qFatal("%s", qPrintable(read.error));
-    const WriteResult written = writeBinaryScript(read.script);
+        qFatal("%s", qPrintable(errorOf(read)));
+    const Result<QByteArray> written = writeBinaryScript(*read);
     if (!written)
-        qFatal("%s", qPrintable(written.error));
-    return written.bytes;
+        qFatal("%s", qPrintable(errorOf(written)));
+    return *written;
 }
 
 void TestBinaryScript::layout()
@@ -195,15 +196,21 @@ void TestBinaryScript::roundTrips_data()
 void TestBinaryScript::roundTrips()
 {
     QFETCH(QByteArray, json);
-    const ScriptResult original = readScript(json, m_catalogue);
-    QVERIFY2(original, qPrintable(original.error));
-    const WriteResult bytes = writeScript(original.script, ScriptForm::Binary, m_catalogue);
-    QVERIFY2(bytes, qPrintable(bytes.error));
-    const ScriptResult read = readBinaryScript(bytes.bytes, m_catalogue);
-    QVERIFY2(read, qPrintable(read.error));
-    QCOMPARE(writeScript(read.script, ScriptForm::Json, m_catalogue).bytes,
-             writeScript(original.script).bytes);
-    QCOMPARE(writeBinaryScript(read.script).bytes, bytes.bytes);
+    const Result<Script> original = readScript(json, m_catalogue);
+    QVERIFY2(original, qPrintable(errorOf(original)));
+    const Result<QByteArray> bytes = writeScript(*original, ScriptForm::Binary, m_catalogue);
+    QVERIFY2(bytes, qPrintable(errorOf(bytes)));
+    const Result<Script> read = readBinaryScript(*bytes, m_catalogue);
+    QVERIFY2(read, qPrintable(errorOf(read)));
+    QCOMPARE(writeScript(*read, ScriptForm::Json, m_catalogue).value_or(""),
+             writeScript(*original).value_or(""));
+    QCOMPARE(writeBinaryScript(*read).value_or(""), *bytes);
+
+    for (const QByteArray &anyForm : {json, *bytes}) {
+        const Result<Script> any = readAnyScript(anyForm, m_catalogue);
+        QVERIFY2(any, qPrintable(errorOf(any)));
+        QCOMPARE(writeBinaryScript(*any).value_or(""), *bytes);
+    }
 }
 
 void TestBinaryScript::keepsLongContent()
@@ -214,20 +221,20 @@ void TestBinaryScript::keepsLongContent()
                + QByteArray("-1, ").repeated(100000) + '"' + longText + R"("]}], "steps": [)"
                + QByteArray(R"({"type": "list.clear", "targetVar": "l"},)").repeated(10000)
                + R"({"type": "list.add", "value": ")" + longText + R"("}]})");
-    const ScriptResult read = readBinaryScript(bytes, m_catalogue);
-    QVERIFY2(read, qPrintable(read.error));
-    QCOMPARE(read.script.steps.size(), std::size_t(10001));
-    QCOMPARE(read.script.steps.back().operation->property("value").toByteArray(), longText);
-    QCOMPARE(read.script.variables.front().value.toList().size(), 100001);
+    const Result<Script> read = readBinaryScript(bytes, m_catalogue);
+    QVERIFY2(read, qPrintable(errorOf(read)));
+    QCOMPARE(read->steps.size(), std::size_t(10001));
+    QCOMPARE(read->steps.back().operation->property("value").toByteArray(), longText);
+    QCOMPARE(read->variables.front().value.toList().size(), 100001);
 }
 
 void TestBinaryScript::refusesEveryTruncation()
 {
     const QByteArray bytes = binary(richScript);
     for (int size = 0; size < bytes.size(); ++size) {
-        const ScriptResult read = readBinaryScript(bytes.left(size), m_catalogue);
-        QVERIFY2(read.error.startsWith("offset "), qPrintable(QString::number(size)));
-        QVERIFY(read.script.steps.empty() && read.script.variables.empty());
+        const Result<Script> read = readBinaryScript(bytes.left(size), m_catalogue);
+        QVERIFY2(errorOf(read).startsWith("offset "), qPrintable(QString::number(size)));
+        QVERIFY(!read);
     }
 }
 
@@ -237,9 +244,9 @@ void TestBinaryScript::refusesEveryBitFlip()
     for (int bit = 0; bit < bytes.size() * 8; ++bit) {
         QByteArray flipped = bytes;
         flipped[bit / 8] = char(flipped.at(bit / 8) ^ (1 << bit % 8));
-        const ScriptResult read = readBinaryScript(flipped, m_catalogue);
-        QVERIFY2(read.error.startsWith("offset "), qPrintable(QString::number(bit)));
-        QVERIFY(read.script.steps.empty() && read.script.variables.empty());
+        const Result<Script> read = readBinaryScript(flipped, m_catalogue);
+        QVERIFY2(errorOf(read).startsWith("offset "), qPrintable(QString::number(bit)));
+        QVERIFY(!read);
     }
 }
 
@@ -251,17 +258,17 @@ void TestBinaryScript::survivesEveryBitFlipUnderAFittingChecksum()
     for (int bit = 0; bit < content.size() * 8; ++bit) {
         QByteArray flipped = content;
         flipped[bit / 8] = char(flipped.at(bit / 8) ^ (1 << bit % 8));
-        const ScriptResult read = readBinaryScript(sealed(flipped), m_catalogue);
-        QVERIFY2(read || read.error.startsWith("offset "), qPrintable(read.error));
+        const Result<Script> read = readBinaryScript(sealed(flipped), m_catalogue);
+        QVERIFY2(read || errorOf(read).startsWith("offset "), qPrintable(errorOf(read)));
         if (!read)
             continue;
         ++readable;
         // A flipped bit in a value is another value.
-        const WriteResult again = writeBinaryScript(read.script);
-        QVERIFY2(again, qPrintable(again.error));
-        const ScriptResult twice = readBinaryScript(again.bytes, m_catalogue);
-        QVERIFY2(twice, qPrintable(twice.error));
-        QCOMPARE(writeBinaryScript(twice.script).bytes, again.bytes);
+        const Result<QByteArray> again = writeBinaryScript(*read);
+        QVERIFY2(again, qPrintable(errorOf(again)));
+        const Result<Script> twice = readBinaryScript(*again, m_catalogue);
+        QVERIFY2(twice, qPrintable(errorOf(twice)));
+        QCOMPARE(writeBinaryScript(*twice).value_or(""), *again);
     }
     QVERIFY(readable > 0);
 }
@@ -276,8 +283,8 @@ void TestBinaryScript::survivesRandomBytesUnderAFittingChecksum()
         const int count = 1 + int(random() % 8);
         for (int i = 0; i < count; ++i)
             changed[int(random() % uint(changed.size()))] = char(random());
-        const ScriptResult read = readBinaryScript(sealed(changed), m_catalogue);
-        QVERIFY2(read || read.error.startsWith("offset "), qPrintable(read.error));
+        const Result<Script> read = readBinaryScript(sealed(changed), m_catalogue);
+        QVERIFY2(read || errorOf(read).startsWith("offset "), qPrintable(errorOf(read)));
     }
 }
 
@@ -367,9 +374,9 @@ void TestBinaryScript::refuses()
             + m_catalogue.typeIds().join("\", \"") + '"';
     }
     const MemoryGrowthLimit limit(16 << 20);
-    const ScriptResult read = readBinaryScript(bytes, m_catalogue);
-    QCOMPARE(read.error, error);
-    QVERIFY(read.script.steps.empty() && read.script.variables.empty());
+    const Result<Script> read = readBinaryScript(bytes, m_catalogue);
+    QCOMPARE(errorOf(read), error);
+    QVERIFY(!read);
 }
 
 void TestBinaryScript::tellsTheFormsApart()
@@ -388,23 +395,23 @@ void TestBinaryScript::refusesToLoseWhatPropertiesDoNotShow()
 {
     // A base state other than 0 is in no property.
     const QByteArray bytes = scriptOf(step("list.clear", number32(7) + text("names")));
-    const ScriptResult read = readBinaryScript(bytes, m_catalogue);
-    QVERIFY2(read, qPrintable(read.error));
-    QCOMPARE(writeScript(read.script, ScriptForm::Binary, m_catalogue).bytes, bytes);
-    const WriteResult json = writeScript(read.script, ScriptForm::Json, m_catalogue);
-    QCOMPARE(json.error,
+    const Result<Script> read = readBinaryScript(bytes, m_catalogue);
+    QVERIFY2(read, qPrintable(errorOf(read)));
+    QCOMPARE(writeScript(*read, ScriptForm::Binary, m_catalogue).value_or(""), bytes);
+    const Result<QByteArray> json = writeScript(*read, ScriptForm::Json, m_catalogue);
+    QCOMPARE(errorOf(json),
              QString("step 1 (list.clear): it has state beside its properties, which JSON would lose"));
-    QVERIFY(json.bytes.isEmpty());
+    QVERIFY(!json);
 }
 
 void TestBinaryScript::refusesToLoseWhatRecordsDoNotHold()
 {
-    const ScriptResult read = readScript(
+    const Result<Script> read = readScript(
         R"({"steps": [{"type": "list.clear"}, {"type": "fixture.settings", "ratio": 3}]})", m_catalogue);
-    QVERIFY2(read, qPrintable(read.error));
-    QVERIFY(writeScript(read.script, ScriptForm::Json, m_catalogue));
-    const WriteResult bytes = writeScript(read.script, ScriptForm::Binary, m_catalogue);
-    QCOMPARE(bytes.error,
+    QVERIFY2(read, qPrintable(errorOf(read)));
+    QVERIFY(writeScript(*read, ScriptForm::Json, m_catalogue));
+    const Result<QByteArray> bytes = writeScript(*read, ScriptForm::Binary, m_catalogue);
+    QCOMPARE(errorOf(bytes),
              QString("step 2 (fixture.settings): its record does not hold all its properties, so the binary "
                      "form would lose some"));
 }

@@ -66,14 +66,14 @@ void TestGoldenScripts::scripts_data()
 void TestGoldenScripts::scripts()
 {
     QFETCH(QString, name);
-    const ScriptResult read = readScriptFile(pathOf(name, "json"), m_catalogue);
-    QVERIFY2(read, qPrintable(read.error));
+    const Result<Script> read = readScriptFile(pathOf(name, "json"), m_catalogue);
+    QVERIFY2(read, qPrintable(errorOf(read)));
     VariableScope scope;
-    declareVariables(read.script, scope);
+    declareVariables(*read, scope);
     const std::vector<ScriptVariable> before = variablesOf(scope);
-    const RunResult result = runScript(read.script, scope);
+    const RunResult result = runScript(*read, scope);
     const std::vector<ScriptVariable> after = variablesOf(scope);
-    const Result<QByteArray> report = reportToText({read.script, result, after, &before});
+    const Result<QByteArray> report = reportToText({*read, result, after, &before});
     QVERIFY2(report, qPrintable(errorOf(report)));
 
     QFile expected(pathOf(name, "expected"));
@@ -100,19 +100,19 @@ void TestGoldenScripts::variablesFeedBack_data()
 void TestGoldenScripts::variablesFeedBack()
 {
     QFETCH(QString, name);
-    const ScriptResult read = readScriptFile(pathOf(name, "json"), m_catalogue);
-    QVERIFY2(read, qPrintable(read.error));
+    const Result<Script> read = readScriptFile(pathOf(name, "json"), m_catalogue);
+    QVERIFY2(read, qPrintable(errorOf(read)));
     VariableScope scope;
-    declareVariables(read.script, scope);
-    runScript(read.script, scope);
+    declareVariables(*read, scope);
+    runScript(*read, scope);
 
     Script results;
     results.variables = variablesOf(scope);
-    const WriteResult first = writeScript(results);
-    QVERIFY2(first, qPrintable(first.error));
-    const ScriptResult again = readScript(first.bytes, m_catalogue);
-    QVERIFY2(again, qPrintable(again.error));
-    QCOMPARE(writeScript(again.script).bytes, first.bytes);
+    const Result<QByteArray> first = writeScript(results);
+    QVERIFY2(first, qPrintable(errorOf(first)));
+    const Result<Script> again = readScript(*first, m_catalogue);
+    QVERIFY2(again, qPrintable(errorOf(again)));
+    QCOMPARE(writeScript(*again).value_or(""), *first);
 }
 
 void TestGoldenScripts::everyStepHasAScript_data()
@@ -125,15 +125,15 @@ void TestGoldenScripts::everyStepHasAScript_data()
 void TestGoldenScripts::everyStepHasAScript()
 {
     QFETCH(QString, typeId);
-    const ScriptResult read = readScriptFile(pathOf(typeId, "json"), m_catalogue);
-    QVERIFY2(read, qPrintable(read.error));
+    const Result<Script> read = readScriptFile(pathOf(typeId, "json"), m_catalogue);
+    QVERIFY2(read, qPrintable(errorOf(read)));
     VariableScope scope;
-    declareVariables(read.script, scope);
-    const RunResult result = runScript(read.script, scope);
+    declareVariables(*read, scope);
+    const RunResult result = runScript(*read, scope);
     int wrote = 0;
     int warned = 0;
     for (std::size_t i = 0; i < result.steps.size(); ++i) {
-        if (read.script.steps[i].operation->typeId() == typeId) {
+        if (read->steps[i].operation->typeId() == typeId) {
             wrote += result.steps[i].outcome == StepOutcome::Wrote;
             warned += !result.steps[i].warnings.isEmpty();
         }

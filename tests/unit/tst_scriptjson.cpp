@@ -1,6 +1,7 @@
 #include "host/plugins/StepRecord.h"
 #include "host/scripts/ScriptFile.h"
 #include "host/values/JsonWriter.h"
+#include "tests/support/ErrorOf.h"
 #include "tests/support/IsLike.h"
 #include "tests/support/TestPaths.h"
 
@@ -42,7 +43,7 @@ void TestScriptJson::initTestCase()
 
 void TestScriptJson::readsAScript()
 {
-    const ScriptResult read = readScript(R"({
+    const Result<Script> read = readScript(R"({
         "variables": [
             {"name": "names", "type": "list", "value": ["b", "a", 3, 1.0, true, null, [1, 2]]},
             {"name": "$count", "type": "int"}
@@ -52,9 +53,9 @@ void TestScriptJson::readsAScript()
             {"type": "list.remove", "enabled": false, "targetVar": " x ", "mode": 1, "value": ""},
             {"enabled": true, "type": "list.clear"}
         ]})",
-                                         m_catalogue);
-    QVERIFY2(read, qPrintable(read.error));
-    const Script &script = read.script;
+                                           m_catalogue);
+    QVERIFY2(read, qPrintable(errorOf(read)));
+    const Script &script = *read;
 
     QCOMPARE(int(script.variables.size()), 2);
     QCOMPARE(script.variables[0].name, QString("names"));
@@ -117,33 +118,33 @@ void TestScriptJson::readsVariables()
 {
     QFETCH(QByteArray, typeAndValue);
     QFETCH(QVariant, value);
-    const ScriptResult read =
+    const Result<Script> read =
         readScript(R"({"variables": [{"name": "x", "type": )" + typeAndValue + "}]}", m_catalogue);
-    QVERIFY2(read, qPrintable(read.error));
-    const QVariant actual = read.script.variables[0].value;
+    QVERIFY2(read, qPrintable(errorOf(read)));
+    const QVariant actual = read->variables[0].value;
     QCOMPARE(actual.userType(), value.userType());
     QCOMPARE(actual, value);
 }
 
 void TestScriptJson::readsSettings()
 {
-    const ScriptResult read = readScript(R"({"steps": [{"type": "fixture.settings",
+    const Result<Script> read = readScript(R"({"steps": [{"type": "fixture.settings",
         "ratio": 2, "size": 5, "words": {"$QStringList": ["a"]}, "anything": [1.0], "color": "Green"},
         {"type": "fixture.settings", "size": 3000000000, "color": 1},
         {"type": "list.add", "value": {"$QString": [55296]}}]})",
-                                         m_catalogue);
-    QVERIFY2(read, qPrintable(read.error));
-    const Operation &first = *read.script.steps[0].operation;
+                                           m_catalogue);
+    QVERIFY2(read, qPrintable(errorOf(read)));
+    const Operation &first = *read->steps[0].operation;
     QCOMPARE(first.property("ratio"), QVariant(2.0));
     QCOMPARE(first.property("size"), QVariant(5LL));
     QCOMPARE(first.property("words"), QVariant(QStringList{"a"}));
     QCOMPARE(first.property("anything"), QVariant(QVariantList{1.0}));
     QCOMPARE(first.property("color").toInt(), 1);
-    const Operation &second = *read.script.steps[1].operation;
+    const Operation &second = *read->steps[1].operation;
     QCOMPARE(second.property("ratio"), QVariant(0.5));
     QCOMPARE(second.property("size"), QVariant(3000000000LL));
     QCOMPARE(second.property("color").toInt(), 1);
-    QCOMPARE(read.script.steps[2].operation->property("value"), QVariant(QString(QChar(0xD800))));
+    QCOMPARE(read->steps[2].operation->property("value"), QVariant(QString(QChar(0xD800))));
 }
 
 void TestScriptJson::refuses_data()
@@ -273,11 +274,9 @@ void TestScriptJson::refuses()
 {
     QFETCH(QByteArray, json);
     QFETCH(QString, error);
-    const ScriptResult read = readScript(json, m_catalogue);
+    const Result<Script> read = readScript(json, m_catalogue);
     QVERIFY(!read);
-    QVERIFY2(isLike(read.error, '*' + error), qPrintable(read.error));
-    QVERIFY(read.script.variables.empty());
-    QVERIFY(read.script.steps.empty());
+    QVERIFY2(isLike(errorOf(read), '*' + error), qPrintable(errorOf(read)));
 }
 
 void TestScriptJson::refusesFiles_data()
@@ -291,19 +290,19 @@ void TestScriptJson::refusesFiles_data()
 void TestScriptJson::refusesFiles()
 {
     QFETCH(QString, file);
-    const ScriptResult read = readScriptFile(file, m_catalogue);
+    const Result<Script> read = readScriptFile(file, m_catalogue);
     QVERIFY(!read);
-    QVERIFY2(read.error.startsWith(file + ": "), qPrintable(read.error));
-    QVERIFY2(read.error.size() > file.size() + 10, qPrintable(read.error));
+    QVERIFY2(errorOf(read).startsWith(file + ": "), qPrintable(errorOf(read)));
+    QVERIFY2(errorOf(read).size() > file.size() + 10, qPrintable(errorOf(read)));
 }
 
 void TestScriptJson::refusesDeepNesting()
 {
     for (const int depth : {513, 10000, 1000000}) {
         const QByteArray value = QByteArray(depth, '[') + QByteArray(depth, ']');
-        const ScriptResult read = readScript(
+        const Result<Script> read = readScript(
             R"({"variables": [{"name": "x", "type": "list", "value": )" + value + "}]}", m_catalogue);
-        QVERIFY2(read.error.contains("nested deeper than 512 levels"), qPrintable(read.error));
+        QVERIFY2(errorOf(read).contains("nested deeper than 512 levels"), qPrintable(errorOf(read)));
     }
 }
 
@@ -323,15 +322,15 @@ void TestScriptJson::writesWhatItReads()
   ]
 }
 )";
-    const ScriptResult read = readScript(json, m_catalogue);
-    QVERIFY2(read, qPrintable(read.error));
-    const WriteResult written = writeScript(read.script);
-    QVERIFY2(written, qPrintable(written.error));
-    QCOMPARE(written.bytes, json);
+    const Result<Script> read = readScript(json, m_catalogue);
+    QVERIFY2(read, qPrintable(errorOf(read)));
+    const Result<QByteArray> written = writeScript(*read);
+    QVERIFY2(written, qPrintable(errorOf(written)));
+    QCOMPARE(*written, json);
 
-    const WriteResult empty = writeScript(Script());
-    QCOMPARE(empty.bytes, QByteArray("{\n  \"variables\": [],\n  \"steps\": []\n}\n"));
-    QVERIFY(readScript(empty.bytes, m_catalogue));
+    const Result<QByteArray> empty = writeScript(Script());
+    QCOMPARE(*empty, QByteArray("{\n  \"variables\": [],\n  \"steps\": []\n}\n"));
+    QVERIFY(readScript(*empty, m_catalogue));
 }
 
 // In a record a text that was never set differs from one that was set to nothing.
@@ -343,10 +342,9 @@ void TestScriptJson::keepsRecordsOfNewSteps()
         Script script;
         script.steps.resize(1);
         script.steps[0].operation.reset(m_catalogue.create(type, nullptr));
-        const ScriptResult read = readScript(writeScript(script).bytes, m_catalogue);
-        QVERIFY2(read, qPrintable(read.error));
-        QCOMPARE(recordOf(*read.script.steps[0].operation).toHex(),
-                 recordOf(*script.steps[0].operation).toHex());
+        const Result<Script> read = readScript(writeScript(script).value_or(""), m_catalogue);
+        QVERIFY2(read, qPrintable(errorOf(read)));
+        QCOMPARE(recordOf(*read->steps[0].operation).toHex(), recordOf(*script.steps[0].operation).toHex());
     }
 }
 
@@ -356,8 +354,8 @@ void TestScriptJson::writesNamesThatAScriptCannotDeclare()
     JsonWriter writer(json);
     QVERIFY(writeVariables(writer.openObject().key("variables"), {{"$x", VarType::Int, 1}}));
     writer.close();
-    const ScriptResult read = readScript(json, m_catalogue);
-    QCOMPARE(read.error,
+    const Result<Script> read = readScript(json, m_catalogue);
+    QCOMPARE(errorOf(read),
              QString(R"(at /variables/0/name: the variable's name "$$x" has more than one "$" in front)"));
 }
 
@@ -368,28 +366,28 @@ void TestScriptJson::refusesToWriteDeepNesting()
         value = QVariantList{value};
     Script script;
     script.variables.push_back({"deep", VarType::List, value});
-    QCOMPARE(writeScript(script).error,
+    QCOMPARE(errorOf(writeScript(script)),
              QString("the value of \"deep\" is nested deeper than 512 levels of JSON"));
 
     script.variables.clear();
     script.steps.resize(1);
     script.steps[0].operation.reset(m_catalogue.create("fixture.settings", nullptr));
     script.steps[0].operation->setProperty("anything", value);
-    QCOMPARE(writeScript(script).error,
+    QCOMPARE(errorOf(writeScript(script)),
              QString("the property \"anything\" is nested deeper than 512 levels of JSON"));
 }
 
 void TestScriptJson::declaresVariables()
 {
-    const ScriptResult read = readScript(R"({"variables": [
+    const Result<Script> read = readScript(R"({"variables": [
         {"name": "$b", "type": "table", "value": [[1]]},
         {"name": "a", "type": "int", "value": {"$QString": "x"}},
         {"name": "map", "type": "undeclared", "value": {"$QVariantMap": []}},
         {"name": "nothing", "type": "undeclared"}]})",
-                                         m_catalogue);
-    QVERIFY2(read, qPrintable(read.error));
+                                            m_catalogue);
+    QVERIFY2(read, qPrintable(errorOf(read)));
     Script script;
-    script.variables = read.script.variables;
+    script.variables = read->variables;
     script.variables.push_back({"$x", VarType::Int, 1});
     VariableScope scope;
     declareVariables(script, scope);

@@ -4,6 +4,7 @@
 #include "host/running/RunReport.h"
 #include "host/running/ScriptRunner.h"
 #include "host/scripts/ScriptJson.h"
+#include "tests/support/ErrorOf.h"
 #include "tests/support/TestPaths.h"
 #include "tests/support/TextDifference.h"
 
@@ -163,15 +164,15 @@ Section TestStepsGuide::section(const QString &typeId) const
 
 RunResult TestStepsGuide::run(const Example &example, QByteArray &report)
 {
-    const ScriptResult read = readScript(example.script, m_catalogue);
+    const Result<Script> read = readScript(example.script, m_catalogue);
     if (!read)
-        qFatal("%s, line %d: %s", qPrintable(guideFile), example.line, qPrintable(read.error));
+        qFatal("%s, line %d: %s", qPrintable(guideFile), example.line, qPrintable(errorOf(read)));
     VariableScope scope;
-    declareVariables(read.script, scope);
+    declareVariables(*read, scope);
     const std::vector<ScriptVariable> before = variablesOf(scope);
-    const RunResult result = runScript(read.script, scope);
+    const RunResult result = runScript(*read, scope);
     const std::vector<ScriptVariable> after = variablesOf(scope);
-    report = reportToText({read.script, result, after, &before}).value_or("");
+    report = reportToText({*read, result, after, &before}).value_or("");
     return result;
 }
 

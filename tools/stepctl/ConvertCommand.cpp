@@ -31,14 +31,14 @@ int convert(const ConvertArguments &arguments, ScriptForm form, const StepCatalo
             FaultWatch &watch, QByteArray &output)
 {
     watch.setWork(QStringLiteral("while the script was read"));
-    const ScriptResult read = readScriptFile(arguments.input, catalogue);
-    if (!read)
-        return refuse(read.error);
+    const Result<Script> script = readScriptFile(arguments.input, catalogue);
+    if (!script)
+        return refuse(script.error());
     watch.setWork(QStringLiteral("while the script was converted"));
-    const WriteResult written = writeScript(read.script, form, catalogue);
+    const Result<QByteArray> written = writeScript(*script, form, catalogue);
     if (!written)
-        return refuse(arguments.input + QLatin1String(": ") + written.error);
-    output = written.bytes;
+        return refuse(arguments.input + QLatin1String(": ") + written.error());
+    output = *written;
     return ExitSuccess;
 }
 

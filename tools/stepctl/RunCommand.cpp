@@ -124,10 +124,10 @@ RunResult runWatched(const Script &script, VariableScope &scope, FaultWatch &wat
 int run(const RunArguments &arguments, const StepCatalogue &catalogue, FaultWatch &watch, QByteArray &output)
 {
     watch.setWork(QStringLiteral("while the script was read"));
-    ScriptResult read = readScriptFile(arguments.script, catalogue);
+    Result<Script> read = readScriptFile(arguments.script, catalogue);
     if (!read)
-        return refuse(read.error);
-    Script &script = read.script;
+        return refuse(read.error());
+    Script &script = *read;
     const QString error = assignVariables(script, arguments);
     if (!error.isEmpty())
         return refuse(error);

@@ -4,7 +4,6 @@
 #include "ScriptModel.h"
 #include "host/plugins/StepCatalogue.h"
 #include "host/running/RunReport.h"
-#include "host/scripts/BinaryScript.h"
 #include "host/scripts/ScriptFile.h"
 #include "host/values/OutputFile.h"
 
@@ -75,7 +74,7 @@ QByteArray ScriptDocument::stepsAs(StepHost::ScriptForm form, const QList<int> &
     const QList<int> ordered = sorted(rows);
     for (const int row : ordered)
         script.steps.push_back(copyStep(row));
-    return StepHost::writeScript(script, form, m_catalogue).bytes;
+    return StepHost::writeScript(script, form, m_catalogue).value_or(QByteArray());
 }
 
 void ScriptDocument::placeStep(const QString &typeId, int row)
@@ -92,16 +91,14 @@ void ScriptDocument::placeStep(const QString &typeId, int row)
 
 void ScriptDocument::insertScript(const QByteArray &script, int row)
 {
-    StepHost::ScriptResult result = StepHost::isBinaryScript(script)
-        ? StepHost::readBinaryScript(script, m_catalogue)
-        : StepHost::readScript(script, m_catalogue);
-    if (!result) {
-        emit refused(tr("These are no steps: %1").arg(result.error));
+    StepHost::Result<StepHost::Script> read = StepHost::readAnyScript(script, m_catalogue);
+    if (!read) {
+        emit refused(tr("These are no steps: %1").arg(read.error()));
         return;
     }
-    const int count = int(result.script.steps.size());
+    const int count = int(read->steps.size());
     if (count > 0)
-        m_undoStack.push(new InsertStepsCommand(*this, row, std::move(result.script.steps),
+        m_undoStack.push(new InsertStepsCommand(*this, row, std::move(read->steps),
                                                 tr("Paste %n step(s)", nullptr, count)));
 }
 
@@ -178,20 +175,21 @@ void ScriptDocument::clear()
 
 QString ScriptDocument::open(const QString &fileName)
 {
-    StepHost::ScriptResult result = StepHost::readScriptFile(fileName, m_catalogue);
-    if (result)
-        replace(std::move(result.script), QFileInfo(fileName).absoluteFilePath());
-    return result.error;
+    StepHost::Result<StepHost::Script> script = StepHost::readScriptFile(fileName, m_catalogue);
+    if (!script)
+        return script.error();
+    replace(std::move(*script), QFileInfo(fileName).absoluteFilePath());
+    return QString();
 }
 
 QString ScriptDocument::save(const QString &fileName)
 {
     // A file of another suffix is read by its content all the same.
     const StepHost::ScriptForm form = StepHost::scriptFormOf(fileName).value_or(StepHost::ScriptForm::Json);
-    const StepHost::WriteResult written = StepHost::writeScript(copy(), form, m_catalogue);
+    const StepHost::Result<QByteArray> written = StepHost::writeScript(copy(), form, m_catalogue);
     if (!written)
-        return written.error;
-    const StepHost::Result<void> saved = StepHost::writeOutputFile(fileName, written.bytes);
+        return written.error();
+    const StepHost::Result<void> saved = StepHost::writeOutputFile(fileName, *written);
     if (!saved)
         return tr("%1: %2").arg(QDir::toNativeSeparators(fileName), saved.error());
     m_fileName = QFileInfo(fileName).absoluteFilePath();
