@@ -96,48 +96,50 @@ void complete(PluginSkeleton &skeleton, const QString &folder)
     }
 }
 
-QString checkText(const QString &what, const QString &text)
+Result<void> checkText(const QString &what, const QString &text)
 {
     // They end up in string literals of C++ and JSON.
     const bool isClean = std::none_of(text.begin(), text.end(), [](QChar c) {
         return c == QLatin1Char('"') || c == QLatin1Char('\\') || c.category() == QChar::Other_Control;
     });
     if (isClean && text.isValidUtf16())
-        return QString();
-    return QStringLiteral("the %1 %2 has a quote, a backslash or a control character")
-        .arg(what, quoted(text));
+        return {};
+    return failure(
+        QStringLiteral("the %1 %2 has a quote, a backslash or a control character").arg(what, quoted(text)));
 }
 
-QString checkStep(const SkeletonStep &step)
+Result<void> checkStep(const SkeletonStep &step)
 {
     if (!matches(step.id, "[a-z][a-z0-9]*"))
-        return QStringLiteral("the step %1 should be lower-case letters and digits, such as \"join\"")
-            .arg(quoted(step.id));
+        return failure(QStringLiteral("the step %1 should be lower-case letters and digits, such as \"join\"")
+                           .arg(quoted(step.id)));
     return checkText(QStringLiteral("step name"), step.displayName);
 }
 
-QString check(const PluginSkeleton &skeleton)
+Result<void> check(const PluginSkeleton &skeleton)
 {
     if (!matches(skeleton.name, "[A-Z][A-Za-z0-9]*"))
-        return QStringLiteral(
-                   "the name %1 should be a capital letter, then letters and digits, such as \"TextSteps\"")
-            .arg(quoted(skeleton.name));
+        return failure(
+            QStringLiteral(
+                "the name %1 should be a capital letter, then letters and digits, such as \"TextSteps\"")
+                .arg(quoted(skeleton.name)));
     if (!matches(skeleton.pluginId, "[A-Za-z0-9_-]+(\\.[A-Za-z0-9_-]+)+"))
-        return QStringLiteral("the plug-in id %1 should have the form \"com.example.TextSteps\"")
-            .arg(quoted(skeleton.pluginId));
+        return failure(QStringLiteral("the plug-in id %1 should have the form \"com.example.TextSteps\"")
+                           .arg(quoted(skeleton.pluginId)));
     if (!matches(skeleton.prefix, "[a-z][a-z0-9]*"))
-        return QStringLiteral("the prefix %1 should be lower-case letters and digits, such as \"text\"")
-            .arg(quoted(skeleton.prefix));
-    const QString error = checkText(QStringLiteral("category"), skeleton.category);
-    if (!error.isEmpty())
-        return error;
+        return failure(
+            QStringLiteral("the prefix %1 should be lower-case letters and digits, such as \"text\"")
+                .arg(quoted(skeleton.prefix)));
+    const Result<void> category = checkText(QStringLiteral("category"), skeleton.category);
+    if (!category)
+        return category;
     QSet<QString> known;
     for (const SkeletonStep &step : skeleton.steps) {
-        const QString stepError = checkStep(step);
-        if (!stepError.isEmpty())
-            return stepError;
+        const Result<void> checked = checkStep(step);
+        if (!checked)
+            return checked;
         if (known.contains(step.id))
-            return QStringLiteral("the step %1 is named twice").arg(quoted(step.id));
+            return failure(QStringLiteral("the step %1 is named twice").arg(quoted(step.id)));
         known.insert(step.id);
     }
     const QString prefix = capitalised(skeleton.prefix);
@@ -147,9 +149,9 @@ QString check(const PluginSkeleton &skeleton)
                return skeleton.name == prefix + capitalised(step.id) + QLatin1String("Operation");
            });
     if (isTaken)
-        return QStringLiteral("the name %1 is taken by another file of the plug-in")
-            .arg(quoted(skeleton.name));
-    return QString();
+        return failure(
+            QStringLiteral("the name %1 is taken by another file of the plug-in").arg(quoted(skeleton.name)));
+    return {};
 }
 
 Marks marksOf(const PluginSkeleton &skeleton)
@@ -252,55 +254,45 @@ QVector<GeneratedFile> generate(const PluginSkeleton &skeleton)
     return files;
 }
 
-// Returns an empty text, or what went wrong.
-QString writeFile(const QString &fileName, const QString &text)
+Result<void> writeFile(const QString &fileName, const QString &text)
 {
     QDir().mkpath(QFileInfo(fileName).path());
     QFile file(fileName);
     const QByteArray utf8 = text.toUtf8();
     if (file.open(QIODevice::WriteOnly) && file.write(utf8) == utf8.size() && file.flush())
-        return QString();
-    return QStringLiteral("%1: %2").arg(fileName, file.errorString());
+        return {};
+    return failure(QStringLiteral("%1: %2").arg(fileName, file.errorString()));
 }
 } // namespace
 
-SkeletonResult writePluginSkeleton(PluginSkeleton skeleton, const QString &folder)
+Result<QStringList> writePluginSkeleton(PluginSkeleton skeleton, const QString &folder)
 {
-    SkeletonResult result;
     const QFileInfo target(QDir::cleanPath(folder));
     complete(skeleton, target.absoluteFilePath());
-    result.error = check(skeleton);
-    if (!result)
-        return result;
-    if (target.exists() || target.isSymLink()) {
-        result.error =
-            QStringLiteral("%1: there is something of that name already; name a new folder").arg(folder);
-        return result;
-    }
-
-    if (!QFileInfo(target.absolutePath()).isDir()) {
-        result.error = QStringLiteral("%1: there is no such folder").arg(target.absolutePath());
-        return result;
-    }
+    const Result<void> checked = check(skeleton);
+    if (!checked)
+        return failure(checked.error());
+    if (target.exists() || target.isSymLink())
+        return failure(
+            QStringLiteral("%1: there is something of that name already; name a new folder").arg(folder));
+    if (!QFileInfo(target.absolutePath()).isDir())
+        return failure(QStringLiteral("%1: there is no such folder").arg(target.absolutePath()));
 
     // Written beside its place and moved there when it is whole. The folder inside has ordinary permissions.
     const QTemporaryDir temporary(target.absolutePath() + QLatin1String("/.new-plugin-XXXXXX"));
-    if (!temporary.isValid()) {
-        result.error = QStringLiteral("%1: %2").arg(target.absolutePath(), temporary.errorString());
-        return result;
-    }
-    const QString written = temporary.filePath(target.fileName());
+    if (!temporary.isValid())
+        return failure(QStringLiteral("%1: %2").arg(target.absolutePath(), temporary.errorString()));
+    const QString place = temporary.filePath(target.fileName());
+    QStringList names;
     const QVector<GeneratedFile> files = generate(skeleton);
     for (const GeneratedFile &file : files) {
-        result.error = writeFile(written + QLatin1Char('/') + file.path, file.text);
-        if (!result)
-            return result;
-        result.files.append(file.path);
+        const Result<void> written = writeFile(place + QLatin1Char('/') + file.path, file.text);
+        if (!written)
+            return failure(written.error());
+        names.append(file.path);
     }
-    if (!QDir().rename(written, target.absoluteFilePath())) {
-        result.files.clear();
-        result.error = QStringLiteral("%1: the new folder could not be moved here").arg(folder);
-    }
-    return result;
+    if (!QDir().rename(place, target.absoluteFilePath()))
+        return failure(QStringLiteral("%1: the new folder could not be moved here").arg(folder));
+    return names;
 }
 } // namespace StepHost

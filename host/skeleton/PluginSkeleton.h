@@ -1,5 +1,7 @@
 #pragma once
 
+#include "host/values/Result.h"
+
 #include <QString>
 #include <QStringList>
 #include <QVector>
@@ -28,22 +30,11 @@ struct PluginSkeleton
     QVector<SkeletonStep> steps;
 };
 
-/// What became of writing a skeleton: its files, or the reason why none was written.
-struct SkeletonResult
-{
-    QStringList files; ///< Relative to the folder.
-    QString error; ///< Empty when the skeleton was written.
-
-    explicit operator bool() const
-    {
-        return error.isEmpty();
-    }
-};
-
 /// Writes the sources of a step plug-in, which builds against the installed library OperationCore, into the
 /// new folder \a folder.
 ///
 /// Refused when there is something of that name already, when its parent folder is missing, and when a name
 /// in \a skeleton is none that the sources can have. The folder appears whole or not at all.
-SkeletonResult writePluginSkeleton(PluginSkeleton skeleton, const QString &folder);
+/// Returns the names of its files, relative to it.
+Result<QStringList> writePluginSkeleton(PluginSkeleton skeleton, const QString &folder);
 } // namespace StepHost

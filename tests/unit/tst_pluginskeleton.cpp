@@ -1,4 +1,5 @@
 #include "host/skeleton/PluginSkeleton.h"
+#include "tests/support/ErrorOf.h"
 #include "tests/support/TestPaths.h"
 
 #include <QDir>
@@ -84,8 +85,8 @@ void TestPluginSkeleton::writesWhatTheExampleBeganAs()
     PluginSkeleton skeleton;
     skeleton.category = "文本";
     skeleton.steps = {{"join", "文本拼接"}, {"split", "文本拆分"}};
-    const SkeletonResult result = writePluginSkeleton(skeleton, path("text-steps"));
-    QVERIFY2(result, qPrintable(result.error));
+    const Result<QStringList> result = writePluginSkeleton(skeleton, path("text-steps"));
+    QVERIFY2(result, qPrintable(errorOf(result)));
     const QByteArray expected = contentOf(TestPaths::source("examples/plugin/" + file));
     QVERIFY(!expected.isEmpty());
     QCOMPARE(contentOf(path("text-steps/") + file), expected);
@@ -133,25 +134,25 @@ void TestPluginSkeleton::derivesNames()
     QFETCH(PluginSkeleton, skeleton);
     QFETCH(QString, file);
     QFETCH(QByteArray, text);
-    const SkeletonResult result = writePluginSkeleton(skeleton, m_folder->filePath(folder));
-    QVERIFY2(result, qPrintable(result.error));
-    QVERIFY2(result.files.contains(file), qPrintable(result.files.join(' ')));
+    const Result<QStringList> result = writePluginSkeleton(skeleton, m_folder->filePath(folder));
+    QVERIFY2(result, qPrintable(errorOf(result)));
+    QVERIFY2(result->contains(file), qPrintable(result->join(' ')));
     const QByteArray content = contentOf(m_folder->filePath(folder) + '/' + file);
     QVERIFY2(content.contains(text), content.constData());
 }
 
 void TestPluginSkeleton::fillsAllMarks()
 {
-    const SkeletonResult result = writePluginSkeleton(PluginSkeleton(), path("new-steps"));
-    QVERIFY2(result, qPrintable(result.error));
+    const Result<QStringList> result = writePluginSkeleton(PluginSkeleton(), path("new-steps"));
+    QVERIFY2(result, qPrintable(errorOf(result)));
     const QString folder = path("new-steps");
-    QCOMPARE(filesBelow(folder), sorted(result.files));
-    for (const QString &file : result.files) {
+    QCOMPARE(filesBelow(folder), sorted(*result));
+    for (const QString &file : *result) {
         QVERIFY2(!file.contains('@'), qPrintable(file));
         const QByteArray content = contentOf(folder + '/' + file);
         QVERIFY2(!content.isEmpty() && !content.contains('@'), qPrintable(file));
     }
-    QCOMPARE(filesBelow(m_folder->path()).size(), result.files.size());
+    QCOMPARE(filesBelow(m_folder->path()).size(), result->size());
 }
 
 void TestPluginSkeleton::refusesNames_data()
@@ -193,9 +194,8 @@ void TestPluginSkeleton::refusesNames()
 {
     QFETCH(PluginSkeleton, skeleton);
     QFETCH(QString, error);
-    const SkeletonResult result = writePluginSkeleton(skeleton, path("new"));
-    QCOMPARE(result.error, error);
-    QCOMPARE(result.files, QStringList());
+    const Result<QStringList> result = writePluginSkeleton(skeleton, path("new"));
+    QCOMPARE(errorOf(result), error);
     QVERIFY(QDir(m_folder->path()).isEmpty());
 }
 
@@ -205,9 +205,9 @@ void TestPluginSkeleton::keepsWhatIsThere()
     QFile file(path("file"));
     QVERIFY(file.open(QIODevice::WriteOnly));
     for (const char *name : {"folder", "file", "folder/", "."}) {
-        const SkeletonResult result = writePluginSkeleton({"Text", {}, {}, {}, {}}, path(name));
-        QVERIFY2(result.error.endsWith(": there is something of that name already; name a new folder"),
-                 qPrintable(result.error));
+        const Result<QStringList> result = writePluginSkeleton({"Text", {}, {}, {}, {}}, path(name));
+        QVERIFY2(errorOf(result).endsWith(": there is something of that name already; name a new folder"),
+                 qPrintable(errorOf(result)));
     }
     QCOMPARE(QDir(m_folder->path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden),
              QStringList({"file", "folder"}));
@@ -216,8 +216,8 @@ void TestPluginSkeleton::keepsWhatIsThere()
 
 void TestPluginSkeleton::refusesMissingParent()
 {
-    const SkeletonResult result = writePluginSkeleton(PluginSkeleton(), path("missing/new"));
-    QCOMPARE(result.error, path("missing") + ": there is no such folder");
+    const Result<QStringList> result = writePluginSkeleton(PluginSkeleton(), path("missing/new"));
+    QCOMPARE(errorOf(result), path("missing") + ": there is no such folder");
     QVERIFY(QDir(m_folder->path()).isEmpty());
 }
 

@@ -24,11 +24,11 @@ int writeNewPlugin(const NewPluginArguments &arguments)
     for (const QString &step : arguments.steps)
         skeleton.steps.append({step.section(QLatin1Char('='), 0, 0), step.section(QLatin1Char('='), 1)});
 
-    const SkeletonResult result = writePluginSkeleton(skeleton, arguments.folder);
-    if (!result)
-        return refuse(result.error);
-    QString text = QStringLiteral("Wrote %1 files in %2:\n").arg(result.files.size()).arg(arguments.folder);
-    for (const QString &file : result.files)
+    const Result<QStringList> files = writePluginSkeleton(skeleton, arguments.folder);
+    if (!files)
+        return refuse(files.error());
+    QString text = QStringLiteral("Wrote %1 files in %2:\n").arg(files->size()).arg(arguments.folder);
+    for (const QString &file : *files)
         text += QLatin1String("  ") + file + QLatin1Char('\n');
     text += QStringLiteral("README.md tells how to build and test them.\n");
     return writeResult(text.toUtf8(), QString()) ? ExitSuccess : ExitRefused;
