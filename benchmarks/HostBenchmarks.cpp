@@ -16,8 +16,8 @@ void measureLoading(benchmark::State &state)
 {
     for (auto _ : state) {
         const auto loaded = StepHost::loadPlugin(TestPaths::listPlugin());
-        if (!loaded.plugin) {
-            state.SkipWithError(qPrintable(loaded.reason));
+        if (!loaded) {
+            state.SkipWithError(qPrintable(loaded.error().reason));
             return;
         }
     }

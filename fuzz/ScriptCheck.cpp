@@ -54,7 +54,7 @@ const StepHost::StepCatalogue &listSteps()
     static StepHost::StepCatalogue catalogue;
     if (catalogue.typeIds().isEmpty()) {
         const auto added = catalogue.addPlugin(TestPaths::listPlugin());
-        require(static_cast<bool>(added), qPrintable(added.reason));
+        require(static_cast<bool>(added), added ? "" : qPrintable(added.error().reason));
     }
     return catalogue;
 }

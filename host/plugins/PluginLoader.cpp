@@ -10,15 +10,11 @@ namespace StepHost
 {
 namespace
 {
-struct Verdict
-{
-    PluginRefusal refusal = PluginRefusal::None;
-    QString reason;
-};
+using Verdict = Result<void, PluginError>;
 
-Verdict refuse(PluginRefusal refusal, const QString &reason)
+tl::unexpected<PluginError> refuse(PluginRefusal refusal, const QString &reason)
 {
-    return {refusal, reason};
+    return tl::unexpected<PluginError>({refusal, reason});
 }
 
 // Looks at the file only; none of the library's code runs.
@@ -149,13 +145,13 @@ const QList<Operation *> &Plugin::prototypes() const
     return m_prototypes;
 }
 
-PluginLoadResult loadPlugin(const QString &fileName)
+Result<std::unique_ptr<Plugin>, PluginError> loadPlugin(const QString &fileName)
 {
     std::unique_ptr<Plugin> plugin(new Plugin(QFileInfo(fileName).absoluteFilePath()));
 
     const auto vet = [&plugin, &fileName]() -> Verdict {
         Verdict verdict = vetFile(plugin->m_loader, fileName);
-        if (verdict.refusal != PluginRefusal::None)
+        if (!verdict)
             return verdict;
         QObject *root = plugin->m_loader.instance();
         if (!root)
@@ -169,9 +165,9 @@ PluginLoadResult loadPlugin(const QString &fileName)
         }
         plugin->m_manifest = plugin->m_instance->manifest();
         verdict = vetContract(*plugin->m_instance, plugin->m_manifest);
-        if (verdict.refusal == PluginRefusal::None)
+        if (verdict)
             verdict = takePrototypes(plugin->m_instance->createPrototypes(), plugin->m_prototypes);
-        if (verdict.refusal == PluginRefusal::None)
+        if (verdict)
             verdict = vetTypeIds(plugin->m_prototypes, plugin->m_manifest.typeIdPrefix);
         return verdict;
     };
@@ -187,13 +183,10 @@ PluginLoadResult loadPlugin(const QString &fileName)
         verdict = refuse(PluginRefusal::Threw, QStringLiteral("it threw an exception"));
     }
 
-    PluginLoadResult result;
-    if (verdict.refusal == PluginRefusal::None) {
-        result.plugin = std::move(plugin);
-    } else {
-        result.refusal = verdict.refusal;
-        result.reason = QStringLiteral("plug-in \"%1\" is refused: %2").arg(fileName, verdict.reason);
+    if (!verdict) {
+        return refuse(verdict.error().refusal,
+                      QStringLiteral("plug-in \"%1\" is refused: %2").arg(fileName, verdict.error().reason));
     }
-    return result;
+    return plugin;
 }
 } // namespace StepHost

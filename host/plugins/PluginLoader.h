@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/values/Result.h"
 #include "hostapi/IOperationPlugin.h"
 #include "hostapi/Operation.h"
 
@@ -17,7 +18,6 @@ QStringList knownCapabilities();
 
 /// Why a plug-in was refused.
 enum class PluginRefusal {
-    None, ///< It was not refused.
     NotFound, ///< There is no file of that name, or it is no file.
     NotAPlugin, ///< The file is no library, or a library without Qt plug-in metadata.
     WrongInterface, ///< The metadata names another interface, or the root object does not implement it.
@@ -28,6 +28,14 @@ enum class PluginRefusal {
     ForeignTypeId, ///< A type id does not begin with the manifest's prefix.
     DuplicateTypeId, ///< Two prototypes, of this plug-in or of two loaded ones, have the same type id.
     Threw, ///< A member of the plug-in threw an exception.
+};
+
+/// Why a plug-in was refused, and a text for the user that names the file, what was found and what would be
+/// right.
+struct PluginError
+{
+    PluginRefusal refusal;
+    QString reason;
 };
 
 /// A loaded and vetted plug-in: its library, its root object and one prototype of each of its steps.
@@ -54,7 +62,7 @@ public:
     const QList<Operation *> &prototypes() const;
 
 private:
-    friend struct PluginLoadResult loadPlugin(const QString &fileName);
+    friend Result<std::unique_ptr<Plugin>, PluginError> loadPlugin(const QString &fileName);
 
     explicit Plugin(const QString &fileName);
     Q_DISABLE_COPY(Plugin)
@@ -65,18 +73,9 @@ private:
     QList<Operation *> m_prototypes;
 };
 
-/// What became of loading a plug-in: the plug-in, or the refusal and a text for the user that names the
-/// file, what was found and what would be right.
-struct PluginLoadResult
-{
-    std::unique_ptr<Plugin> plugin;
-    PluginRefusal refusal = PluginRefusal::None;
-    QString reason;
-};
-
 /// Loads the plug-in \a fileName and vets it.
 ///
 /// The interface id in the library's metadata is checked before any of its code runs. A refused library
 /// is unloaded again. Never throws.
-PluginLoadResult loadPlugin(const QString &fileName);
+Result<std::unique_ptr<Plugin>, PluginError> loadPlugin(const QString &fileName);
 } // namespace StepHost

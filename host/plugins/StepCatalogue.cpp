@@ -6,27 +6,28 @@ StepCatalogue::StepCatalogue() = default;
 
 StepCatalogue::~StepCatalogue() = default;
 
-StepCatalogue::AddResult StepCatalogue::addPlugin(const QString &fileName)
+Result<void, PluginError> StepCatalogue::addPlugin(const QString &fileName)
 {
-    PluginLoadResult loaded = loadPlugin(fileName);
-    if (!loaded.plugin)
-        return {loaded.refusal, loaded.reason};
+    Result<std::unique_ptr<Plugin>, PluginError> loaded = loadPlugin(fileName);
+    if (!loaded)
+        return tl::unexpected<PluginError>(loaded.error());
 
-    for (const Operation *prototype : loaded.plugin->prototypes()) {
+    std::unique_ptr<Plugin> plugin = std::move(*loaded);
+    for (const Operation *prototype : plugin->prototypes()) {
         const QString typeId = prototype->typeId();
         if (const Plugin *owner = pluginOf(typeId)) {
-            return {
-                PluginRefusal::DuplicateTypeId,
-                QStringLiteral("plug-in \"%1\" is refused: plug-in \"%2\" has a step of type \"%3\" already")
-                    .arg(fileName, owner->fileName(), typeId)};
+            return tl::unexpected<PluginError>(
+                {PluginRefusal::DuplicateTypeId,
+                 QStringLiteral("plug-in \"%1\" is refused: plug-in \"%2\" has a step of type \"%3\" already")
+                     .arg(fileName, owner->fileName(), typeId)});
         }
     }
-    for (const Operation *prototype : loaded.plugin->prototypes()) {
+    for (const Operation *prototype : plugin->prototypes()) {
         const QString typeId = prototype->typeId();
-        m_entries.insert(typeId, Entry{loaded.plugin.get(), prototype});
+        m_entries.insert(typeId, Entry{plugin.get(), prototype});
         m_typeIds.append(typeId);
     }
-    m_plugins.push_back(std::move(loaded.plugin));
+    m_plugins.push_back(std::move(plugin));
     return {};
 }
 

@@ -18,25 +18,12 @@ namespace StepHost
 class StepCatalogue
 {
 public:
-    /// What became of adding a plug-in.
-    struct AddResult
-    {
-        PluginRefusal refusal = PluginRefusal::None;
-        QString reason; ///< For the user; empty when the plug-in was not refused.
-
-        /// Whether the plug-in was added.
-        explicit operator bool() const
-        {
-            return refusal == PluginRefusal::None;
-        }
-    };
-
     StepCatalogue();
     ~StepCatalogue();
 
     /// Loads the plug-in \a fileName and adds its steps. A plug-in that is refused, also because a step of
     /// one loaded before has the same type id, adds nothing and is unloaded again.
-    AddResult addPlugin(const QString &fileName);
+    Result<void, PluginError> addPlugin(const QString &fileName);
 
     /// The loaded plug-ins in the order in which they were added.
     const std::vector<std::unique_ptr<Plugin>> &plugins() const;

@@ -13,9 +13,10 @@ namespace StepHost
 ///         return failure(bytes.error());
 ///     use(*bytes);
 ///
-/// `Result<void>` is for what either works or tells why it does not: `return {};` says that it worked.
-template<typename Value>
-using Result = tl::expected<Value, QString>;
+/// `Result<void>` is for what either works or tells why it does not: `return {};` says that it worked. Where a
+/// caller needs to know more than a text, \a Error is a struct that has one.
+template<typename Value, typename Error = QString>
+using Result = tl::expected<Value, Error>;
 
 /// What a function returns, as a Result of whatever value, when something is wrong: \a error says what, in words for
 /// the user.

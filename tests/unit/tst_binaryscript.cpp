@@ -121,8 +121,8 @@ private:
 void TestBinaryScript::initTestCase()
 {
     for (const QString &file : {TestPaths::listPlugin(), TestPaths::fixture("HostileSteps")}) {
-        const StepCatalogue::AddResult added = m_catalogue.addPlugin(file);
-        QVERIFY2(added, qPrintable(added.reason));
+        const auto added = m_catalogue.addPlugin(file);
+        QVERIFY2(added, qPrintable(errorOf(added)));
     }
 }
 

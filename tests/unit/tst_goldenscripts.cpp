@@ -52,8 +52,8 @@ private:
 
 void TestGoldenScripts::initTestCase()
 {
-    const StepCatalogue::AddResult added = m_catalogue.addPlugin(TestPaths::listPlugin());
-    QVERIFY2(added, qPrintable(added.reason));
+    const auto added = m_catalogue.addPlugin(TestPaths::listPlugin());
+    QVERIFY2(added, qPrintable(errorOf(added)));
 }
 
 void TestGoldenScripts::scripts_data()

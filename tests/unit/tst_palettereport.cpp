@@ -1,4 +1,5 @@
 #include "host/plugins/PaletteReport.h"
+#include "tests/support/ErrorOf.h"
 #include "tests/support/TestPaths.h"
 
 #include <QJsonArray>
@@ -26,8 +27,8 @@ private:
 
 void TestPaletteReport::initTestCase()
 {
-    const StepCatalogue::AddResult added = m_catalogue.addPlugin(TestPaths::listPlugin());
-    QVERIFY2(bool(added), qPrintable(added.reason));
+    const auto added = m_catalogue.addPlugin(TestPaths::listPlugin());
+    QVERIFY2(bool(added), qPrintable(errorOf(added)));
 }
 
 void TestPaletteReport::matchesGolden_data()

@@ -1,6 +1,7 @@
 #include "host/plugins/PluginLoader.h"
 #include "host/plugins/PluginSearch.h"
 #include "host/plugins/StepCatalogue.h"
+#include "tests/support/ErrorOf.h"
 #include "tests/support/IsLike.h"
 #include "tests/support/TestPaths.h"
 
@@ -44,16 +45,15 @@ private slots:
 
 void TestPluginLoader::loadsTheListPlugin()
 {
-    const PluginLoadResult loaded = loadPlugin(TestPaths::listPlugin());
-    QVERIFY2(loaded.plugin, qPrintable(loaded.reason));
-    QCOMPARE(loaded.refusal, PluginRefusal::None);
-    QCOMPARE(loaded.reason, QString());
-    QCOMPARE(loaded.plugin->manifest().pluginId, QString("com.tallowby.Quillmap.ListOperPlugin"));
-    QCOMPARE(loaded.plugin->instance()->apiVersion(), operationCoreApiVersion);
-    QCOMPARE(QFileInfo(loaded.plugin->fileName()), QFileInfo(TestPaths::listPlugin()));
-    QCOMPARE(loaded.plugin->prototypes().size(), 10);
-    QCOMPARE(loaded.plugin->prototypes().first()->typeId(), QString("list.add"));
-    QCOMPARE(loaded.plugin->prototypes().last()->typeId(), QString("list.subtract"));
+    const auto loaded = loadPlugin(TestPaths::listPlugin());
+    QVERIFY2(loaded, qPrintable(errorOf(loaded)));
+    const Plugin &plugin = **loaded;
+    QCOMPARE(plugin.manifest().pluginId, QString("com.tallowby.Quillmap.ListOperPlugin"));
+    QCOMPARE(plugin.instance()->apiVersion(), operationCoreApiVersion);
+    QCOMPARE(QFileInfo(plugin.fileName()), QFileInfo(TestPaths::listPlugin()));
+    QCOMPARE(plugin.prototypes().size(), 10);
+    QCOMPARE(plugin.prototypes().first()->typeId(), QString("list.add"));
+    QCOMPARE(plugin.prototypes().last()->typeId(), QString("list.subtract"));
 }
 
 void TestPluginLoader::refuses_data()
@@ -108,12 +108,12 @@ void TestPluginLoader::refuses()
     QFETCH(QString, file);
     QFETCH(PluginRefusal, refusal);
     QFETCH(QString, reason);
-    const PluginLoadResult loaded = loadPlugin(file);
-    QVERIFY(!loaded.plugin);
-    QCOMPARE(loaded.refusal, refusal);
-    QVERIFY2(loaded.reason.startsWith(QString("plug-in \"%1\" is refused: ").arg(file)),
-             qPrintable(loaded.reason));
-    QVERIFY2(isLike(loaded.reason, '*' + reason), qPrintable(loaded.reason));
+    const auto loaded = loadPlugin(file);
+    QVERIFY(!loaded);
+    QCOMPARE(loaded.error().refusal, refusal);
+    QVERIFY2(errorOf(loaded).startsWith(QString("plug-in \"%1\" is refused: ").arg(file)),
+             qPrintable(errorOf(loaded)));
+    QVERIFY2(isLike(errorOf(loaded), '*' + reason), qPrintable(errorOf(loaded)));
 }
 
 void TestPluginLoader::refusesFilesThatAreNoLibraries_data()
@@ -132,11 +132,11 @@ void TestPluginLoader::refusesFilesThatAreNoLibraries()
     const QTemporaryDir folder;
     const QString fileName = folder.filePath("plugin" + TestPaths::moduleSuffix());
     writeFile(fileName, content);
-    const PluginLoadResult loaded = loadPlugin(fileName);
-    QVERIFY(!loaded.plugin);
-    QCOMPARE(loaded.refusal, PluginRefusal::NotAPlugin);
-    QVERIFY2(loaded.reason.size() > int(strlen("plug-in \"\" is refused: ")) + fileName.size(),
-             qPrintable(loaded.reason));
+    const auto loaded = loadPlugin(fileName);
+    QVERIFY(!loaded);
+    QCOMPARE(loaded.error().refusal, PluginRefusal::NotAPlugin);
+    QVERIFY2(errorOf(loaded).size() > int(strlen("plug-in \"\" is refused: ")) + fileName.size(),
+             qPrintable(errorOf(loaded)));
 }
 
 void TestPluginLoader::refusesAnotherQtVersion()
@@ -153,25 +153,27 @@ void TestPluginLoader::refusesAnotherQtVersion()
     const QTemporaryDir folder;
     const QString fileName = folder.filePath("newer-qt" + TestPaths::moduleSuffix());
     writeFile(fileName, bytes);
-    const PluginLoadResult loaded = loadPlugin(fileName);
-    QVERIFY(!loaded.plugin);
-    QCOMPARE(loaded.refusal, PluginRefusal::LoadFailed);
-    QVERIFY2(loaded.reason.contains("5.99"), qPrintable(loaded.reason));
+    const auto loaded = loadPlugin(fileName);
+    QVERIFY(!loaded);
+    QCOMPARE(loaded.error().refusal, PluginRefusal::LoadFailed);
+    QVERIFY2(errorOf(loaded).contains("5.99"), qPrintable(errorOf(loaded)));
 }
 
 void TestPluginLoader::unloads()
 {
     for (int i = 0; i < 3; ++i) {
-        const PluginLoadResult loaded = loadPlugin(TestPaths::fixture("CountingPlugin"));
-        QVERIFY2(loaded.plugin, qPrintable(loaded.reason));
-        QCOMPARE(loaded.plugin->manifest().version, QString("1"));
+        const auto loaded = loadPlugin(TestPaths::fixture("CountingPlugin"));
+        QVERIFY2(loaded, qPrintable(errorOf(loaded)));
+        QCOMPARE((*loaded)->manifest().version, QString("1"));
     }
 }
 
 void TestPluginLoader::unloadsWhatItRefuses()
 {
     const QPluginLoader probe(TestPaths::fixture("NullPrototype"));
-    QCOMPARE(loadPlugin(TestPaths::fixture("NullPrototype")).refusal, PluginRefusal::BadPrototype);
+    const auto loaded = loadPlugin(TestPaths::fixture("NullPrototype"));
+    QVERIFY(!loaded);
+    QCOMPARE(loaded.error().refusal, PluginRefusal::BadPrototype);
     QVERIFY(!probe.isLoaded());
 }
 
@@ -190,8 +192,8 @@ void TestPluginLoader::catalogueCreatesSteps()
     StepCatalogue catalogue;
     QVERIFY(catalogue.typeIds().isEmpty());
     QVERIFY(!catalogue.create("list.sort", nullptr));
-    const StepCatalogue::AddResult added = catalogue.addPlugin(TestPaths::listPlugin());
-    QVERIFY2(added, qPrintable(added.reason));
+    const auto added = catalogue.addPlugin(TestPaths::listPlugin());
+    QVERIFY2(added, qPrintable(errorOf(added)));
 
     QObject parent;
     for (const QString &typeId : catalogue.typeIds()) {
@@ -225,14 +227,16 @@ void TestPluginLoader::catalogueRefusesADuplicateTypeId()
     QVERIFY(catalogue.addPlugin(TestPaths::listPlugin()));
     const QStringList typeIds = catalogue.typeIds();
 
-    const StepCatalogue::AddResult added = catalogue.addPlugin(TestPaths::fixture("ListClash"));
+    const auto added = catalogue.addPlugin(TestPaths::fixture("ListClash"));
     QVERIFY(!added);
-    QCOMPARE(added.refusal, PluginRefusal::DuplicateTypeId);
-    QVERIFY2(added.reason.contains("has a step of type \"list.sort\" already"), qPrintable(added.reason));
+    QCOMPARE(added.error().refusal, PluginRefusal::DuplicateTypeId);
+    QVERIFY2(errorOf(added).contains("has a step of type \"list.sort\" already"), qPrintable(errorOf(added)));
     QCOMPARE(catalogue.typeIds(), typeIds);
     QCOMPARE(int(catalogue.plugins().size()), 1);
 
-    QCOMPARE(catalogue.addPlugin(TestPaths::listPlugin()).refusal, PluginRefusal::DuplicateTypeId);
+    const auto addedAgain = catalogue.addPlugin(TestPaths::listPlugin());
+    QVERIFY(!addedAgain);
+    QCOMPARE(addedAgain.error().refusal, PluginRefusal::DuplicateTypeId);
     const std::unique_ptr<Operation> step(catalogue.create("list.sort", nullptr));
     QCOMPARE(step->typeName(), QString::fromUtf8("列表排序"));
 }

@@ -144,8 +144,8 @@ private:
 
 void TestStepsGuide::initTestCase()
 {
-    const StepCatalogue::AddResult added = m_catalogue.addPlugin(TestPaths::listPlugin());
-    QVERIFY2(added, qPrintable(added.reason));
+    const auto added = m_catalogue.addPlugin(TestPaths::listPlugin());
+    QVERIFY2(added, qPrintable(errorOf(added)));
     QFile guide(guideFile);
     QVERIFY2(guide.open(QIODevice::ReadOnly), qPrintable(guide.errorString()));
     m_lines = QString::fromUtf8(guide.readAll()).remove('\r').split('\n');

@@ -8,6 +8,7 @@
 #include "host/plugins/StepCatalogue.h"
 #include "host/scripts/BinaryScript.h"
 #include "tests/support/FixtureStep.h"
+#include "tests/support/ErrorOf.h"
 #include "tests/support/TestPaths.h"
 
 #include <QAbstractItemModelTester>
@@ -96,8 +97,8 @@ private:
 
 void TestWorkbenchScript::initTestCase()
 {
-    const StepHost::StepCatalogue::AddResult added = m_catalogue.addPlugin(TestPaths::listPlugin());
-    QVERIFY2(added, qPrintable(added.reason));
+    const auto added = m_catalogue.addPlugin(TestPaths::listPlugin());
+    QVERIFY2(added, qPrintable(errorOf(added)));
 }
 
 /// Places one step for each of \a targets and tells them apart by that setting.

@@ -18,6 +18,7 @@
 #include "host/values/ItemValue.h"
 #include "host/values/ValueFile.h"
 #include "tests/support/FixtureStep.h"
+#include "tests/support/ErrorOf.h"
 #include "tests/support/TestPaths.h"
 
 #include <QAction>
@@ -206,8 +207,8 @@ private:
 
 void TestWorkbenchWindow::initTestCase()
 {
-    const StepHost::StepCatalogue::AddResult added = m_catalogue.addPlugin(TestPaths::listPlugin());
-    QVERIFY2(added, qPrintable(added.reason));
+    const auto added = m_catalogue.addPlugin(TestPaths::listPlugin());
+    QVERIFY2(added, qPrintable(errorOf(added)));
 }
 
 void TestWorkbenchWindow::init()

@@ -58,9 +58,9 @@ int main(int argc, char **argv)
     Workbench::Language::install(application, arguments.at(1));
 
     StepHost::StepCatalogue catalogue;
-    const StepHost::StepCatalogue::AddResult added = catalogue.addPlugin(arguments.at(2));
+    const auto added = catalogue.addPlugin(arguments.at(2));
     if (!added)
-        return refuse(added.reason);
+        return refuse(added.error().reason);
     const QTemporaryDir folder;
     QSettings settings(folder.filePath(QStringLiteral("settings.ini")), QSettings::IniFormat);
     Workbench::MainWindow window(catalogue, settings);

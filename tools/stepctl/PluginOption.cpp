@@ -28,9 +28,9 @@ bool PluginOption::load(StepHost::StepCatalogue &catalogue) const
         files = found.files;
     }
     for (const QString &file : qAsConst(files)) {
-        const StepHost::StepCatalogue::AddResult added = catalogue.addPlugin(file);
+        const auto added = catalogue.addPlugin(file);
         if (!added) {
-            refuse(added.reason);
+            refuse(added.error().reason);
             return false;
         }
     }

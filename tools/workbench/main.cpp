@@ -30,9 +30,9 @@ QStringList addPlugins(StepHost::StepCatalogue &catalogue, QStringList files)
         }
     }
     for (const QString &file : qAsConst(files)) {
-        const StepHost::StepCatalogue::AddResult result = catalogue.addPlugin(file);
+        const auto result = catalogue.addPlugin(file);
         if (!result)
-            reasons.append(result.reason);
+            reasons.append(result.error().reason);
     }
     return reasons;
 }
