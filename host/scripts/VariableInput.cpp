@@ -10,78 +10,71 @@ namespace StepHost
 {
 namespace
 {
-QString valueForDeclared(const QString &text, VarType type, QVariant &value)
+Result<QVariant> valueForDeclared(const QString &text, VarType type)
 {
-    if (type == VarType::String) {
-        value = text;
-        return QString();
-    }
+    if (type == VarType::String)
+        return text;
     Json json;
     JsonError error;
     if (!parseJson(text.toUtf8(), json, error)) {
         if (error.isJson)
-            return error.toString();
-        return QStringLiteral("%1 is no JSON value; a variable of type %2 takes %3")
-            .arg(quoted(text), varTypeName(type), expectedForm(type));
+            return failure(error.toString());
+        return failure(QStringLiteral("%1 is no JSON value; a variable of type %2 takes %3")
+                           .arg(quoted(text), varTypeName(type), expectedForm(type)));
     }
-    return readVariableValue(json, type, value, error) ? QString() : error.toString();
+    QVariant value;
+    if (!readVariableValue(json, type, value, error))
+        return failure(error.toString());
+    return value;
 }
 
-QString valueForNew(const QString &text, ScriptVariable &variable)
+Result<QVariant> valueForNew(const QString &text)
 {
     Json json;
     JsonError error;
-    if (parseJson(text.toUtf8(), json, error)) {
-        if (!readValue(json, variable.value, error))
-            return error.toString();
-    } else if (error.isJson) {
-        return error.toString();
-    } else {
-        variable.value = text;
-    }
-    variable.type = typeOfValue(variable.value);
-    if (variable.type == VarType::Undeclared)
-        return QStringLiteral("%1 gives a new variable no type; declare it in the script").arg(quoted(text));
-    return QString();
+    QVariant value = text;
+    const bool isJson = parseJson(text.toUtf8(), json, error);
+    if (isJson ? !readValue(json, value, error) : error.isJson)
+        return failure(error.toString());
+    if (typeOfValue(value) == VarType::Undeclared)
+        return failure(
+            QStringLiteral("%1 gives a new variable no type; declare it in the script").arg(quoted(text)));
+    return value;
 }
 } // namespace
 
-QString assignText(Script &script, const QString &name, const QString &text)
+Result<void> assignText(Script &script, const QString &name, const QString &text)
 {
-    QString error = variableNameError(name);
-    if (!error.isEmpty())
-        return error;
-    if (ScriptVariable *declared = script.findVariable(name)) {
-        QVariant value;
-        error = valueForDeclared(text, declared->type, value);
-        if (error.isEmpty())
-            declared->value = value;
-        return error;
-    }
-    ScriptVariable added;
-    added.name = withoutMark(name);
-    error = valueForNew(text, added);
-    if (error.isEmpty())
-        script.variables.push_back(added);
-    return error;
+    const QString nameError = variableNameError(name);
+    if (!nameError.isEmpty())
+        return failure(nameError);
+    ScriptVariable *declared = script.findVariable(name);
+    const Result<QVariant> value = declared ? valueForDeclared(text, declared->type) : valueForNew(text);
+    if (!value)
+        return failure(value.error());
+    if (declared)
+        declared->value = *value;
+    else
+        script.variables.push_back({withoutMark(name), typeOfValue(*value), *value});
+    return {};
 }
 
-QString assignList(Script &script, const QString &name, const QVariantList &list)
+Result<void> assignList(Script &script, const QString &name, const QVariantList &list)
 {
-    const QString error = variableNameError(name);
-    if (!error.isEmpty())
-        return error;
+    const QString nameError = variableNameError(name);
+    if (!nameError.isEmpty())
+        return failure(nameError);
     ScriptVariable *declared = script.findVariable(name);
     if (!declared) {
         script.variables.push_back({withoutMark(name), VarType::List, list});
-        return QString();
+        return {};
     }
     if (declared->type != VarType::List) {
-        return QStringLiteral("the script declares %1 with the type %2, not as a list")
-            .arg(quoted(declared->name), varTypeName(declared->type));
+        return failure(QStringLiteral("the script declares %1 with the type %2, not as a list")
+                           .arg(quoted(declared->name), varTypeName(declared->type)));
     }
     declared->value = list;
-    return QString();
+    return {};
 }
 
 Result<void> assignFile(Script &script, const QString &name, const QString &fileName)
@@ -91,7 +84,8 @@ Result<void> assignFile(Script &script, const QString &name, const QString &file
     if (isCsv && declared && declared->type == VarType::Table)
         return ValueFile::readTable(fileName).map([&](const QVariantList &rows) { declared->value = rows; });
     const Result<QVariantList> list = ValueFile::readList(fileName);
-    const QString error = list ? assignList(script, name, *list) : list.error();
-    return error.isEmpty() ? Result<void>() : failure(error);
+    if (!list)
+        return failure(list.error());
+    return assignList(script, name, *list);
 }
 } // namespace StepHost

@@ -15,13 +15,13 @@ namespace StepHost
 /// its type. A variable that the script does not have is added with the type of its value: \a text as
 /// JSON, or the text itself when it is no JSON. JSON that parseJson() does not take is refused.
 ///
-/// Returns an empty text, or what is wrong; the script is unchanged then.
-QString assignText(Script &script, const QString &name, const QString &text);
+/// When something is wrong, the script is unchanged.
+Result<void> assignText(Script &script, const QString &name, const QString &text);
 
 /// Sets the list variable \a name of \a script to \a list, and adds it when the script does not have it.
 ///
-/// Returns an empty text, or what is wrong; the script is unchanged then.
-QString assignList(Script &script, const QString &name, const QVariantList &list);
+/// When something is wrong, the script is unchanged.
+Result<void> assignList(Script &script, const QString &name, const QVariantList &list);
 
 /// Sets the variable \a name of \a script to what the file \a fileName, or standard input for "-", holds.
 ///

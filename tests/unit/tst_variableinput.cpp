@@ -52,7 +52,7 @@ void TestVariableInput::assignsDeclared()
     for (const char *name : {"x", "$x"}) {
         Script script;
         script.variables = {{"w", VarType::Int, 1}, {"x", type, QVariant()}};
-        QCOMPARE(assignText(script, name, text), QString());
+        QCOMPARE(errorOf(assignText(script, name, text)), QString());
         QCOMPARE(int(script.variables.size()), 2);
         QVERIFY(script.variables[1].type == type);
         QCOMPARE(script.variables[1].value.userType(), value.userType());
@@ -96,7 +96,7 @@ void TestVariableInput::refusesDeclared()
     QFETCH(QString, error);
     Script script;
     script.variables = {{"x", type, "as it was"}};
-    const QString actual = assignText(script, "x", text);
+    const QString actual = errorOf(assignText(script, "x", text));
     QVERIFY2(isLike(actual, error), qPrintable(actual));
     QCOMPARE(script.variables[0].value, QVariant("as it was"));
 }
@@ -125,7 +125,7 @@ void TestVariableInput::addsNew()
     QFETCH(QVariant, value);
     Script script;
     script.variables = {{"w", VarType::Int, 1}};
-    QCOMPARE(assignText(script, "$x", text), QString());
+    QCOMPARE(errorOf(assignText(script, "$x", text)), QString());
     QCOMPARE(int(script.variables.size()), 2);
     QCOMPARE(script.variables[1].name, QString("x"));
     QVERIFY(script.variables[1].type == type);
@@ -171,7 +171,7 @@ void TestVariableInput::refusesNew()
     QFETCH(QString, text);
     QFETCH(QString, error);
     Script script;
-    const QString actual = assignText(script, name, text);
+    const QString actual = errorOf(assignText(script, name, text));
     QVERIFY2(isLike(actual, '*' + error), qPrintable(actual));
     QVERIFY(script.variables.empty());
 }
@@ -180,8 +180,8 @@ void TestVariableInput::assignsLists()
 {
     Script script;
     script.variables = {{"x", VarType::List, QVariantList{1}}};
-    QCOMPARE(assignList(script, "$x", {"a", "b"}), QString());
-    QCOMPARE(assignList(script, "$y", {"c"}), QString());
+    QCOMPARE(errorOf(assignList(script, "$x", {"a", "b"})), QString());
+    QCOMPARE(errorOf(assignList(script, "$y", {"c"})), QString());
     QCOMPARE(int(script.variables.size()), 2);
     QCOMPARE(script.variables[0].value, QVariant(QVariantList{"a", "b"}));
     QCOMPARE(script.variables[1].name, QString("y"));
@@ -193,10 +193,10 @@ void TestVariableInput::refusesLists()
 {
     Script script;
     script.variables = {{"x", VarType::Table, QVariantList()}};
-    QCOMPARE(assignList(script, "x", {"a"}),
+    QCOMPARE(errorOf(assignList(script, "x", {"a"})),
              QString("the script declares \"x\" with the type table, not as a list"));
-    QCOMPARE(assignList(script, "$", {"a"}), QString("a variable's name cannot be empty"));
-    QCOMPARE(assignList(script, "$$x", {"a"}),
+    QCOMPARE(errorOf(assignList(script, "$", {"a"})), QString("a variable's name cannot be empty"));
+    QCOMPARE(errorOf(assignList(script, "$$x", {"a"})),
              QString("the variable's name \"$$x\" has more than one \"$\" in front"));
     QCOMPARE(int(script.variables.size()), 1);
     QCOMPARE(script.variables[0].value, QVariant(QVariantList()));

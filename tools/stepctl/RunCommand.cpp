@@ -15,6 +15,7 @@
 #include <QSet>
 
 #include <memory>
+#include <optional>
 
 using namespace StepHost;
 
@@ -40,13 +41,12 @@ struct Assignment
     QString value;
 };
 
-bool parseAssignment(const QString &text, Assignment &assignment)
+std::optional<Assignment> parseAssignment(const QString &text)
 {
     const int separator = text.indexOf(QLatin1Char('='));
     if (separator < 0)
-        return false;
-    assignment = {text.left(separator), text.mid(separator + 1)};
-    return true;
+        return std::nullopt;
+    return Assignment{text.left(separator), text.mid(separator + 1)};
 }
 
 // How a message about the `argument` of `option` begins.
@@ -57,49 +57,40 @@ QString shownArgument(const QString &option, const QString &argument)
     return inOneLine(text.left(shown)) + (text.size() > shown ? QLatin1String("...: ") : QLatin1String(": "));
 }
 
-// Gives the script the variables of the command line. Returns an empty text or what is wrong.
-QString assignVariables(Script &script, const RunArguments &arguments)
+// Gives the script the variables of the command line.
+Result<void> assignVariables(Script &script, const RunArguments &arguments)
 {
     QSet<QString> given;
     bool usesStandardInput = false;
-    const auto assign = [&](bool isList, const QString &argument) {
-        const QString shown =
-            shownArgument(isList ? QStringLiteral("--list") : QStringLiteral("--set"), argument);
-        Assignment assignment;
-        if (!parseAssignment(argument, assignment))
-            return shown
-                + (isList ? QLatin1String("this should be NAME=@FILE")
-                          : QLatin1String("this should be NAME=VALUE"));
-        if (isList && !assignment.value.startsWith(QLatin1Char('@')))
-            return shown + QLatin1String("this should be NAME=@FILE, with the mark @ before the file");
-        const QString name = withoutMark(assignment.name);
+    const auto assign = [&](bool isList, const QString &argument) -> Result<void> {
+        const std::optional<Assignment> assignment = parseAssignment(argument);
+        if (!assignment)
+            return failure(isList ? QStringLiteral("this should be NAME=@FILE")
+                                  : QStringLiteral("this should be NAME=VALUE"));
+        if (isList && !assignment->value.startsWith(QLatin1Char('@')))
+            return failure(QStringLiteral("this should be NAME=@FILE, with the mark @ before the file"));
+        const QString name = withoutMark(assignment->name);
         if (given.contains(name))
-            return shown + QStringLiteral("the variable %1 is given twice").arg(quoted(name));
+            return failure(QStringLiteral("the variable %1 is given twice").arg(quoted(name)));
         given.insert(name);
-        if (isList && assignment.value == QLatin1String("@-")) {
+        if (isList && assignment->value == QLatin1String("@-")) {
             if (usesStandardInput)
-                return shown + QLatin1String("standard input can be read only once");
+                return failure(QStringLiteral("standard input can be read only once"));
             usesStandardInput = true;
         }
-        QString error;
-        if (!isList)
-            error = assignText(script, assignment.name, assignment.value);
-        else if (const auto assigned = assignFile(script, assignment.name, assignment.value.mid(1));
-                 !assigned)
-            error = assigned.error();
-        return error.isEmpty() ? QString() : shown + error;
+        return isList ? assignFile(script, assignment->name, assignment->value.mid(1))
+                      : assignText(script, assignment->name, assignment->value);
     };
-    for (const QString &argument : arguments.lists) {
-        const QString error = assign(true, argument);
-        if (!error.isEmpty())
-            return error;
+    for (const bool isList : {true, false}) {
+        for (const QString &argument : isList ? arguments.lists : arguments.values) {
+            const Result<void> assigned = assign(isList, argument);
+            if (!assigned) {
+                const QString option = isList ? QStringLiteral("--list") : QStringLiteral("--set");
+                return failure(shownArgument(option, argument) + assigned.error());
+            }
+        }
     }
-    for (const QString &argument : arguments.values) {
-        const QString error = assign(false, argument);
-        if (!error.isEmpty())
-            return error;
-    }
-    return QString();
+    return {};
 }
 
 QString stepName(const Script &script, std::size_t index)
@@ -128,9 +119,9 @@ int run(const RunArguments &arguments, const StepCatalogue &catalogue, FaultWatc
     if (!read)
         return refuse(read.error());
     Script &script = *read;
-    const QString error = assignVariables(script, arguments);
-    if (!error.isEmpty())
-        return refuse(error);
+    const Result<void> assigned = assignVariables(script, arguments);
+    if (!assigned)
+        return refuse(assigned.error());
 
     VariableScope scope;
     declareVariables(script, scope);
