@@ -327,7 +327,8 @@ void TestFaults::tellsWhenStandardOutputIsFull()
         QSKIP("this system has no device that is always full");
     m_folder->write("script.json", scriptOfSize(1));
     for (const QStringList &arguments :
-         {QStringList{"run", "script.json"}, QStringList{"convert", "script.json", "-", "--to", "binary"}}) {
+         {QStringList{"run", "script.json"}, QStringList{"convert", "script.json", "-", "--to", "binary"},
+          QStringList{"--help"}, QStringList{"--version"}, QStringList{"run", "--help"}}) {
         QProcess process;
         process.setWorkingDirectory(m_folder->path());
         process.setStandardOutputFile(full);

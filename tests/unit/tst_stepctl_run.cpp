@@ -322,6 +322,16 @@ void TestStepctlRun::badUsage_data()
     QTest::newRow("two marks of a list")
         << QStringList{"run", "sort.json", "--list", "$$a=@sort.json"}
         << "--list $$a=@sort.json: the variable's name \"$$a\" has more than one \"$\" in front";
+    for (const QString number : {"nan", "-nan", "inf", "-1", "0", "1e9", "0x10", "1s", ""}) {
+        QTest::newRow(qPrintable("time limit \"" + number + '"'))
+            << QStringList{"run", "sort.json", "--time-limit", number} << "--time-limit: ";
+        QTest::newRow(qPrintable("time limit of checks \"" + number + '"'))
+            << QStringList{"check", "sort.json", "--time-limit", number} << "--time-limit: ";
+    }
+    for (const QString number : {"nan", "inf", "-1", "0", "1.5", "0x10", "4294967297", ""}) {
+        QTest::newRow(qPrintable("jobs \"" + number + '"'))
+            << QStringList{"check", "sort.json", "--jobs", number} << "--jobs: ";
+    }
 }
 
 void TestStepctlRun::badUsage()
@@ -435,6 +445,12 @@ void TestStepctlRun::writesAFile()
     QCOMPARE(result.output, QString());
     QCOMPARE(result.errors, QString());
     QVERIFY(QJsonDocument::fromJson(contentOf("out.json")).isObject());
+
+    // The mark of standard output is no file's name.
+    const Run marked = run({"run", "sort.json", "--format", "json", "--output", "-"});
+    QCOMPARE(marked.status, 0);
+    QCOMPARE(marked.output.toUtf8(), contentOf("out.json"));
+    QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files), (QStringList{"out.json", "sort.json"}));
 
     // A skipped step is a result too.
     QCOMPARE(run({"run", file("skip.json", skippingScript), "--output", "skip.txt"}).status, 1);

@@ -1,13 +1,15 @@
 #include "CommandLine.h"
 
-#include "ExitStatus.h"
+#include "Console.h"
 
 #include <CLI/CLI.hpp>
 
 #include <QCoreApplication>
 
 #include <algorithm>
+#include <cmath>
 #include <iostream>
+#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -41,11 +43,32 @@ CLI::Option *addTexts(CLI::App &app, const Parameter &parameter, QStringList &va
         ->type_name(parameter.type);
 }
 
+bool readNumber(const QString &text, int &number)
+{
+    bool isNumber = false;
+    number = text.toInt(&isNumber);
+    return isNumber;
+}
+
+bool readNumber(const QString &text, double &number)
+{
+    bool isNumber = false;
+    number = text.toDouble(&isNumber);
+    return isNumber && std::isfinite(number);
+}
+
+// CLI11's own numbers may be hexadecimal or octal, and "nan" is in every range for it.
 template<typename Number>
 void addNumberTo(CLI::App &app, const Parameter &parameter, Number least, Number greatest, Number &value)
 {
-    app.add_option(parameter.name, value, parameter.help)
+    const auto check = [](const std::string &text) {
+        Number number;
+        return readNumber(QString::fromStdString(text), number) ? std::string() : "not a number: " + text;
+    };
+    const auto read = [&value](const std::string &text) { readNumber(QString::fromStdString(text), value); };
+    app.add_option_function<std::string>(parameter.name, read, parameter.help)
         ->type_name(parameter.type)
+        ->check(check)
         ->check(CLI::Range(least, greatest));
 }
 } // namespace
@@ -130,8 +153,10 @@ int CommandLine::run()
     try {
         m_app->parse(reversedArguments());
     } catch (const CLI::ParseError &error) {
-        const bool isAnswer = m_app->exit(error, std::cout, std::cerr) == 0;
-        return isAnswer ? ExitSuccess : ExitRefused;
+        std::ostringstream answer;
+        if (m_app->exit(error, answer, std::cerr) != 0)
+            return ExitRefused;
+        return writeResult(QByteArray::fromStdString(answer.str()), QString()) ? ExitSuccess : ExitRefused;
     }
     if (!m_chosen) {
         std::cerr << m_app->get_name() << ": a subcommand is required\n\n" << m_app->help();

@@ -33,10 +33,12 @@ int refuseExceptions(const std::function<int()> &work)
 
 bool writeResult(const QByteArray &bytes, const QString &fileName)
 {
-    const StepHost::Result<void> written = StepHost::writeOutputFile(fileName, bytes);
+    const bool isStandardOutput = fileName.isEmpty() || fileName == QLatin1String("-");
+    const StepHost::Result<void> written =
+        StepHost::writeOutputFile(isStandardOutput ? QString() : fileName, bytes);
     if (!written) {
         refuse(QStringLiteral("%1 cannot be written: %2")
-                   .arg(fileName.isEmpty() ? QStringLiteral("standard output") : fileName, written.error()));
+                   .arg(isStandardOutput ? QStringLiteral("standard output") : fileName, written.error()));
     }
     return bool(written);
 }

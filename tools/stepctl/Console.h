@@ -15,7 +15,7 @@ int refuse(const QString &reason);
 /// the exception may belong to one.
 int refuseExceptions(const std::function<int()> &work);
 
-/// Writes \a bytes as StepHost::writeOutputFile() does. Returns whether it could; tells the user on standard
+/// Writes \a bytes as StepHost::writeOutputFile() does, to standard output for the name - too. Returns whether it could; tells the user on standard
 /// error if not.
 bool writeResult(const QByteArray &bytes, const QString &fileName);
 

@@ -52,8 +52,7 @@ int convertAndWrite(const ConvertArguments &arguments)
     const auto make = [&](const StepCatalogue &catalogue, FaultWatch &watch, QByteArray &output) {
         return convert(arguments, *form, catalogue, watch, output);
     };
-    const QString output = arguments.output == QLatin1String("-") ? QString() : arguments.output;
-    return doPluginWork({arguments.plugins, make, output});
+    return doPluginWork({arguments.plugins, make, arguments.output});
 }
 } // namespace
 

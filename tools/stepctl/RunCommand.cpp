@@ -170,8 +170,9 @@ void addRunCommand(CommandLine &commandLine)
         arguments->values);
     command.addChoice({"--format", "FORMAT", "The form of the result: text (the default) or json"},
                       {"text", "json"}, arguments->format);
-    command.addOption({"--output", "FILE", "Write the result to FILE instead of standard output"},
-                      arguments->output);
+    command.addOption(
+        {"--output", "FILE", "Write the result to FILE instead of standard output, which - stands for"},
+        arguments->output);
     command.addNumber(
         {"--time-limit", "SECONDS",
          "End a run that takes longer, as when a step hangs, with status 2; no limit by default"},
