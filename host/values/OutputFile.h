@@ -9,7 +9,10 @@ namespace StepHost
 /// Writes \a bytes to the file \a fileName, which is replaced whole or stays as it was; into it when it is a
 /// device or a pipe; or to standard output when the name is empty. An error says why it cannot, without the name.
 ///
+/// The file keeps its owner, group and mode where the system allows, and a symbolic link stays one. Returns a remark for
+/// the user when something could not be kept, such as hard links, else an empty text.
+///
 /// When the program is killed meanwhile, one more file may be left beside: with the name, a dot and six
 /// characters more, and no larger than \a bytes.
-Result<void> writeOutputFile(const QString &fileName, const QByteArray &bytes);
+Result<QString> writeOutputFile(const QString &fileName, const QByteArray &bytes);
 } // namespace StepHost

@@ -78,9 +78,10 @@ Result<QVariantList> ValueFile::readTable(const QString &fileName)
 
 Result<void> ValueFile::write(const QString &fileName, const QString &text)
 {
-    return writeOutputFile(fileName, text.toUtf8()).map_error([&](const QString &error) {
-        return tr("%1: %2").arg(QDir::toNativeSeparators(fileName), error);
-    });
+    const Result<QString> written = writeOutputFile(fileName, text.toUtf8());
+    if (!written)
+        return failure(tr("%1: %2").arg(QDir::toNativeSeparators(fileName), written.error()));
+    return {};
 }
 
 Result<void> ValueFile::writeList(const QString &fileName, const QVariantList &list)

@@ -13,9 +13,14 @@
 #include <unistd.h>
 #endif
 
+void say(const QString &text)
+{
+    std::cerr << "stepctl: " << StepHost::inOneLine(text).toStdString() << std::endl;
+}
+
 int refuse(const QString &reason)
 {
-    std::cerr << "stepctl: " << StepHost::inOneLine(reason).toStdString() << std::endl;
+    say(reason);
     return ExitRefused;
 }
 
@@ -34,11 +39,13 @@ int refuseExceptions(const std::function<int()> &work)
 bool writeResult(const QByteArray &bytes, const QString &fileName)
 {
     const bool isStandardOutput = fileName.isEmpty() || fileName == QLatin1String("-");
-    const StepHost::Result<void> written =
+    const StepHost::Result<QString> written =
         StepHost::writeOutputFile(isStandardOutput ? QString() : fileName, bytes);
     if (!written) {
         refuse(QStringLiteral("%1 cannot be written: %2")
                    .arg(isStandardOutput ? QStringLiteral("standard output") : fileName, written.error()));
+    } else if (!written->isEmpty()) {
+        say(fileName + QLatin1String(": ") + *written);
     }
     return bool(written);
 }

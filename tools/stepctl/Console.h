@@ -7,6 +7,9 @@
 
 #include <functional>
 
+/// Tells the user \a text in one line on standard error.
+void say(const QString &text);
+
 /// Tells the user in one line on standard error why the work was not done. Returns ExitRefused.
 int refuse(const QString &reason);
 

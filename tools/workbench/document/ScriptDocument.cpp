@@ -189,7 +189,7 @@ QString ScriptDocument::save(const QString &fileName)
     const StepHost::Result<QByteArray> written = StepHost::writeScript(copy(), form, m_catalogue);
     if (!written)
         return written.error();
-    const StepHost::Result<void> saved = StepHost::writeOutputFile(fileName, *written);
+    const StepHost::Result<QString> saved = StepHost::writeOutputFile(fileName, *written);
     if (!saved)
         return tr("%1: %2").arg(QDir::toNativeSeparators(fileName), saved.error());
     m_fileName = QFileInfo(fileName).absoluteFilePath();
