@@ -43,6 +43,18 @@ void exitAsIfAllWereWell()
     std::exit(0);
 }
 
+void leaveAsIfAllWereWell()
+{
+    std::_Exit(0);
+}
+
+void kill()
+{
+#ifndef Q_OS_WIN
+    std::raise(SIGKILL);
+#endif
+}
+
 void hang()
 {
     for (volatile bool isIdle = false;;)
@@ -167,6 +179,8 @@ public:
                 new FatalStep("fixture.recursion", useUpTheStack),
                 new FatalStep("fixture.noexcept", throwWhereNothingMayBeThrown),
                 new FatalStep("fixture.exit", exitAsIfAllWereWell),
+                new FatalStep("fixture.leave", leaveAsIfAllWereWell),
+                new FatalStep("fixture.kill", kill),
                 new FatalStep("fixture.hang", hang),
                 new FatalStep("fixture.interrupt", interrupt),
                 new FatalStep("fixture.terminate", terminate),

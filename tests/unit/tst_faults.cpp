@@ -20,6 +20,7 @@ namespace
 {
 const QString fatalSteps = TestPaths::fixture("FatalSteps");
 const QString hostileSteps = TestPaths::fixture("HostileSteps");
+const QString exitingTexts = TestPaths::fixture("ExitingTexts");
 const QString throwingTexts = TestPaths::fixture("ThrowingTexts");
 const char oldContent[] = "as it was";
 
@@ -51,6 +52,10 @@ private slots:
     void init();
     void tellsWhatAPluginDid_data();
     void tellsWhatAPluginDid();
+    void tellsHowAWorkerEnded_data();
+    void tellsHowAWorkerEnded();
+    void aWorkerDoesTheSame_data();
+    void aWorkerDoesTheSame();
     void leavesIgnoredSignalsAlone();
     void aTimeLimitThatIsKeptChangesNothing();
     void aLimitOfFileSizeLeavesTheFile_data();
@@ -129,13 +134,17 @@ void TestFaults::tellsWhatAPluginDid_data()
     for (const QString format : {"text", "json", "markdown"}) {
         const auto shown = [&](QStringList arguments, const char *line, const QString &plugin) {
             arguments += QStringList{"--format", format};
-            elsewhere(qPrintable(arguments.join(' ')), arguments, "", line, plugin);
+            const QString name = arguments.join(' ') + ", " + QFileInfo(plugin).baseName();
+            elsewhere(qPrintable(name), arguments, "", line, plugin);
         };
         const char *exception = "stepctl: an unexpected exception ended the work: out of words\n";
+        const char *exited = "stepctl: exit() was called while the result was made; nothing was written\n";
         shown({"palette"}, exception, throwingTexts);
+        shown({"palette"}, exited, exitingTexts);
         if (format == "markdown")
             continue;
         shown({"describe", "fixture.name"}, exception, throwingTexts);
+        shown({"describe", "fixture.name"}, exited, exitingTexts);
         shown({"describe", "fixture.summary"},
               "stepctl: abort while the result was made; nothing was written\n", fatalSteps);
     }
@@ -156,6 +165,73 @@ void TestFaults::tellsWhatAPluginDid()
     QCOMPARE(result.output, QString());
     QCOMPARE(m_folder->contentOf("out.json"), QByteArray(oldContent));
     QCOMPARE(files(), (QStringList{"out.json", "script.json"}));
+}
+
+// What ends it unseen otherwise, too.
+void TestFaults::tellsHowAWorkerEnded_data()
+{
+    tellsWhatAPluginDid_data();
+    const auto row = [](const char *type, const char *end) {
+        QTest::newRow(type)
+            << QStringList{"run", "script.json", "--output", "out.json"}
+            << QString(R"({"type": "fixture.first"}, {"type": "fixture.%1"})").arg(type)
+            << QString("stepctl: %1 in step 2 (fixture.%2); nothing was written\n").arg(end, type)
+            << fatalSteps;
+    };
+    row("leave", "the process was ended with status 0");
+#ifndef Q_OS_WIN
+    row("kill", "killed");
+#endif
+}
+
+void TestFaults::tellsHowAWorkerEnded()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, steps);
+    QFETCH(QString, line);
+    QFETCH(QString, plugin);
+    m_folder->write("script.json", "{\"steps\": [" + steps.toUtf8() + "]}");
+    m_folder->write("out.json", oldContent);
+    const Run result = m_folder->run(arguments + QStringList{"--isolate", "--plugin", plugin});
+    QCOMPARE(result.status, 2);
+    line.replace("exit() was called", "the process was ended with status 0");
+    QVERIFY2(result.errors.contains(line), qPrintable(result.errors));
+    QCOMPARE(result.errors.count("stepctl: "), 1);
+    QCOMPARE(result.output, QString());
+    QCOMPARE(m_folder->contentOf("out.json"), QByteArray(oldContent));
+    QCOMPARE(files(), (QStringList{"out.json", "script.json"}));
+}
+
+void TestFaults::aWorkerDoesTheSame_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    const auto row = [](const char *name, const QStringList &arguments) { QTest::newRow(name) << arguments; };
+    row("run", {"run", "script.json", "--list", "items=@-", "--before"});
+    row("run with a limit", {"run", "script.json", "--list", "items=@-", "--time-limit", "3600"});
+    row("skipped step",
+        {"run", "script.json", "--set", "items=[]", "--set", "other=[1]", "--format", "json"});
+    row("bad script", {"run", "items.txt"});
+    row("convert", {"convert", "script.json", "-", "--to", "json"});
+    row("convert to a file", {"convert", "script.json", "out.qms"});
+    row("palette", {"palette", "--format", "json"});
+    row("describe", {"describe", "list.sort"});
+    row("unknown step", {"describe", "list.none"});
+    row("bad usage", {"describe"});
+}
+
+void TestFaults::aWorkerDoesTheSame()
+{
+    QFETCH(QStringList, arguments);
+    m_folder->write("script.json", scriptOfSize(3));
+    m_folder->write("items.txt", "no script");
+    const Run here = m_folder->run(arguments, "b\na\n");
+    const QByteArray written = m_folder->contentOf("out.qms");
+    QFile::remove(m_folder->path() + "/out.qms");
+    const Run apart = m_folder->run(arguments + QStringList("--isolate"), "b\na\n");
+    QCOMPARE(apart.errors, here.errors);
+    QCOMPARE(apart.output, here.output);
+    QCOMPARE(apart.status, here.status);
+    QVERIFY(m_folder->contentOf("out.qms") == written);
 }
 
 void TestFaults::leavesIgnoredSignalsAlone()

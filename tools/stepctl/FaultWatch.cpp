@@ -2,6 +2,7 @@
 
 #include "Console.h"
 #include "ExitStatus.h"
+#include "Isolation.h"
 
 #include "host/values/QuotedText.h"
 
@@ -159,6 +160,10 @@ void removeHandlers()
 
 FaultWatch::FaultWatch(const QString &work)
 {
+    if (Isolation::isWorker()) {
+        setWork(work);
+        return;
+    }
     static const bool isRegistered = std::atexit(tellOfExit) == 0;
     static_cast<void>(isRegistered);
     isTerminal = isErrorTerminal();
@@ -173,7 +178,8 @@ FaultWatch::~FaultWatch()
         m_isOver.release();
         m_clock->wait();
     }
-    removeHandlers();
+    if (isWatching)
+        removeHandlers();
     isWatching = false;
 }
 
@@ -183,9 +189,23 @@ void FaultWatch::setWork(const QString &work)
     // Each takes six bytes at most, as an escape.
     static_assert(6 * shown < maxWorkSize, "room for the work");
     const QByteArray text = StepHost::inOneLine(work.left(shown)).toUtf8();
+    if (Isolation::isWorker()) {
+        Isolation::noteWork(text);
+        return;
+    }
     char *next = currentWork == works[0] ? works[1] : works[0];
     qstrncpy(next, text.constData(), maxWorkSize);
     currentWork = next;
+}
+
+QString FaultWatch::signalName(int signal)
+{
+#ifndef Q_OS_WIN
+    if (signal == SIGKILL)
+        return QStringLiteral("killed");
+#endif
+    const Fault &fault = faults[positionOf(signal)];
+    return fault.signal == signal ? QString::fromLatin1(fault.name) : QStringLiteral("signal %1").arg(signal);
 }
 
 void FaultWatch::limitTime(double seconds)

@@ -14,7 +14,7 @@ class QThread;
 /// with ExitRefused after a call of exit(). Nothing may be written to a file or to standard output meanwhile,
 /// and the line says so.
 ///
-/// There may be one object at a time.
+/// There may be one object at a time. In a worker of Isolation it only notes the work: whoever started the worker tells.
 class FaultWatch
 {
 public:
@@ -29,6 +29,9 @@ public:
     /// Ends the program with ExitRefused, and a line of the same kind, when this object lives longer than
     /// \a seconds from now on. To be called once at most.
     void limitTime(double seconds);
+
+    /// What a line calls the end of a process by \a signal, or on Windows by a code, such as `segmentation fault`.
+    static QString signalName(int signal);
 
 private:
     Q_DISABLE_COPY(FaultWatch)

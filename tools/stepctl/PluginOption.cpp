@@ -12,6 +12,11 @@ void PluginOption::addTo(Command &command)
                        "A step plug-in to load; may be given more than once. Without it the plug-ins of\n"
                        "QUILLMAP_PLUGIN_PATH, or of the program's own build or install tree, are loaded."},
                       m_files);
+    command.addFlag(
+        "--isolate",
+        "Work in a process of its own, so that every end of it by a plug-in gives status 2 and a\n"
+        "line that tells how and where, _exit() and a kill included",
+        m_isIsolated);
 }
 
 bool PluginOption::load(StepHost::StepCatalogue &catalogue) const

@@ -6,17 +6,24 @@
 
 class Command;
 
-/// The option `--plugin`, which every subcommand that works with plug-ins has.
+/// The options `--plugin` and `--isolate`, which every subcommand that works with plug-ins has.
 class PluginOption
 {
 public:
-    /// Adds the option to \a command. This object has to live as long as the command.
+    /// Adds the options to \a command. This object has to live as long as the command.
     void addTo(Command &command);
 
     /// Loads the plug-ins that were named or, when none was, those that the program finds by itself, into
     /// \a catalogue. Returns whether all could be loaded; tells the user on standard error if not.
     bool load(StepHost::StepCatalogue &catalogue) const;
 
+    /// Whether a process of its own is to do the work with the plug-ins.
+    bool isIsolated() const
+    {
+        return m_isIsolated;
+    }
+
 private:
     QStringList m_files;
+    bool m_isIsolated = false;
 };

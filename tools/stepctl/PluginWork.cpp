@@ -1,13 +1,14 @@
 #include "PluginWork.h"
 
 #include "Console.h"
+#include "Isolation.h"
 
 namespace
 {
 int makeResult(const PluginWork &work, QByteArray &result)
 {
     FaultWatch watch(QStringLiteral("while the plug-ins were loaded"));
-    if (work.timeLimit > 0)
+    if (work.timeLimit > 0 && !Isolation::isWorker())
         watch.limitTime(work.timeLimit);
     StepHost::StepCatalogue catalogue;
     if (!work.plugins.load(catalogue))
@@ -21,7 +22,12 @@ int makeResult(const PluginWork &work, QByteArray &result)
 int doPluginWork(const PluginWork &work)
 {
     QByteArray result;
-    const int status = makeResult(work, result);
+    const bool isApart = work.plugins.isIsolated() && !Isolation::isWorker();
+    const int status = isApart ? Isolation::runWorker(work.timeLimit, result) : makeResult(work, result);
+    if (Isolation::isWorker()) {
+        Isolation::handOver(status, result);
+        return status;
+    }
     if (status == ExitRefused)
         return ExitRefused;
     return writeResult(result, work.output) ? status : int(ExitRefused);

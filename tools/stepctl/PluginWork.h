@@ -25,5 +25,6 @@ struct PluginWork
 
 /// Loads the plug-ins, makes the result, unloads the plug-ins, and writes the result only then: whatever a
 /// plug-in does, the file is as it was or whole. The user is told about exceptions and, by a FaultWatch, about
-/// all else that a plug-in can do to this program. Returns an ExitStatus.
+/// all else that a plug-in can do to this program; with --isolate a process of its own does the work, so that nothing
+/// goes unseen. Returns an ExitStatus.
 int doPluginWork(const PluginWork &work);

@@ -183,7 +183,8 @@ void addRunCommand(CommandLine &commandLine)
         "Exit status: 0 every step wrote, 1 a step was skipped,\n"
         "2 bad usage, bad script, a refused plug-in, a failed step or the end of the time limit.\n"
         "When a plug-in crashes, the status is what the system gives a crash, and a line on standard\n"
-        "error names the step. The result is written last, or not at all.\n\n"
+        "error names the step. Without --isolate, _exit() in a plug-in ends the run with its status and\n"
+        "without a line, and so does a kill. The result is written last, or not at all.\n\n"
         "Example:\n"
         "  stepctl run clean.json --list names=@names.txt --set limit=10 --format json");
     command.setAction([arguments] {

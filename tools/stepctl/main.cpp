@@ -1,6 +1,7 @@
 #include "CheckCommand.h"
 #include "CommandLine.h"
 #include "ConvertCommand.h"
+#include "Isolation.h"
 #include "NewPluginCommand.h"
 #include "PaletteCommand.h"
 #include "RunCommand.h"
@@ -33,6 +34,7 @@ void useSameTextsEverywhere()
 int main(int argc, char *argv[])
 {
     useSameTextsEverywhere();
+    Isolation::becomeWorker(argc, argv);
     if (isCheckWorker(argc, argv))
         return runCheckWorker(argc, argv);
     const QCoreApplication application(argc, argv);
