@@ -1,5 +1,6 @@
 #include "ListAddOperation.h"
 
+#include "ChainedText.h"
 #include "ListFunctions.h"
 
 #include <QDataStream>
@@ -99,12 +100,16 @@ void ListAddOperation::loadOperation(QDataStream &stream)
 
 QString ListAddOperation::toString() const
 {
-    return QStringLiteral("%1: %2 <- %3").arg(typeName()).arg(displayVarName(m_targetVar)).arg(m_value);
+    return ChainedText(QStringLiteral("%1: %2 <- %3"))
+        .arg(typeName())
+        .arg(displayVarName(m_targetVar))
+        .arg(m_value)
+        .toString();
 }
 
 QString ListAddOperation::description() const
 {
-    return tr("向列表 %1 添加项 %2").arg(displayVarName(m_targetVar)).arg(m_value);
+    return ChainedText(tr("向列表 %1 添加项 %2")).arg(displayVarName(m_targetVar)).arg(m_value).toString();
 }
 
 Operation *ListAddOperation::clone(QObject *parent) const

@@ -1,5 +1,6 @@
 #include "ListClearOperation.h"
 
+#include "ChainedText.h"
 #include "ListFunctions.h"
 
 #include <QDataStream>
@@ -67,12 +68,12 @@ void ListClearOperation::loadOperation(QDataStream &stream)
 
 QString ListClearOperation::toString() const
 {
-    return QStringLiteral("%1: %2").arg(typeName()).arg(displayVarName(m_targetVar));
+    return ChainedText(QStringLiteral("%1: %2")).arg(typeName()).arg(displayVarName(m_targetVar)).toString();
 }
 
 QString ListClearOperation::description() const
 {
-    return tr("清空列表 %1").arg(displayVarName(m_targetVar));
+    return ChainedText(tr("清空列表 %1")).arg(displayVarName(m_targetVar)).toString();
 }
 
 Operation *ListClearOperation::clone(QObject *parent) const

@@ -1,5 +1,6 @@
 #include "ListDedupOperation.h"
 
+#include "ChainedText.h"
 #include "ElementScan.h"
 #include "ListFunctions.h"
 
@@ -73,12 +74,12 @@ void ListDedupOperation::loadOperation(QDataStream &stream)
 
 QString ListDedupOperation::toString() const
 {
-    return QStringLiteral("%1: %2").arg(typeName()).arg(displayVarName(m_targetVar));
+    return ChainedText(QStringLiteral("%1: %2")).arg(typeName()).arg(displayVarName(m_targetVar)).toString();
 }
 
 QString ListDedupOperation::description() const
 {
-    return tr("对列表 %1 去重").arg(displayVarName(m_targetVar));
+    return ChainedText(tr("对列表 %1 去重")).arg(displayVarName(m_targetVar)).toString();
 }
 
 Operation *ListDedupOperation::clone(QObject *parent) const

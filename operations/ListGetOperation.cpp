@@ -1,5 +1,6 @@
 #include "ListGetOperation.h"
 
+#include "ChainedText.h"
 #include "ListFunctions.h"
 
 #include <QDataStream>
@@ -106,19 +107,21 @@ void ListGetOperation::loadOperation(QDataStream &stream)
 
 QString ListGetOperation::toString() const
 {
-    return QStringLiteral("%1: %2[%3] -> %4")
+    return ChainedText(QStringLiteral("%1: %2[%3] -> %4"))
         .arg(typeName())
         .arg(displayVarName(m_sourceVar))
         .arg(m_index)
-        .arg(displayVarName(m_targetVar));
+        .arg(displayVarName(m_targetVar))
+        .toString();
 }
 
 QString ListGetOperation::description() const
 {
-    return tr("取列表 %1 第 %2 项写入 %3")
+    return ChainedText(tr("取列表 %1 第 %2 项写入 %3"))
         .arg(displayVarName(m_sourceVar))
         .arg(m_index)
-        .arg(displayVarName(m_targetVar));
+        .arg(displayVarName(m_targetVar))
+        .toString();
 }
 
 Operation *ListGetOperation::clone(QObject *parent) const

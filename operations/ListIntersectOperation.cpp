@@ -1,5 +1,6 @@
 #include "ListIntersectOperation.h"
 
+#include "ChainedText.h"
 #include "ElementScan.h"
 #include "ListFunctions.h"
 
@@ -97,19 +98,21 @@ void ListIntersectOperation::loadOperation(QDataStream &stream)
 
 QString ListIntersectOperation::toString() const
 {
-    return QStringLiteral("%1: %2 ∩ %3 -> %4")
+    return ChainedText(QStringLiteral("%1: %2 ∩ %3 -> %4"))
         .arg(typeName())
         .arg(displayVarName(m_listA))
         .arg(displayVarName(m_listB))
-        .arg(displayVarName(m_targetVar));
+        .arg(displayVarName(m_targetVar))
+        .toString();
 }
 
 QString ListIntersectOperation::description() const
 {
-    return tr("取列表 %1 与 %2 的交集写入 %3")
+    return ChainedText(tr("取列表 %1 与 %2 的交集写入 %3"))
         .arg(displayVarName(m_listA))
         .arg(displayVarName(m_listB))
-        .arg(displayVarName(m_targetVar));
+        .arg(displayVarName(m_targetVar))
+        .toString();
 }
 
 Operation *ListIntersectOperation::clone(QObject *parent) const

@@ -1,5 +1,6 @@
 #include "ListMergeOperation.h"
 
+#include "ChainedText.h"
 #include "ListFunctions.h"
 
 #include <QDataStream>
@@ -89,19 +90,21 @@ void ListMergeOperation::loadOperation(QDataStream &stream)
 
 QString ListMergeOperation::toString() const
 {
-    return QStringLiteral("%1: %2 + %3 -> %4")
+    return ChainedText(QStringLiteral("%1: %2 + %3 -> %4"))
         .arg(typeName())
         .arg(displayVarName(m_listA))
         .arg(displayVarName(m_listB))
-        .arg(displayVarName(m_targetVar));
+        .arg(displayVarName(m_targetVar))
+        .toString();
 }
 
 QString ListMergeOperation::description() const
 {
-    return tr("合并列表 %1 与 %2 写入 %3")
+    return ChainedText(tr("合并列表 %1 与 %2 写入 %3"))
         .arg(displayVarName(m_listA))
         .arg(displayVarName(m_listB))
-        .arg(displayVarName(m_targetVar));
+        .arg(displayVarName(m_targetVar))
+        .toString();
 }
 
 Operation *ListMergeOperation::clone(QObject *parent) const

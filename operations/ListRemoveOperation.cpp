@@ -1,5 +1,6 @@
 #include "ListRemoveOperation.h"
 
+#include "ChainedText.h"
 #include "ElementScan.h"
 #include "ListFunctions.h"
 
@@ -117,14 +118,24 @@ void ListRemoveOperation::loadOperation(QDataStream &stream)
 
 QString ListRemoveOperation::toString() const
 {
-    return QStringLiteral("%1: %2 (mode=%3)").arg(typeName()).arg(displayVarName(m_targetVar)).arg(m_mode);
+    return ChainedText(QStringLiteral("%1: %2 (mode=%3)"))
+        .arg(typeName())
+        .arg(displayVarName(m_targetVar))
+        .arg(m_mode)
+        .toString();
 }
 
 QString ListRemoveOperation::description() const
 {
     if (m_mode != 0)
-        return tr("从列表 %1 按值 %2 移除项").arg(displayVarName(m_targetVar)).arg(m_value);
-    return tr("从列表 %1 按索引 %2 移除项").arg(displayVarName(m_targetVar)).arg(m_index);
+        return ChainedText(tr("从列表 %1 按值 %2 移除项"))
+            .arg(displayVarName(m_targetVar))
+            .arg(m_value)
+            .toString();
+    return ChainedText(tr("从列表 %1 按索引 %2 移除项"))
+        .arg(displayVarName(m_targetVar))
+        .arg(m_index)
+        .toString();
 }
 
 Operation *ListRemoveOperation::clone(QObject *parent) const

@@ -1,5 +1,6 @@
 #include "ListReverseOperation.h"
 
+#include "ChainedText.h"
 #include "ListFunctions.h"
 
 #include <QDataStream>
@@ -68,12 +69,12 @@ void ListReverseOperation::loadOperation(QDataStream &stream)
 
 QString ListReverseOperation::toString() const
 {
-    return QStringLiteral("%1: %2").arg(typeName()).arg(displayVarName(m_targetVar));
+    return ChainedText(QStringLiteral("%1: %2")).arg(typeName()).arg(displayVarName(m_targetVar)).toString();
 }
 
 QString ListReverseOperation::description() const
 {
-    return tr("反转列表 %1").arg(displayVarName(m_targetVar));
+    return ChainedText(tr("反转列表 %1")).arg(displayVarName(m_targetVar)).toString();
 }
 
 Operation *ListReverseOperation::clone(QObject *parent) const

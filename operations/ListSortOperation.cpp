@@ -1,5 +1,6 @@
 #include "ListSortOperation.h"
 
+#include "ChainedText.h"
 #include "ElementSort.h"
 #include "ListFunctions.h"
 
@@ -82,17 +83,19 @@ void ListSortOperation::loadOperation(QDataStream &stream)
 
 QString ListSortOperation::toString() const
 {
-    return QStringLiteral("%1: %2 (%3)")
+    return ChainedText(QStringLiteral("%1: %2 (%3)"))
         .arg(typeName())
         .arg(displayVarName(m_targetVar))
-        .arg(m_ascending ? QStringLiteral("asc") : QStringLiteral("desc"));
+        .arg(m_ascending ? QStringLiteral("asc") : QStringLiteral("desc"))
+        .toString();
 }
 
 QString ListSortOperation::description() const
 {
-    return tr("对列表 %1 排序（%2）")
+    return ChainedText(tr("对列表 %1 排序（%2）"))
         .arg(displayVarName(m_targetVar))
-        .arg(m_ascending ? QStringLiteral("升序") : QStringLiteral("降序"));
+        .arg(m_ascending ? QStringLiteral("升序") : QStringLiteral("降序"))
+        .toString();
 }
 
 Operation *ListSortOperation::clone(QObject *parent) const
