@@ -36,9 +36,7 @@ void checkSize(CheckContext &context)
         const qint64 size = QFileInfo(step.icon()).size();
         if (size > largestIcon)
             fail(QStringLiteral("%1 has %2 bytes, at most %3 are allowed")
-                     .arg(quoted(step.icon()))
-                     .arg(size)
-                     .arg(largestIcon));
+                     .arg(quoted(step.icon()), QString::number(size), QString::number(largestIcon)));
     });
 }
 

@@ -87,8 +87,7 @@ void checkOneWarning(CheckContext &context)
         forEachRun(context, prepare, [](const StepRun &run) {
             if (run.warnings.size() > 1)
                 fail(QStringLiteral("with %1 one run writes %2 warning lines")
-                         .arg(settingsText(run))
-                         .arg(run.warnings.size()));
+                         .arg(settingsText(run), QString::number(run.warnings.size())));
         });
     }
 }

@@ -284,8 +284,8 @@ void SchemaReader::checkRules()
         } else if (!isPossible(*setting.showWhen)) {
             report(SchemaFault::RuleImpossibleValue,
                    QStringLiteral("the visibility rule of %1 waits for %2 = %3, which cannot be")
-                       .arg(quoted(setting.property), quoted(setting.showWhen->property))
-                       .arg(setting.showWhen->value));
+                       .arg(quoted(setting.property), quoted(setting.showWhen->property),
+                            QString::number(setting.showWhen->value)));
             setting.showWhen.reset();
         }
     }

@@ -77,7 +77,7 @@ QString editorText(const SettingSchema &setting)
 QString ruleText(const SettingSchema &setting)
 {
     return setting.showWhen
-        ? QStringLiteral("%1 = %2").arg(setting.showWhen->property).arg(setting.showWhen->value)
+        ? setting.showWhen->property + QStringLiteral(" = ") + QString::number(setting.showWhen->value)
         : QString();
 }
 
@@ -176,7 +176,8 @@ QString settingText(const Operation &prototype, const SettingSchema &setting)
     if (setting.showWhen)
         parts.append(QStringLiteral("shown when ") + ruleText(setting));
     parts.append(QStringLiteral("default ") + defaultText(prototype, setting));
-    return QStringLiteral("    %1  %2\n").arg(setting.property, -10).arg(parts.join(QLatin1String("; ")));
+    return QLatin1String("    ") + setting.property.leftJustified(10) + QLatin1String("  ")
+        + parts.join(QLatin1String("; ")) + QLatin1Char('\n');
 }
 } // namespace
 

@@ -112,9 +112,9 @@ private:
         if (!readInteger(size))
             return false;
         if (size > quint32(left())) {
-            return refuse(
-                start,
-                QStringLiteral("%1 should have %2 bytes, and %3 are left").arg(what).arg(size).arg(left()));
+            return refuse(start,
+                          QStringLiteral("%1 should have %2 bytes, and %3 are left")
+                              .arg(what, QString::number(size), QString::number(left())));
         }
         block = QByteArray::fromRawData(m_bytes.constData() + m_offset, int(size));
         m_offset += int(size);
