@@ -63,7 +63,7 @@ QString editorText(const SettingSchema &setting)
         break;
     case EditorKind::Choice:
         for (int i = 0; i < setting.choices.size(); ++i)
-            parts.append(QStringLiteral("%1 = %2").arg(i).arg(inOneLine(setting.choices.at(i))));
+            parts.append(QStringLiteral("%1 = %2").arg(i).arg(setting.choices.at(i)));
         break;
     case EditorKind::IntegerOrVariable:
         break;
@@ -133,19 +133,15 @@ void writeStep(JsonWriter &json, const Operation &prototype, const EditorSchema 
     json.close();
 }
 
-QString cell(const QString &text)
-{
-    return inOneLine(text).replace(QLatin1Char('|'), QLatin1String("\\|"));
-}
-
 QString row(const QStringList &cells)
 {
     return QLatin1String("| ") + cells.join(QLatin1String(" | ")) + QLatin1String(" |\n");
 }
 
-QString code(const QString &text)
+// In a table the mark of a cell's end is read before the code is.
+QString codeCell(const QString &text)
 {
-    return text.isEmpty() ? text : QLatin1Char('`') + cell(text) + QLatin1Char('`');
+    return markdownCode(text).replace(QLatin1Char('|'), QLatin1String("\\|"));
 }
 
 QString headOf(const QStringList &titles)
@@ -172,12 +168,12 @@ QString pluginText(const Plugin &plugin)
 
 QString settingText(const Operation &prototype, const SettingSchema &setting)
 {
-    QStringList parts{inOneLine(setting.label), typeName(setting), editorText(setting)};
+    QStringList parts{setting.label, typeName(setting), editorText(setting)};
     if (setting.showWhen)
         parts.append(QStringLiteral("shown when ") + ruleText(setting));
     parts.append(QStringLiteral("default ") + defaultText(prototype, setting));
-    return QLatin1String("    ") + setting.property.leftJustified(10) + QLatin1String("  ")
-        + parts.join(QLatin1String("; ")) + QLatin1Char('\n');
+    return QLatin1String("    ") + inOneLine(setting.property).leftJustified(10) + QLatin1String("  ")
+        + inOneLine(parts.join(QLatin1String("; "))) + QLatin1Char('\n');
 }
 } // namespace
 
@@ -239,28 +235,28 @@ QByteArray paletteToMarkdown(const StepCatalogue &catalogue)
                   QStringLiteral("api version"), QStringLiteral("capabilities"), QStringLiteral("file")});
     for (const std::unique_ptr<Plugin> &plugin : catalogue.plugins()) {
         const PluginManifest &manifest = plugin->manifest();
-        text +=
-            row({code(manifest.pluginId), cell(manifest.name), cell(manifest.version),
-                 QString::number(manifest.apiVersion),
-                 cell(manifest.requiredCapabilities.join(QLatin1String(", "))), code(plugin->fileName())});
+        text += row({codeCell(manifest.pluginId), inMarkdown(manifest.name), inMarkdown(manifest.version),
+                     QString::number(manifest.apiVersion),
+                     inMarkdown(manifest.requiredCapabilities.join(QLatin1String(", "))),
+                     codeCell(plugin->fileName())});
     }
     QString category;
     const QVector<PaletteEntry> steps = orderedSteps(catalogue);
     for (int i = 0; i < steps.size(); ++i) {
         const PaletteEntry &entry = steps.at(i);
         if (i == 0 || entry.category != category)
-            text += QStringLiteral("\n# %1\n").arg(inOneLine(entry.category));
+            text += QStringLiteral("\n# %1\n").arg(inMarkdown(entry.category));
         category = entry.category;
         text += QStringLiteral("\n## %1 (%2)\n\nIcon: %3\n\n")
-                    .arg(inOneLine(entry.prototype->typeName()), code(entry.prototype->typeId()),
-                         code(entry.prototype->icon()))
+                    .arg(inMarkdown(entry.prototype->typeName()), markdownCode(entry.prototype->typeId()),
+                         markdownCode(entry.prototype->icon()))
             + headOf({QStringLiteral("setting"), QStringLiteral("label"), QStringLiteral("type"),
                       QStringLiteral("editor"), QStringLiteral("shown when"), QStringLiteral("default")});
         const EditorSchema schema = readEditorSchema(*entry.prototype->metaObject());
         for (const SettingSchema &setting : schema.settings)
-            text += row({code(setting.property), cell(setting.label), code(typeName(setting)),
-                         cell(editorText(setting)), cell(ruleText(setting)),
-                         code(defaultText(*entry.prototype, setting))});
+            text += row({codeCell(setting.property), inMarkdown(setting.label), codeCell(typeName(setting)),
+                         inMarkdown(editorText(setting)), inMarkdown(ruleText(setting)),
+                         codeCell(defaultText(*entry.prototype, setting))});
     }
     return text.toUtf8();
 }
@@ -277,14 +273,15 @@ QByteArray stepToText(const StepCatalogue &catalogue, const QString &typeId)
         + field("summary", prototype.toString()) + field("description", prototype.description());
     const EditorSchema schema = readEditorSchema(*prototype.metaObject());
     for (const SettingSchema &setting : schema.settings) {
-        text += QStringLiteral("\nsetting %1\n").arg(setting.property) + field("label", setting.label)
-            + field("type", typeName(setting)) + field("editor", editorText(setting))
+        text += QStringLiteral("\nsetting %1\n").arg(inOneLine(setting.property))
+            + field("label", setting.label) + field("type", typeName(setting))
+            + field("editor", editorText(setting))
             + field("shown",
                     setting.showWhen ? QStringLiteral("when ") + ruleText(setting) : QStringLiteral("always"))
             + field("default", defaultText(prototype, setting));
     }
     for (const SchemaProblem &problem : schema.problems)
-        text += QStringLiteral("\nproblem: %1\n").arg(problem.text);
+        text += QStringLiteral("\nproblem: %1\n").arg(inOneLine(problem.text));
     return text.toUtf8();
 }
 

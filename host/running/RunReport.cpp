@@ -24,11 +24,12 @@ Result<void> appendVariableLines(QByteArray &text, const std::vector<ScriptVaria
     for (const ScriptVariable &variable : variables) {
         text +=
             "  " + padded(varTypeName(variable.type), 6) + "  " + inOneLine(variable.name).toUtf8() + " = ";
-        JsonWriter json(text, JsonWriter::InLine);
+        QByteArray value;
+        JsonWriter json(value, JsonWriter::InLine);
         const Result<void> written = writeVariableValue(json, variable.value, variable.type);
         if (!written)
             return failure(QStringLiteral("the value of %1 %2").arg(quoted(variable.name), written.error()));
-        text += '\n';
+        text += inOneLine(QString::fromUtf8(value)).toUtf8() + '\n';
     }
     return {};
 }

@@ -90,7 +90,7 @@ private:
 
     bool refuse(int offset, const QString &text)
     {
-        m_error = QStringLiteral("offset %1: %2").arg(offset).arg(text);
+        m_error = QStringLiteral("offset %1: %2").arg(offset).arg(bounded(text, 1000));
         return false;
     }
 

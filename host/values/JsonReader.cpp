@@ -125,7 +125,9 @@ public:
         text = text.mid(text.indexOf(QLatin1String("] ")) + 2);
         if (text.startsWith(QLatin1String("parse error at ")))
             text = text.mid(text.indexOf(QLatin1String(": ")) + 2);
-        return refuse(text);
+        // It repeats what was read last, as long as that is.
+        constexpr int most = 300;
+        return refuse(bounded(text, most));
     }
 
 private:
@@ -196,12 +198,14 @@ QString JsonError::toString() const
 {
     if (line > 0)
         return QStringLiteral("line %1, column %2: %3").arg(line).arg(column).arg(text);
-    return pointer.isEmpty() ? text : QStringLiteral("at %1: ").arg(pointer) + text;
+    constexpr int mostOfPointer = 300;
+    return pointer.isEmpty() ? text : QStringLiteral("at %1: ").arg(bounded(pointer, mostOfPointer)) + text;
 }
 
 bool refuseJson(JsonError &error, const QString &text)
 {
-    error.text = text;
+    constexpr int most = 1000;
+    error.text = bounded(text, most);
     return false;
 }
 

@@ -2,27 +2,84 @@
 
 #include "JsonWriter.h"
 
+#include <algorithm>
+
 namespace StepHost
 {
+namespace
+{
+bool isShown(uint codePoint)
+{
+    switch (QChar::category(codePoint)) {
+    case QChar::Other_Control:
+    case QChar::Other_Format:
+    case QChar::Other_Surrogate:
+    case QChar::Separator_Line:
+    case QChar::Separator_Paragraph:
+        return false;
+    default:
+        return true;
+    }
+}
+
+QString codeUnit(QChar unit)
+{
+    return QStringLiteral("\\u%1").arg(int(unit.unicode()), 4, 16, QLatin1Char('0'));
+}
+
+// `text` with `escape` instead of each code unit that is not shown as it is.
+template<typename Escape>
+QString shown(const QString &text, Escape escape)
+{
+    QString result;
+    result.reserve(text.size());
+    for (int i = 0; i < text.size(); ++i) {
+        const bool isPair =
+            text.at(i).isHighSurrogate() && i + 1 < text.size() && text.at(i + 1).isLowSurrogate();
+        const int units = isPair ? 2 : 1;
+        const uint codePoint =
+            isPair ? QChar::surrogateToUcs4(text.at(i), text.at(i + 1)) : uint(text.at(i).unicode());
+        if (isShown(codePoint)) {
+            result += text.midRef(i, units);
+        } else {
+            for (const QChar unit : text.midRef(i, units))
+                result += escape(unit);
+        }
+        i += units - 1;
+    }
+    return result;
+}
+
+QString jsonEscape(QChar unit)
+{
+    const QString escape = controlEscape(unit);
+    return escape.isEmpty() ? codeUnit(unit) : escape;
+}
+
+// The ends of `text`, two thirds of `most` characters and one third; no surrogate pair is cut.
+QStringRef head(const QString &text, int most)
+{
+    const int size = most - most / 3;
+    return text.leftRef(text.at(size - 1).isHighSurrogate() ? size - 1 : size);
+}
+
+QStringRef tail(const QString &text, int most)
+{
+    const int size = most / 3;
+    return text.rightRef(text.at(text.size() - size).isLowSurrogate() ? size - 1 : size);
+}
+} // namespace
+
 QString quoted(const QString &text)
 {
-    constexpr int shown = 60;
-    QString result(QLatin1Char('"'));
-    const int end = qMin(text.size(), shown);
-    for (int i = 0; i < end; ++i) {
-        const QChar c = text.at(i);
-        const bool pair = c.isHighSurrogate() && i + 1 < text.size() && text.at(i + 1).isLowSurrogate();
-        if (pair)
-            result += text.midRef(i++, 2);
-        else if (c.isSurrogate() || c.category() == QChar::Other_Control)
-            result += QStringLiteral("\\u%1").arg(c.unicode(), 4, 16, QLatin1Char('0'));
-        else
-            result += c;
-    }
-    result += QLatin1Char('"');
-    if (text.size() > shown)
-        result += QStringLiteral("... (%1 characters)").arg(text.size());
-    return result;
+    constexpr int most = 60;
+    const auto inQuotes = [](const QString &part) {
+        return QLatin1Char('"') + shown(part, codeUnit) + QLatin1Char('"');
+    };
+    if (text.size() <= most)
+        return inQuotes(text);
+    return inQuotes(head(text, most).toString()) + QLatin1String("...")
+        + inQuotes(tail(text, most).toString()) + QStringLiteral(" (%1 characters)").arg(text.size());
 }
 
 QString notAmong(const char *what, const QString &name, const QStringList &choices)
@@ -33,17 +90,58 @@ QString notAmong(const char *what, const QString &name, const QStringList &choic
     return QStringLiteral("there is no %1 %2; there are %3").arg(QLatin1String(what), quoted(name), list);
 }
 
+QString bounded(const QString &text, int most)
+{
+    if (text.size() <= most)
+        return text;
+    return head(text, most) + QStringLiteral(" ... (%1 characters) ... ").arg(text.size()) + tail(text, most);
+}
+
 QString inOneLine(const QString &text)
 {
-    QString line;
-    line.reserve(text.size());
-    for (const QChar c : text) {
-        const QString escape = controlEscape(c);
-        if (escape.isEmpty())
-            line += c;
-        else
-            line += escape;
+    return shown(text, jsonEscape);
+}
+
+QByteArray inOneLine(const QByteArray &utf8)
+{
+    const bool isPlain =
+        std::all_of(utf8.begin(), utf8.end(), [](char byte) { return byte >= ' ' && byte < 0x7f; });
+    return isPlain ? utf8 : inOneLine(QString::fromUtf8(utf8)).toUtf8();
+}
+
+QString inLines(const QString &text)
+{
+    return shown(text, [](QChar unit) {
+        return unit == QLatin1Char('\n') || unit == QLatin1Char('\t') ? QString(unit) : jsonEscape(unit);
+    });
+}
+
+QString messageLine(const QString &text)
+{
+    return inOneLine(bounded(text, 2000));
+}
+
+QString inMarkdown(const QString &text)
+{
+    QString result;
+    for (const QChar c : inOneLine(text)) {
+        if (QStringLiteral("\\`*_[]<>&|~#").contains(c))
+            result += QLatin1Char('\\');
+        result += c;
     }
-    return line;
+    return result;
+}
+
+QString markdownCode(const QString &text)
+{
+    if (text.isEmpty())
+        return text;
+    QString fence(QLatin1Char('`'));
+    while (text.contains(fence))
+        fence += QLatin1Char('`');
+    // A blank at both ends is dropped when it is read.
+    const bool needsRoom = text.startsWith(QLatin1Char('`')) || text.endsWith(QLatin1Char('`'));
+    const QString room = needsRoom ? QStringLiteral(" ") : QString();
+    return fence + room + inOneLine(text) + room + fence;
 }
 } // namespace StepHost

@@ -1,6 +1,7 @@
 #include "CommandLine.h"
 
 #include "Console.h"
+#include "host/values/QuotedText.h"
 
 #include <CLI/CLI.hpp>
 
@@ -24,6 +25,14 @@ std::vector<std::string> reversedArguments()
     std::transform(given.rbegin(), given.rend(), std::back_inserter(arguments),
                    [](const QString &argument) { return argument.toStdString(); });
     return arguments;
+}
+
+// Says what is wrong as CLI11 does. The arguments that it repeats may hold anything.
+std::string failureText(const CLI::App *app, const CLI::Error &error)
+{
+    const std::string reason = error.what();
+    const std::string advice = CLI::FailureMessage::simple(app, error).substr(reason.size());
+    return StepHost::messageLine(QString::fromStdString(reason)).toStdString() + advice;
 }
 
 CLI::Option *addText(CLI::App &app, const Parameter &parameter, QString &value)
@@ -133,6 +142,7 @@ CommandLine::CommandLine(const char *program, const char *description, const cha
 {
     m_app->set_version_flag("--version", version);
     m_app->require_subcommand(0, 1);
+    m_app->failure_message(failureText);
     m_app->allow_windows_style_options(false); // A slash begins a path on every system.
 }
 

@@ -15,7 +15,7 @@
 
 void say(const QString &text)
 {
-    std::cerr << "stepctl: " << StepHost::inOneLine(text).toStdString() << std::endl;
+    std::cerr << "stepctl: " << StepHost::messageLine(text).toStdString() << std::endl;
 }
 
 int refuse(const QString &reason)
