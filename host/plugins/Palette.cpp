@@ -1,6 +1,6 @@
 #include "Palette.h"
 
-#include "hostapi/Operation.h"
+#include "StepTexts.h"
 
 #include <algorithm>
 #include <limits>
@@ -31,7 +31,7 @@ QVector<PaletteEntry> paletteOrder(const QVector<PaletteSource> &sources)
     QVector<RankedEntry> ranked;
     for (int i = 0; i < sources.size(); ++i) {
         for (const Operation *prototype : sources.at(i).prototypes) {
-            const QString category = prototype->root();
+            const QString category = stepText(*prototype, &Operation::root);
             qint64 categoryWeight = noWeight;
             for (const PaletteSource &source : sources)
                 categoryWeight = std::min(categoryWeight, weightOf(source.manifest.categoryOrder, category));

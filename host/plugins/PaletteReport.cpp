@@ -2,6 +2,7 @@
 
 #include "EditorSchema.h"
 #include "Palette.h"
+#include "StepTexts.h"
 #include "host/values/JsonValue.h"
 #include "host/values/JsonWriter.h"
 #include "host/values/QuotedText.h"
@@ -122,10 +123,10 @@ void writeSetting(JsonWriter &json, const Operation &prototype, const SettingSch
 void writeStep(JsonWriter &json, const Operation &prototype, const EditorSchema &schema,
                const PluginManifest &manifest)
 {
-    json.key("category").text(prototype.root());
+    json.key("category").text(takenText(prototype.root()));
     json.key("typeId").text(prototype.typeId());
-    json.key("name").text(prototype.typeName());
-    json.key("icon").text(prototype.icon());
+    json.key("name").text(takenText(prototype.typeName()));
+    json.key("icon").text(takenText(prototype.icon()));
     json.key("plugin").text(manifest.pluginId);
     json.key("settings").openArray();
     for (const SettingSchema &setting : schema.settings)
@@ -189,9 +190,10 @@ QByteArray paletteToText(const StepCatalogue &catalogue)
         if (i == 0 || entry.category != category)
             text += inOneLine(entry.category) + QLatin1Char('\n');
         category = entry.category;
-        text += QStringLiteral("  %1  %2  %3\n")
-                    .arg(inOneLine(entry.prototype->typeId()), inOneLine(entry.prototype->typeName()),
-                         inOneLine(entry.prototype->icon()));
+        text +=
+            QStringLiteral("  %1  %2  %3\n")
+                .arg(inOneLine(entry.prototype->typeId()), inOneLine(takenText(entry.prototype->typeName())),
+                     inOneLine(takenText(entry.prototype->icon())));
         const EditorSchema schema = readEditorSchema(*entry.prototype->metaObject());
         for (const SettingSchema &setting : schema.settings)
             text += settingText(*entry.prototype, setting);
@@ -248,8 +250,9 @@ QByteArray paletteToMarkdown(const StepCatalogue &catalogue)
             text += QStringLiteral("\n# %1\n").arg(inMarkdown(entry.category));
         category = entry.category;
         text += QStringLiteral("\n## %1 (%2)\n\nIcon: %3\n\n")
-                    .arg(inMarkdown(entry.prototype->typeName()), markdownCode(entry.prototype->typeId()),
-                         markdownCode(entry.prototype->icon()))
+                    .arg(inMarkdown(takenText(entry.prototype->typeName())),
+                         markdownCode(entry.prototype->typeId()),
+                         markdownCode(takenText(entry.prototype->icon())))
             + headOf({QStringLiteral("setting"), QStringLiteral("label"), QStringLiteral("type"),
                       QStringLiteral("editor"), QStringLiteral("shown when"), QStringLiteral("default")});
         const EditorSchema schema = readEditorSchema(*entry.prototype->metaObject());
@@ -266,11 +269,13 @@ QByteArray stepToText(const StepCatalogue &catalogue, const QString &typeId)
     const Operation &prototype = *catalogue.prototype(typeId);
     const Plugin &plugin = *catalogue.pluginOf(typeId);
     QString text = QStringLiteral("step %1\n").arg(inOneLine(prototype.typeId()))
-        + field("name", prototype.typeName()) + field("category", prototype.root())
-        + field("icon", prototype.icon())
+        + field("name", takenText(takenText(prototype.typeName())))
+        + field("category", takenText(takenText(prototype.root())))
+        + field("icon", takenText(takenText(prototype.icon())))
         + field("class", QString::fromUtf8(prototype.metaObject()->className()))
         + field("plug-in", plugin.manifest().pluginId) + field("file", plugin.fileName())
-        + field("summary", prototype.toString()) + field("description", prototype.description());
+        + field("summary", takenText(takenText(prototype.toString())))
+        + field("description", takenText(takenText(prototype.description())));
     const EditorSchema schema = readEditorSchema(*prototype.metaObject());
     for (const SettingSchema &setting : schema.settings) {
         text += QStringLiteral("\nsetting %1\n").arg(inOneLine(setting.property))
@@ -296,8 +301,8 @@ QByteArray stepToJson(const StepCatalogue &catalogue, const QString &typeId)
     writeStep(json, prototype, schema, plugin.manifest());
     json.key("class").text(QString::fromUtf8(prototype.metaObject()->className()));
     json.key("file").text(plugin.fileName());
-    json.key("summary").text(prototype.toString());
-    json.key("description").text(prototype.description());
+    json.key("summary").text(takenText(prototype.toString()));
+    json.key("description").text(takenText(prototype.description()));
     json.key("problems").openArray();
     for (const SchemaProblem &problem : schema.problems)
         json.text(problem.text);

@@ -1,5 +1,7 @@
 #include "StepCatalogue.h"
 
+#include "StepTexts.h"
+
 namespace StepHost
 {
 StepCatalogue::StepCatalogue() = default;
@@ -54,6 +56,6 @@ const Plugin *StepCatalogue::pluginOf(const QString &typeId) const
 Operation *StepCatalogue::create(const QString &typeId, QObject *parent) const
 {
     const Operation *model = prototype(typeId);
-    return model ? model->clone(parent) : nullptr;
+    return model ? cloneStep(*model, parent) : nullptr;
 }
 } // namespace StepHost

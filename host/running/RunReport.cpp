@@ -1,5 +1,6 @@
 #include "RunReport.h"
 
+#include "host/plugins/StepTexts.h"
 #include "host/scripts/ScriptJson.h"
 #include "host/values/JsonValue.h"
 #include "host/values/JsonWriter.h"
@@ -42,7 +43,7 @@ void appendStepLines(QByteArray &text, const RunReport &report)
         const StepResult &result = report.result.steps[i];
         text += "  " + QByteArray::number(qulonglong(i) + 1).rightJustified(numberWidth) + "  "
             + padded(outcomeName(result.outcome), 8) + "  "
-            + inOneLine(report.script.steps[i].operation->toString()).toUtf8() + '\n';
+            + inOneLine(takenText(report.script.steps[i].operation->toString())).toUtf8() + '\n';
         for (const QString &warning : result.warnings)
             text += indent + inOneLine(warning).toUtf8() + '\n';
         if (!result.failure.isEmpty())
@@ -69,7 +70,7 @@ void writeStep(JsonWriter &json, const Operation &operation, const StepResult &r
 {
     json.openObject(JsonWriter::InLine);
     writeText(json.key("type"), operation.typeId());
-    writeText(json.key("summary"), operation.toString());
+    writeText(json.key("summary"), takenText(operation.toString()));
     json.key("outcome").text(outcomeName(result.outcome));
     json.key("warnings").openArray();
     for (const QString &warning : result.warnings)

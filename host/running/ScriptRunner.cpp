@@ -1,6 +1,7 @@
 #include "ScriptRunner.h"
 
 #include "WarningCapture.h"
+#include "host/plugins/StepTexts.h"
 
 #include <algorithm>
 #include <exception>
@@ -18,7 +19,7 @@ void runStep(Operation &operation, VariableScope &scope, StepResult &result)
         result.outcome = scope.writeCount() != writesBefore ? StepOutcome::Wrote : StepOutcome::Skipped;
     } catch (const std::exception &exception) {
         result.outcome = StepOutcome::Failed;
-        result.failure = QString::fromUtf8(exception.what());
+        result.failure = takenText(QString::fromUtf8(exception.what()));
     } catch (...) {
         result.outcome = StepOutcome::Failed;
         result.failure = QStringLiteral("an exception of unknown type");

@@ -1,5 +1,7 @@
 #include "WarningCapture.h"
 
+#include "host/plugins/StepTexts.h"
+
 #include <QMutex>
 #include <QMutexLocker>
 
@@ -22,7 +24,7 @@ struct CaptureHandler
     static void handle(QtMsgType type, const QMessageLogContext &context, const QString &message)
     {
         if (type == QtWarningMsg && innermostCapture)
-            innermostCapture->m_lines.append(message);
+            innermostCapture->m_lines.append(takenText(message));
         else if (const QtMessageHandler previous = previousHandler)
             previous(type, context, message);
     }

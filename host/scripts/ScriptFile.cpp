@@ -20,14 +20,14 @@ bool isAllInProperties(const Operation &step, const StepCatalogue &catalogue)
     const QVector<QMetaProperty> settings = settingsOf(step);
     for (const QMetaProperty &setting : settings)
         setting.write(twin.get(), setting.read(&step));
-    return recordOf(*twin) == recordOf(step);
+    return twin && recordOf(*twin) == recordOf(step);
 }
 
 // Whether a step that gets its record alone has its properties too.
 bool isAllInRecord(const Operation &step, const StepCatalogue &catalogue)
 {
     const std::unique_ptr<Operation> twin(catalogue.create(step.typeId(), nullptr));
-    if (!loadWholeRecord(*twin, recordOf(step)))
+    if (!twin || !loadWholeRecord(*twin, recordOf(step)))
         return false;
     const QVector<QMetaProperty> settings = settingsOf(step);
     return std::all_of(settings.begin(), settings.end(), [&](const QMetaProperty &setting) {

@@ -159,6 +159,15 @@ void TestScriptJson::refuses_data()
         return QByteArray(R"({"steps": [{"type": "list.clear"}, )") + member + "]}";
     };
 
+    QTest::newRow("a long wrong token")
+        << "{\"steps\": [" + QByteArray(10000000, 'f') + "]}"
+        << "line 1, column 13: syntax error while parsing value - invalid literal; last read: '*ff'";
+    QTest::newRow("a long text without its end")
+        << "{\"steps\": [\"" + QByteArray(10000000, 'f')
+        << "line 1, column 10000012: syntax error * missing closing quote; last read: '\"ff* ... (10000088 "
+           "characters) ... *ff'";
+    QTest::newRow("a long key") << "{\"" + QByteArray(10000000, 'k') + "x\": 1}"
+                                << "there is no key \"kkk*kkkx\" (10000001 characters); there are *";
     QTest::newRow("syntax") << QByteArray("{\"steps\": [\n  }") << "line 2, column 3: syntax error*";
     QTest::newRow("no object") << QByteArray("[]") << "this is an array, it should be an object";
     QTest::newRow("unknown key") << QByteArray(R"({"step": []})")
@@ -240,10 +249,10 @@ void TestScriptJson::refuses_data()
     QTest::newRow("read-only property")
         << step(R"({"type": "fixture.settings", "fixed": 1})")
         << R"(there is no property "fixed"; there are "ratio", "size", "words", "anything", "color")";
-    QTest::newRow("byte order mark in a key") << step("{\"type\": \"list.clear\", \"\xEF\xBB\xBF"
-                                                      "enabled\": true}")
-                                              << "there is no property \"\xEF\xBB\xBF"
-                                                 "enabled\"; there are \"targetVar\"";
+    QTest::newRow("byte order mark in a key")
+        << step("{\"type\": \"list.clear\", \"\xEF\xBB\xBF"
+                "enabled\": true}")
+        << "there is no property \"\\ufeffenabled\"; there are \"targetVar\"";
     QTest::newRow("no properties at all")
         << step(R"({"type": "fixture.throw", "a": 1})") << R"(there is no property "a"; there are none)";
     QTest::newRow("enabled") << step(R"({"type": "list.clear", "enabled": 1})")

@@ -35,6 +35,7 @@ private slots:
     void outputFeedsBack();
     void keepsOddValues();
     void escapesTextForTheTerminal();
+    void showsWhatDeceives();
     void badUsage_data();
     void badUsage();
     void badScripts_data();
@@ -263,6 +264,32 @@ void TestStepctlRun::escapesTextForTheTerminal()
     QVERIFY2(result.output.contains("  1  skipped   line\\nbreak\\u001b[31m\n"
                                     "               first\\nsecond\\u001b[2J\n"),
              qPrintable(result.output));
+}
+
+void TestStepctlRun::showsWhatDeceives()
+{
+    const QString script = file("script.json", R"({
+        "variables": [{"name": "a\u202e", "type": "string", "value": "b\u2066\u200b"}],
+        "steps": [{"type": "fixture.deceive"}]})");
+    const QStringList plugin{"--plugin", TestPaths::fixture("RudeSteps")};
+    const Run text = run(QStringList{"run", script} + plugin);
+    QVERIFY2(text.output.contains("  skipped   a\\u202eb\n"), qPrintable(text.output));
+    QVERIFY2(text.output.contains(R"(string  a\u202e = "b\u2066\u200b")"), qPrintable(text.output));
+
+    const Run json = run(QStringList{"run", script, "--format", "json"} + plugin);
+    QVERIFY2(json.output.contains(QString::fromUtf8("\"summary\": \"a\u202eb\"")), qPrintable(json.output));
+
+    for (const QStringList &arguments : {QStringList{"run", script, "--fo\x1b[31m\u202e"},
+                                         QStringList{"describe", "x", "--format", "\x1b[31m\u202e"},
+                                         QStringList{"describe", "\x1b[31m\u202e"}}) {
+        const Run wrong = run(arguments);
+        QCOMPARE(wrong.status, 2);
+        QVERIFY2(wrong.errors.contains("\\u001b[31m\\u202e"), qPrintable(wrong.errors));
+        QVERIFY(!wrong.errors.contains(QChar(0x1b)) && !wrong.errors.contains(QChar(0x202e)));
+    }
+    const Run longer = run({"run", script, "--x" + QString(100000, 'y') + 'z'});
+    QCOMPARE(longer.status, 2);
+    QVERIFY(longer.errors.size() < 3000);
 }
 
 void TestStepctlRun::badUsage_data()

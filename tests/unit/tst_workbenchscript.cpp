@@ -85,6 +85,9 @@ private slots:
     void stopsBetweenSteps();
     void resultsFollowTheirSteps();
     void anotherScriptEndsTheRun();
+    void stepsThatThrow();
+    void textsWithoutBound();
+    void textsThatDeceive();
 
 private:
     void place(ScriptDocument &document, std::initializer_list<const char *> targets) const;
@@ -634,6 +637,68 @@ void TestWorkbenchScript::anotherScriptEndsTheRun()
     QVERIFY(!session.hasResult());
     QCoreApplication::processEvents();
     QVERIFY(!session.hasResult());
+}
+
+void TestWorkbenchScript::stepsThatThrow()
+{
+    StepHost::StepCatalogue catalogue;
+    QVERIFY(catalogue.addPlugin(TestPaths::fixture("RudeSteps")));
+    const PaletteModel palette(catalogue);
+    QStringList names;
+    for (int row = 0; row < palette.rowCount(); ++row) {
+        names.append(palette.index(row, 0).data().toString());
+        names.append(palette.index(0, 0, palette.index(row, 0)).data().toString());
+    }
+    QVERIFY(names.contains("(the plug-in threw an exception: out of places)"));
+    QVERIFY(names.contains("(the plug-in threw an exception: out of names)"));
+
+    ScriptDocument document(catalogue);
+    document.placeStep("fixture.throw", 0);
+    const QModelIndex step = document.model().index(0);
+    QCOMPARE(step.data().toString(), QString("(the plug-in threw an exception: out of words)"));
+    QCOMPARE(step.data(Qt::ToolTipRole).toString(), QString("(the plug-in threw an exception)"));
+    step.data(Qt::DecorationRole);
+
+    const QString noCopy("step 1: the plug-in gives no copy of it");
+    QSignalSpy refused(&document, &ScriptDocument::refused);
+    document.duplicateSteps({0}, 1);
+    QCOMPARE(refused.size(), 1);
+    QCOMPARE(refused.first().first().toString(), noCopy);
+    QCOMPARE(document.model().rowCount(), 1);
+    QCOMPARE(document.stepsAs(StepHost::ScriptForm::Json, {0}), QByteArray());
+    const QTemporaryDir folder;
+    QCOMPARE(document.save(folder.filePath("script.json")), noCopy);
+    QVERIFY(!QFile::exists(folder.filePath("script.json")));
+
+    LogModel log;
+    RunSession session(document, log);
+    session.runAll();
+    QVERIFY(!session.isRunning());
+    QCOMPARE(log.index(0, LogModel::MessageColumn).data().toString(), noCopy);
+}
+
+void TestWorkbenchScript::textsWithoutBound()
+{
+    StepHost::StepCatalogue catalogue;
+    QVERIFY(catalogue.addPlugin(TestPaths::fixture("RudeSteps")));
+    ScriptDocument document(catalogue);
+    document.placeStep("fixture.talk", 0);
+    const QString summary = document.model().index(0).data().toString();
+    QVERIFY(summary.size() < 10000100);
+    QVERIFY(summary.startsWith("beginx"));
+    QVERIFY(summary.contains("x ... (20000008 characters) ... x"));
+    QVERIFY(summary.endsWith("xend"));
+}
+
+void TestWorkbenchScript::textsThatDeceive()
+{
+    StepHost::StepCatalogue catalogue;
+    QVERIFY(catalogue.addPlugin(TestPaths::fixture("RudeSteps")));
+    ScriptDocument document(catalogue);
+    document.placeStep("fixture.deceive", 0);
+    const QModelIndex step = document.model().index(0);
+    QCOMPARE(step.data().toString(), QString("a\\u202eb"));
+    QCOMPARE(step.data(Qt::ToolTipRole).toString(), QString("a\\u2066b\\u001b"));
 }
 
 QTEST_MAIN(TestWorkbenchScript)

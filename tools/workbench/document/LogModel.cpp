@@ -1,5 +1,6 @@
 #include "LogModel.h"
 
+#include "host/values/QuotedText.h"
 #include "tools/workbench/look/ToolTipText.h"
 
 namespace Workbench
@@ -14,12 +15,12 @@ LogModel::LogModel(QObject *parent) : QAbstractTableModel(parent) { }
 
 void LogModel::append(const QString &message)
 {
-    add({QTime::currentTime(), message, false, -1, QString()});
+    add({QTime::currentTime(), StepHost::inLines(message), false, -1, QString()});
 }
 
 void LogModel::appendWarning(const QString &message, int step, const QString &stepSummary)
 {
-    add({QTime::currentTime(), message, true, step, stepSummary});
+    add({QTime::currentTime(), StepHost::inLines(message), true, step, stepSummary});
 }
 
 void LogModel::add(const Line &line)

@@ -3,6 +3,7 @@
 #include "LogModel.h"
 #include "ScriptDocument.h"
 #include "ScriptModel.h"
+#include "host/plugins/StepTexts.h"
 
 #include <QHash>
 #include <QThread>
@@ -32,7 +33,8 @@ struct RunSession::Run
     ~Run()
     {
         shouldStop = true;
-        thread->wait();
+        if (thread)
+            thread->wait();
     }
 
     void execute()
@@ -97,12 +99,18 @@ void RunSession::start(int firstRow, int lastRow, const VariableScope &variables
     ScriptModel &model = m_document.model();
     if (m_run || firstRow < 0 || lastRow < firstRow || lastRow >= model.rowCount())
         return;
-    m_run = std::make_unique<Run>();
+    auto next = std::make_unique<Run>();
     for (int row = firstRow; row <= lastRow; ++row) {
         const Operation &step = model.step(row);
-        m_run->originals.append(&step);
-        m_run->script.steps.push_back(m_document.copyStep(row));
+        next->originals.append(&step);
+        next->script.steps.push_back(m_document.copyStep(row));
+        if (!next->script.steps.back().operation) {
+            m_log.appendWarning(ScriptDocument::noCopy(row), row,
+                                StepHost::shownStepText(step, &Operation::toString));
+            return;
+        }
     }
+    m_run = std::move(next);
     m_run->variables = variables;
     m_before = variables;
     m_run->clock.start();
@@ -146,7 +154,8 @@ void RunSession::report(const Run &run)
         const int row = rows.value(run.originals.at(i), -1);
         if (row >= 0 && result.outcome != StepHost::StepOutcome::NotRun)
             model.setResult(row, result);
-        const QString summary = run.script.steps.at(size_t(i)).operation->toString();
+        const QString summary =
+            StepHost::shownStepText(*run.script.steps.at(size_t(i)).operation, &Operation::toString);
         for (const QString &warning : result.warnings)
             m_log.appendWarning(warning, row, summary);
         if (result.outcome == StepHost::StepOutcome::Failed)

@@ -3,6 +3,7 @@
 #include "ScriptCommands.h"
 #include "ScriptModel.h"
 #include "host/plugins/StepCatalogue.h"
+#include "host/plugins/StepTexts.h"
 #include "host/running/RunReport.h"
 #include "host/scripts/ScriptFile.h"
 #include "host/values/OutputFile.h"
@@ -54,9 +55,14 @@ const VariableScope &ScriptDocument::variables() const
 StepHost::ScriptStep ScriptDocument::copyStep(int row) const
 {
     StepHost::ScriptStep step;
-    step.operation.reset(m_model->step(row).clone(nullptr));
+    step.operation.reset(StepHost::cloneStep(m_model->step(row), nullptr));
     step.enabled = m_model->isEnabled(row);
     return step;
+}
+
+QString ScriptDocument::noCopy(int row)
+{
+    return QStringLiteral("step %1: the plug-in gives no copy of it").arg(row + 1);
 }
 
 StepHost::Script ScriptDocument::copy() const
@@ -72,8 +78,11 @@ QByteArray ScriptDocument::stepsAs(StepHost::ScriptForm form, const QList<int> &
 {
     StepHost::Script script;
     const QList<int> ordered = sorted(rows);
-    for (const int row : ordered)
+    for (const int row : ordered) {
         script.steps.push_back(copyStep(row));
+        if (!script.steps.back().operation)
+            return QByteArray();
+    }
     return StepHost::writeScript(script, form, m_catalogue).value_or(QByteArray());
 }
 
@@ -83,7 +92,7 @@ void ScriptDocument::placeStep(const QString &typeId, int row)
     step.operation.reset(m_catalogue.create(typeId, nullptr));
     if (!step.operation)
         return;
-    const QString name = step.operation->typeName();
+    const QString name = StepHost::shownStepText(*step.operation, &Operation::typeName);
     std::vector<StepHost::ScriptStep> steps;
     steps.push_back(std::move(step));
     m_undoStack.push(new InsertStepsCommand(*this, row, std::move(steps), tr("Place “%1”").arg(name)));
@@ -108,8 +117,13 @@ void ScriptDocument::duplicateSteps(const QList<int> &rows, int target)
         return;
     std::vector<StepHost::ScriptStep> steps;
     const QList<int> ordered = sorted(rows);
-    for (const int row : ordered)
+    for (const int row : ordered) {
         steps.push_back(copyStep(row));
+        if (!steps.back().operation) {
+            emit refused(noCopy(row));
+            return;
+        }
+    }
     m_undoStack.push(new InsertStepsCommand(*this, target, std::move(steps),
                                             tr("Duplicate %n step(s)", nullptr, rows.size())));
 }
@@ -148,8 +162,9 @@ void ScriptDocument::setSetting(int row, const QString &property, const QVariant
     const QVariant present = m_model->step(row).property(property.toUtf8().constData());
     if (present == value && present.userType() == value.userType())
         return;
-    m_undoStack.push(new ChangeSettingCommand(*this, row, property, value,
-                                              tr("Change “%1”").arg(m_model->step(row).typeName())));
+    m_undoStack.push(new ChangeSettingCommand(
+        *this, row, property, value,
+        tr("Change “%1”").arg(StepHost::shownStepText(m_model->step(row), &Operation::typeName))));
 }
 
 void ScriptDocument::setVariables(const VariableScope &variables, const QString &action)
@@ -186,7 +201,12 @@ QString ScriptDocument::save(const QString &fileName)
 {
     // A file of another suffix is read by its content all the same.
     const StepHost::ScriptForm form = StepHost::scriptFormOf(fileName).value_or(StepHost::ScriptForm::Json);
-    const StepHost::Result<QByteArray> written = StepHost::writeScript(copy(), form, m_catalogue);
+    const StepHost::Script script = copy();
+    for (std::size_t row = 0; row < script.steps.size(); ++row) {
+        if (!script.steps[row].operation)
+            return noCopy(int(row));
+    }
+    const StepHost::Result<QByteArray> written = StepHost::writeScript(script, form, m_catalogue);
     if (!written)
         return written.error();
     const StepHost::Result<QString> saved = StepHost::writeOutputFile(fileName, *written);

@@ -30,10 +30,13 @@ public:
     QUndoStack &undoStack();
     const VariableScope &variables() const;
 
-    /// A copy of the step in \a row.
+    /// A copy of the step in \a row; without an operation when the plug-in gives no clone.
     StepHost::ScriptStep copyStep(int row) const;
 
-    /// A copy of the script, its steps cloned.
+    /// Says that there is no copy of the step in \a row.
+    static QString noCopy(int row);
+
+    /// A copy of the script, its steps as copyStep() copies them.
     StepHost::Script copy() const;
 
     /// The steps of \a rows as a script in the form \a form, which insertScript() takes; empty when that form

@@ -1,6 +1,8 @@
 #include "ScriptModel.h"
 
 #include "StepMime.h"
+#include "host/plugins/StepTexts.h"
+#include "host/values/QuotedText.h"
 #include "tools/workbench/look/ThemedIcon.h"
 #include "tools/workbench/look/ToolTipText.h"
 
@@ -15,7 +17,12 @@ namespace
 {
 QStringList messages(const StepHost::StepResult &result)
 {
-    return result.failure.isEmpty() ? result.warnings : result.warnings + QStringList(result.failure);
+    QStringList lines;
+    for (const QString &warning : result.warnings)
+        lines.append(StepHost::inLines(warning));
+    if (!result.failure.isEmpty())
+        lines.append(StepHost::inLines(result.failure));
+    return lines;
 }
 } // namespace
 
@@ -166,12 +173,13 @@ QVariant ScriptModel::data(const QModelIndex &index, int role) const
     const Operation &operation = *row.step.operation;
     switch (role) {
     case Qt::DisplayRole:
-        return operation.toString();
+        return StepHost::shownStepText(operation, &Operation::toString);
     case Qt::DecorationRole:
-        return icon(operation.icon());
+        return icon(StepHost::stepText(operation, &Operation::icon));
     case Qt::ToolTipRole:
         return toolTipText(
-            (QStringList(operation.description()) + messages(row.result)).join(QLatin1Char('\n')));
+            (QStringList(StepHost::shownStepText(operation, &Operation::description)) + messages(row.result))
+                .join(QLatin1Char('\n')));
     case Qt::CheckStateRole:
         return int(row.step.enabled ? Qt::Checked : Qt::Unchecked);
     case NumberRole:

@@ -1,7 +1,8 @@
 #include "PropertyPane.h"
 
 #include "PropertyEditor.h"
-#include "hostapi/Operation.h"
+#include "host/plugins/StepTexts.h"
+#include "host/values/QuotedText.h"
 #include "tools/workbench/look/ThemedIcon.h"
 #include "tools/workbench/look/ToolTipText.h"
 
@@ -72,8 +73,9 @@ void PropertyPane::build()
 void PropertyPane::addHeader(QVBoxLayout *layout)
 {
     auto *icon = new QLabel;
-    icon->setPixmap(stepIcon(m_step->icon()).pixmap(headerIconSize, headerIconSize));
-    QLabel *name = newTextLabel(m_step->typeName());
+    icon->setPixmap(
+        stepIcon(StepHost::stepText(*m_step, &Operation::icon)).pixmap(headerIconSize, headerIconSize));
+    QLabel *name = newTextLabel(StepHost::shownStepText(*m_step, &Operation::typeName));
     QFont font = name->font();
     font.setBold(true);
     name->setFont(font);
@@ -100,7 +102,7 @@ void PropertyPane::addRow(const StepHost::SettingSchema &setting, QVBoxLayout *l
     row.hint = newTextLabel(QString());
     row.hint->setForegroundRole(QPalette::PlaceholderText);
     row.hint->setMinimumWidth(1);
-    const QString labelText = setting.label.isEmpty() ? setting.property : setting.label;
+    const QString labelText = StepHost::inLines(setting.label.isEmpty() ? setting.property : setting.label);
     auto *label = newTextLabel(labelText);
     label->setToolTip(setting.property);
     label->setBuddy(row.editor);
@@ -141,7 +143,7 @@ void PropertyPane::setVariables(const VariableScope &variables)
 void PropertyPane::updateRows()
 {
     if (m_description)
-        m_description->setText(shortened(m_step->description()));
+        m_description->setText(shortened(StepHost::shownStepText(*m_step, &Operation::description)));
     for (const Row &row : qAsConst(m_rows)) {
         row.widget->setVisible(StepHost::isVisible(row.setting, *m_step));
         const QString hint = row.editor->hint();

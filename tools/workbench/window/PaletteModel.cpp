@@ -2,6 +2,8 @@
 
 #include "host/plugins/Palette.h"
 #include "host/plugins/StepCatalogue.h"
+#include "host/plugins/StepTexts.h"
+#include "host/values/QuotedText.h"
 #include "tools/workbench/document/StepMime.h"
 #include "tools/workbench/look/ThemedIcon.h"
 
@@ -19,20 +21,21 @@ PaletteModel::PaletteModel(const StepHost::StepCatalogue &catalogue, QObject *pa
     QStandardItem *category = nullptr;
     const QVector<StepHost::PaletteEntry> entries = StepHost::paletteOrder(sources);
     for (const StepHost::PaletteEntry &entry : entries) {
-        if (!category || category->text() != entry.category) {
-            category = new QStandardItem(entry.category);
+        const QString categoryText = StepHost::inLines(entry.category);
+        if (!category || category->text() != categoryText) {
+            category = new QStandardItem(categoryText);
             category->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable);
             appendRow(category);
         }
         const Operation &prototype = *entry.prototype;
-        auto *item = new QStandardItem(stepIcon(prototype.icon()), prototype.typeName());
+        const QString name = StepHost::shownStepText(prototype, &Operation::typeName);
+        auto *item = new QStandardItem(stepIcon(StepHost::stepText(prototype, &Operation::icon)), name);
         item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsDragEnabled
                        | Qt::ItemNeverHasChildren);
         item->setData(prototype.typeId(), TypeIdRole);
-        item->setData(
-            QStringList{entry.category, prototype.typeName(), prototype.typeId()}.join(QLatin1Char('\n')),
-            SearchRole);
-        item->setToolTip(QStringLiteral("%1\n%2").arg(prototype.typeName(), prototype.typeId()));
+        item->setData(QStringList{entry.category, name, prototype.typeId()}.join(QLatin1Char('\n')),
+                      SearchRole);
+        item->setToolTip(QStringLiteral("%1\n%2").arg(name, prototype.typeId()));
         category->appendRow(item);
     }
 }
