@@ -1,6 +1,7 @@
 #include "tools/workbench/document/ScriptDocument.h"
 
 #include "host/plugins/StepCatalogue.h"
+#include "tests/support/ErrorOf.h"
 #include "tests/support/FailingCalls.h"
 #include "tests/support/StepctlFolder.h"
 #include "tests/support/TestPaths.h"
@@ -64,8 +65,8 @@ private:
 
 void TestFailingCalls::initTestCase()
 {
-    const StepHost::StepCatalogue::AddResult added = m_catalogue.addPlugin(TestPaths::listPlugin());
-    QVERIFY2(added, qPrintable(added.reason));
+    const auto added = m_catalogue.addPlugin(TestPaths::listPlugin());
+    QVERIFY2(added, qPrintable(errorOf(added)));
 }
 
 void TestFailingCalls::init()

@@ -105,7 +105,8 @@ void TestRunReport::textOfNothing()
     const Script script;
     const RunResult result;
     const std::vector<ScriptVariable> variables;
-    QCOMPARE(reportToText({script, result, variables}).value_or(""), QByteArray("Steps\n\nVariables\n\nno steps\n"));
+    QCOMPARE(reportToText({script, result, variables}).value_or(""),
+             QByteArray("Steps\n\nVariables\n\nno steps\n"));
 }
 
 void TestRunReport::json()
@@ -133,9 +134,9 @@ void TestRunReport::jsonWithBefore()
     const Example example;
     const Result<QByteArray> json = reportToJson(example.report(true));
     QCOMPARE(errorOf(json), QString());
-    QVERIFY(json->startsWith(
-        "{\n  \"before\": [\n    {\"name\": \"x\", \"type\": \"int\", \"value\": 1}\n  ],\n"
-        "  \"variables\": [\n"));
+    QVERIFY(
+        json->startsWith("{\n  \"before\": [\n    {\"name\": \"x\", \"type\": \"int\", \"value\": 1}\n  ],\n"
+                         "  \"variables\": [\n"));
 }
 
 void TestRunReport::jsonOfNothing()

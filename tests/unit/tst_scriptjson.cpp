@@ -393,7 +393,7 @@ void TestScriptJson::declaresVariables()
         {"name": "a", "type": "int", "value": {"$QString": "x"}},
         {"name": "map", "type": "undeclared", "value": {"$QVariantMap": []}},
         {"name": "nothing", "type": "undeclared"}]})",
-                                            m_catalogue);
+                                           m_catalogue);
     QVERIFY2(read, qPrintable(errorOf(read)));
     Script script;
     script.variables = read->variables;

@@ -554,7 +554,8 @@ void TestStepctlRun::runsALongScriptOnALongList()
     for (int i = 0; i < 200000; ++i)
         items += QByteArray::number(i * 7919 % 200000) + '\n';
     file("items.txt", items);
-    const QString script = file("sort.json", R"({"steps": [{"type": "list.sort", "targetVar": "items", "ascending": false},
+    const QString script =
+        file("sort.json", R"({"steps": [{"type": "list.sort", "targetVar": "items", "ascending": false},
         {"type": "list.sort", "targetVar": "items"}]})");
     const Run result =
         run({"run", script, "--list", "items=@items.txt", "--format", "json", "--output", "out.json"});

@@ -7,8 +7,8 @@
 
 #include "host/plugins/StepCatalogue.h"
 #include "host/scripts/BinaryScript.h"
-#include "tests/support/FixtureStep.h"
 #include "tests/support/ErrorOf.h"
+#include "tests/support/FixtureStep.h"
 #include "tests/support/TestPaths.h"
 
 #include <QAbstractItemModelTester>

@@ -17,8 +17,8 @@
 #include "host/values/CsvText.h"
 #include "host/values/ItemValue.h"
 #include "host/values/ValueFile.h"
-#include "tests/support/FixtureStep.h"
 #include "tests/support/ErrorOf.h"
+#include "tests/support/FixtureStep.h"
 #include "tests/support/TestPaths.h"
 
 #include <QAction>
