@@ -1,6 +1,7 @@
 #include "ItemValue.h"
 
 #include "JsonValue.h"
+#include "QuotedText.h"
 
 #include <algorithm>
 #include <cmath>
@@ -29,7 +30,7 @@ QString oneLine(const QString &text)
         line.replace(summaryLength - 1, 2, QChar(0x2026));
     line.replace(QLatin1Char('\n'), QChar(0x21b5));
     line.replace(QLatin1Char('\t'), QLatin1Char(' '));
-    return line;
+    return inOneLine(line);
 }
 
 void appendSummary(QString &line, const QVariant &value);

@@ -127,7 +127,7 @@ public:
             text = text.mid(text.indexOf(QLatin1String(": ")) + 2);
         // It repeats what was read last, as long as that is.
         constexpr int most = 300;
-        return refuse(bounded(text, most));
+        return refuse(inOneLine(bounded(text, most)));
     }
 
 private:

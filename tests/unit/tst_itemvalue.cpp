@@ -149,6 +149,8 @@ void TestItemValue::summaryIsOneShortLine_data()
 {
     QTest::addColumn<QVariant>("value");
     QTest::addColumn<QString>("summary");
+    QTest::newRow("text that deceives")
+        << QVariant(QString::fromUtf8("a\u202eb\u200b\u001b")) << "a\\u202eb\\u200b\\u001b";
     QTest::newRow("empty") << QVariant() << QString();
     QTest::newRow("empty in a list") << QVariant(QVariantList{QVariant(), 1}) << "[null, 1]";
     QTest::newRow("double") << QVariant(2.0) << "2.0";

@@ -26,6 +26,7 @@ private slots:
     void refuses();
     void keepsIndexes();
     void marksChanges();
+    void showsNamesThatDeceive();
 };
 
 void TestVariablesModel::asksForChanges()
@@ -88,6 +89,18 @@ void TestVariablesModel::keepsIndexes()
     QCOMPARE(model.rowOf("new"), 1);
     model.setVariables(VariableScope());
     QCOMPARE(model.rowCount(), 0);
+}
+
+void TestVariablesModel::showsNamesThatDeceive()
+{
+    VariablesModel model;
+    VariableScope scope;
+    const QString name = QString::fromUtf8("a\u202eb");
+    scope.set(name, 1);
+    model.setVariables(scope);
+    const QModelIndex index = model.index(0, VariablesModel::NameColumn);
+    QCOMPARE(index.data().toString(), QString("a\\u202eb"));
+    QCOMPARE(index.data(Qt::EditRole).toString(), name);
 }
 
 void TestVariablesModel::marksChanges()

@@ -2,6 +2,7 @@
 
 #include "host/scripts/VariableEdits.h"
 #include "host/values/ItemValue.h"
+#include "host/values/QuotedText.h"
 #include "host/values/VariableName.h"
 #include "tools/workbench/look/ToolTipText.h"
 #include "tools/workbench/look/TypeNames.h"
@@ -183,7 +184,7 @@ QVariant VariablesModel::data(const QModelIndex &index, int role) const
     const bool changed = m_changed.contains(m_names.at(row));
     switch (role) {
     case Qt::DisplayRole:
-        return display(row, index.column());
+        return StepHost::inLines(display(row, index.column()).toString());
     case Qt::EditRole:
         if (index.column() == TypeColumn)
             return int(type(row));

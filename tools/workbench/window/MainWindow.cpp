@@ -4,6 +4,7 @@
 #include "PalettePane.h"
 #include "ScriptPane.h"
 #include "host/plugins/StepCatalogue.h"
+#include "host/values/QuotedText.h"
 #include "tools/workbench/document/ScriptModel.h"
 #include "tools/workbench/look/ThemedIcon.h"
 #include "tools/workbench/settings/PropertyPane.h"
@@ -417,7 +418,7 @@ void MainWindow::showMessage(const QString &message)
 void MainWindow::showError(const QString &title, const QString &error)
 {
     m_log.appendWarning(error);
-    QMessageBox box(QMessageBox::Warning, title, error, QMessageBox::NoButton, this);
+    QMessageBox box(QMessageBox::Warning, title, StepHost::inLines(error), QMessageBox::NoButton, this);
     box.setTextFormat(Qt::PlainText);
     box.addButton(tr("OK"), QMessageBox::AcceptRole);
     box.exec();
