@@ -2,7 +2,7 @@
 
 #include "OperationCoreExport.h"
 
-#include <QHash>
+#include <QMap>
 #include <QString>
 #include <QStringList>
 #include <QVariant>
@@ -90,7 +90,8 @@ private:
 
     void store(const QString &key, VarType type, const QVariant &value);
 
-    QHash<QString, Variable> m_variables;
+    QMap<QString, Variable>
+        m_variables; // By order: names from a script can be chosen to have one hash value.
     QStringList m_order;
     quint64 m_writeCount = 0;
 };

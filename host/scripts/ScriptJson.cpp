@@ -11,7 +11,8 @@
 
 #include <QMetaEnum>
 #include <QScopeGuard>
-#include <QSet>
+
+#include <set>
 
 #include <algorithm>
 
@@ -239,17 +240,16 @@ bool readVariables(const Json &json, Script &script, JsonError &error)
 {
     if (!json.is_array())
         return refuseKind(error, json, "an array");
-    QSet<QString> names;
+    std::set<QString> names; // By order: names can be chosen to have one hash value.
     for (std::size_t i = 0; i < json.size(); ++i) {
         ScriptVariable variable;
         if (!readVariable(json[i], variable, error))
             return refuseBelow(error, QString::number(i));
-        if (names.contains(variable.name)) {
+        if (!names.insert(variable.name).second) {
             refuseJson(error,
                        QStringLiteral("the variable %1 is declared already").arg(quoted(variable.name)));
             return refuseBelow(error, QString::number(i));
         }
-        names.insert(variable.name);
         script.variables.push_back(variable);
     }
     return true;

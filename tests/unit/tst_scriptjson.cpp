@@ -1,11 +1,14 @@
 #include "host/plugins/StepRecord.h"
 #include "host/scripts/ScriptFile.h"
 #include "host/values/JsonWriter.h"
+#include "tests/support/CollidingNames.h"
 #include "tests/support/ErrorOf.h"
 #include "tests/support/IsLike.h"
 #include "tests/support/TestPaths.h"
 
 #include <QtTest>
+
+#include <ctime>
 
 using namespace StepHost;
 
@@ -29,6 +32,7 @@ private slots:
     void writesNamesThatAScriptCannotDeclare();
     void refusesToWriteDeepNesting();
     void declaresVariables();
+    void collidingNamesCostAsOthersDo();
 
 private:
     // Destroyed after the scripts of every test.
@@ -409,6 +413,23 @@ void TestScriptJson::declaresVariables()
     QCOMPARE(scope.get("map"), QVariant(QVariantMap()));
     QVERIFY(scope.typeOf("nothing") == VarType::Undeclared);
     QVERIFY(!scope.get("nothing").isValid());
+}
+
+// Two seconds of the processor at most, or a minute where names are found by their hash value.
+void TestScriptJson::collidingNamesCostAsOthersDo()
+{
+    const QStringList names = CollidingNames::make(40000);
+    if (names.size() < 40000)
+        QSKIP("How this Qt computes the hash of a text is not known here.");
+    QByteArray variables;
+    for (const QString &name : names)
+        variables += R"({"name": ")" + name.toUtf8() + R"(", "type": "int"},)";
+    variables.chop(1);
+    const std::clock_t start = std::clock();
+    const ScriptResult read = readScript(R"({"variables": [)" + variables + "]}", m_catalogue);
+    QVERIFY2(read, qPrintable(read.error));
+    QCOMPARE(read.script.variables.size(), std::size_t(names.size()));
+    QVERIFY((std::clock() - start) / CLOCKS_PER_SEC < 5);
 }
 
 QTEST_GUILESS_MAIN(TestScriptJson)

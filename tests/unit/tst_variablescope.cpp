@@ -1,6 +1,10 @@
 #include "hostapi/VariableScope.h"
 
+#include "tests/support/CollidingNames.h"
+
 #include <QtTest>
+
+#include <ctime>
 
 Q_DECLARE_METATYPE(VarType)
 
@@ -24,6 +28,7 @@ private slots:
     void removeForgetsTheVariable();
     void valuesReadBeforeAreNotChanged();
     void writesAreCounted();
+    void collidingNamesCostAsOthersDo();
 };
 
 void TestVariableScope::declareGivesTheEmptyValue_data()
@@ -235,6 +240,24 @@ void TestVariableScope::writesAreCounted()
     copy.set("x", 2);
     QCOMPARE(copy.writeCount(), 3ULL);
     QCOMPARE(scope.writeCount(), 2ULL);
+}
+
+// Half a second of the processor, or a minute where names are found by their hash value.
+void TestVariableScope::collidingNamesCostAsOthersDo()
+{
+    const QStringList names = CollidingNames::make(40000);
+    if (names.size() < 40000)
+        QSKIP("How this Qt computes the hash of a text is not known here.");
+    const std::clock_t start = std::clock();
+    VariableScope scope;
+    for (const QString &name : names)
+        QVERIFY(scope.declare(name, VarType::Int));
+    for (const QString &name : names) {
+        scope.set(name, 1);
+        QCOMPARE(scope.get(name), QVariant(1));
+    }
+    QCOMPARE(scope.names(), names);
+    QVERIFY((std::clock() - start) / CLOCKS_PER_SEC < 5);
 }
 
 QTEST_GUILESS_MAIN(TestVariableScope)
