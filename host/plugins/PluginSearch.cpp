@@ -37,7 +37,7 @@ FoundPlugins findPlugins(const QString &executableDir)
 
     FoundPlugins found;
     const QDir prefix(QDir::cleanPath(executableDir + QLatin1String("/..")));
-    for (const char *folder : {"plugins", STEPHOST_PLUGIN_DIR}) {
+    for (const char *folder : {STEPHOST_PLUGIN_DIR, "plugins"}) {
         const QString place = prefix.filePath(QLatin1String(folder));
         found.searched.append(place);
         found.files = librariesIn(place);

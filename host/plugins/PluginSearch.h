@@ -16,7 +16,7 @@ struct FoundPlugins
 ///
 /// When the environment variable `QUILLMAP_PLUGIN_PATH` is set and not empty, only the places that it
 /// lists count, separated as in `PATH`. Each is a library or a folder, of which all libraries are taken.
-/// Otherwise the first of these folders that holds a library gives all its libraries: the plug-in folder
-/// of the build tree, and the one of the install tree.
+/// Otherwise the first of these folders that holds a library gives all its libraries: the plug-in folder of
+/// the install tree, which is the package's own, and the one of the build tree.
 FoundPlugins findPlugins(const QString &executableDir);
 } // namespace StepHost

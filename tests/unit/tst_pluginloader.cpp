@@ -40,6 +40,7 @@ private slots:
     void catalogueRefusesADuplicateTypeId();
     void catalogueGivesNothingForAStepThatDoesNotClone();
     void findsPluginsOfTheBuildTree();
+    void findsThePackagesOwnPluginsFirst();
     void findsPluginsOnThePath();
 };
 
@@ -260,7 +261,21 @@ void TestPluginLoader::findsPluginsOfTheBuildTree()
     const FoundPlugins nothing = findPlugins(folder.filePath("bin"));
     QCOMPARE(nothing.files, QStringList());
     QCOMPARE(nothing.searched.size(), 2);
-    QCOMPARE(nothing.searched.first(), folder.filePath("plugins"));
+    QCOMPARE(nothing.searched.last(), folder.filePath("plugins"));
+}
+
+// Whoever may write into the prefix beside the package gets no code into its programs.
+void TestPluginLoader::findsThePackagesOwnPluginsFirst()
+{
+    qunsetenv("QUILLMAP_PLUGIN_PATH");
+    const QTemporaryDir folder;
+    const QString own = findPlugins(folder.filePath("bin")).searched.first();
+    QVERIFY2(own.endsWith("/quillmap/plugins"), qPrintable(own));
+    for (const QString &place : {folder.filePath("plugins"), own}) {
+        QVERIFY(QDir().mkpath(place));
+        writeFile(place + "/a" + TestPaths::moduleSuffix(), "");
+    }
+    QCOMPARE(findPlugins(folder.filePath("bin")).files, QStringList(own + "/a" + TestPaths::moduleSuffix()));
 }
 
 void TestPluginLoader::findsPluginsOnThePath()

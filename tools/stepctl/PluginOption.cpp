@@ -10,7 +10,7 @@ void PluginOption::addTo(Command &command)
 {
     command.addOption({"--plugin", "FILE",
                        "A step plug-in to load; may be given more than once. Without it the plug-ins of\n"
-                       "QUILLMAP_PLUGIN_PATH, or of the program's own build or install tree, are loaded."},
+                       "QUILLMAP_PLUGIN_PATH, or of the program's own install or build tree, are loaded."},
                       m_files);
     command.addFlag(
         "--isolate",
