@@ -27,6 +27,8 @@ constexpr int hashSize = 32;
 constexpr int headerSize = markSize + 2 + 4 + hashSize;
 // Type id, enabled flag and record of a step, all empty.
 constexpr int smallestStep = 9;
+// The object that holds the variables in JSON. What is too deep for one form is too deep for the other.
+constexpr int variablesDepth = 1;
 
 template<typename Integer>
 void appendInteger(QByteArray &bytes, Integer number)
@@ -226,7 +228,7 @@ private:
         Json document;
         const auto cleanup = qScopeGuard([&document] { takeApart(document); });
         CborError cborError;
-        if (!parseCbor(cbor, document, cborError))
+        if (!parseCbor(cbor, document, cborError, variablesDepth))
             return refuse(start + cborError.offset, cborError.text);
         JsonError error;
         return StepHost::readVariables(document, script, error)

@@ -51,9 +51,9 @@ class CborReader
 public:
     CborReader(const QByteArray &cbor, CborError &error) : m_cbor(cbor), m_error(error) { }
 
-    bool readDocument(Json &document)
+    bool readDocument(Json &document, int depth)
     {
-        if (!readItem(document, 0))
+        if (!readItem(document, depth))
             return false;
         return m_offset == m_cbor.size()
             || refuse(m_offset, QStringLiteral("%1 bytes follow the last value").arg(left()));
@@ -256,8 +256,8 @@ private:
 };
 } // namespace
 
-bool parseCbor(const QByteArray &cbor, Json &document, CborError &error)
+bool parseCbor(const QByteArray &cbor, Json &document, CborError &error, int depth)
 {
-    return CborReader(cbor, error).readDocument(document);
+    return CborReader(cbor, error).readDocument(document, depth);
 }
 } // namespace StepHost

@@ -275,6 +275,8 @@ void TestLimits::refusesDeepNesting_data()
     inScript("binary maps", binaryScript(noSteps, listVariable + QByteArray("\xa1\x60").repeated(much)), 2);
     inScript("binary, allowed",
              binaryScript(noSteps, listVariable + QByteArray(allowed - 1, '\x81') + '\x80'), 0);
+    inScript("binary, one more", binaryScript(noSteps, listVariable + QByteArray(allowed, '\x81') + '\x80'),
+             2);
     QTest::newRow("new variable") << QByteArray("{}") << brackets(much) << 2;
     QTest::newRow("declared variable") << jsonList("[]") << brackets(much) << 2;
     QTest::newRow("variable, allowed") << jsonList("[]") << brackets(allowed) << 0;
