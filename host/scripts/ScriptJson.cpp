@@ -106,14 +106,14 @@ QStringList namesOf(const QVector<QMetaProperty> &settings)
 }
 
 // Gives `value` the property's type when that loses nothing.
-bool adaptTo(const QMetaProperty &property, QVariant &value)
+bool adaptTo(const QMetaProperty &property, const Json &json, QVariant &value)
 {
     const int wanted = property.userType();
     if (wanted == QMetaType::QVariant)
         return true;
     if (value.userType() == wanted) {
-        // New steps hold null texts. Records tell those from empty ones, JSON cannot.
-        if (wanted == QMetaType::QString && value.toString().isEmpty())
+        // New steps hold null texts, which records tell from empty ones; those have the typed form.
+        if (json.is_string() && value.toString().isEmpty())
             value = QString();
         return true;
     }
@@ -125,6 +125,9 @@ bool adaptTo(const QMetaProperty &property, QVariant &value)
     }
     const bool isInteger = hasShapeOf(value, VarType::Int);
     if (wanted == QMetaType::Double && isInteger) {
+        JsonError notExact;
+        if (json.is_number())
+            return readVariableValue(json, VarType::Double, value, notExact);
         value = value.toDouble();
         return true;
     }
@@ -140,7 +143,7 @@ bool readSetting(Operation &step, const QMetaProperty &setting, const Json &json
     QVariant value;
     if (!readValue(json, value, error))
         return false;
-    if (!adaptTo(setting, value) || !setting.write(&step, value)) {
+    if (!adaptTo(setting, json, value) || !setting.write(&step, value)) {
         return refuseJson(
             error,
             QStringLiteral("this is %1, the property \"%2\" takes a value of type %3")
@@ -215,6 +218,13 @@ bool readDocument(const QByteArray &text, Script &script, const StepCatalogue &c
     return true;
 }
 
+// Whether it is a text that is empty, and not null.
+bool isEmptyText(const QVariant &value)
+{
+    const QString text = value.userType() == QMetaType::QString ? value.toString() : QString();
+    return text.isEmpty() && !text.isNull();
+}
+
 Result<void> writeStep(JsonWriter &json, const ScriptStep &step)
 {
     json.openObject(JsonWriter::InLine).key("type");
@@ -227,7 +237,12 @@ Result<void> writeStep(JsonWriter &json, const ScriptStep &step)
         QVariant value = setting.read(step.operation.get());
         if (setting.isEnumType())
             value = QString::fromLatin1(setting.enumerator().valueToKeys(value.toInt()));
-        const Result<void> written = writeValue(json.key(name), value);
+        json.key(name);
+        if (isEmptyText(value)) {
+            json.raw(R"({"$QString": ""})");
+            continue;
+        }
+        const Result<void> written = writeValue(json, value);
         if (!written)
             return failure(QStringLiteral("the property \"%1\" %2").arg(name, written.error()));
     }

@@ -227,8 +227,8 @@ bool parseJson(const QByteArray &text, Json &document, JsonError &error)
         error.isJson = !builder.isSyntaxWrong();
         return refuseAt(error, begin, reached, builder.problem());
     }
-    // The parser takes a NUL byte for the end of the text.
-    if (reached != end)
+    // The parser takes a NUL byte for the end of the text, also the last one.
+    if (reached[-1] == '\0')
         return refuseAt(error, begin, reached, QStringLiteral("there is a NUL byte after the JSON document"));
     return true;
 }

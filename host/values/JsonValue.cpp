@@ -214,11 +214,26 @@ bool readInteger(const Json &json, QVariant &value, JsonError &error)
     return true;
 }
 
+// Whether the 53 bits of a double are enough for `integer`.
+bool isExactAsDouble(const Json &integer)
+{
+    constexpr quint64 limit = quint64(1) << std::numeric_limits<double>::digits;
+    const auto bits = integer.get<quint64>();
+    quint64 magnitude = integer.is_number_unsigned() ? bits : 0 - bits;
+    while (magnitude > limit && magnitude % 2 == 0)
+        magnitude /= 2;
+    return magnitude <= limit;
+}
+
 bool readNumber(const Json &json, double &number, JsonError &error)
 {
     if (json.is_number()) {
         number = json.get<double>();
-        return true;
+        if (json.is_number_float() || isExactAsDouble(json))
+            return true;
+        return refuseJson(error,
+                          QStringLiteral("no double is %1, the nearest one is %2")
+                              .arg(QString::fromStdString(json.dump()), QString::number(number, 'f', 0)));
     }
     const std::string name = json.is_string() ? json.get<std::string>() : std::string();
     if (name == "nan")
@@ -520,12 +535,12 @@ QString expectedForm(VarType type)
 
 bool readVariableValue(const Json &json, VarType type, QVariant &value, JsonError &error)
 {
+    if (type == VarType::Double && json.is_number())
+        return readDouble(json, value, error);
     if (!readValue(json, value, error))
         return false;
     if (json.is_object())
         return true;
-    if (type == VarType::Double && json.is_number())
-        value = value.toDouble();
     return hasShapeOf(value, type)
         || refuseJson(error,
                       QStringLiteral("this is %1, a variable of type %2 takes %3")

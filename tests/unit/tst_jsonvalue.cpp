@@ -244,6 +244,11 @@ void TestJsonValue::reads_data()
                              << QVariant(QString::fromUtf8("A\xF0\x9F\x98\x80/\b\f"));
     QTest::newRow("typed int") << QByteArray("{\"$int\": 5}") << QVariant(5);
     QTest::newRow("typed double") << QByteArray("{\"$double\": 5}") << QVariant(5.0);
+    QTest::newRow("2^53") << QByteArray("{\"$double\": 9007199254740992}") << QVariant(9007199254740992.0);
+    QTest::newRow("-2^63") << QByteArray("{\"$double\": -9223372036854775808}")
+                           << QVariant(-9223372036854775808.0);
+    QTest::newRow("bytes without padding")
+        << QByteArray("{\"$QByteArray\": \"AP8\"}") << QVariant(QByteArray("\0\xff", 2));
     QTest::newRow("typed bool") << QByteArray("{\"$bool\": true}") << QVariant(true);
     QTest::newRow("typed text") << QByteArray("{\"$QString\": \"a\"}") << QVariant(QString("a"));
     QTest::newRow("typed list") << QByteArray("{\"$QVariantList\": [1]}") << QVariant(QVariantList{1});
@@ -269,6 +274,12 @@ void TestJsonValue::refuses_data()
     QTest::newRow("more after it") << QByteArray("[1] 2") << "line 1, column 5: *";
     QTest::newRow("NUL after it") << QByteArray("[1]\0[2]", 7)
                                   << "line 1, column 4: there is a NUL byte after the JSON document";
+    QTest::newRow("NUL at the end") << QByteArray("[1]\0", 4)
+                                    << "line 1, column 4: there is a NUL byte after the JSON document";
+    QTest::newRow("NUL at the end of a number")
+        << QByteArray("1\0", 2) << "line 1, column 2: there is a NUL byte after the JSON document";
+    QTest::newRow("NUL after blanks")
+        << QByteArray("[1]\n\0", 5) << "line 2, column 1: there is a NUL byte after the JSON document";
     QTest::newRow("columns count characters") << QByteArray("[\"列表\", x]") << "line 1, column 8: *";
     QTest::newRow("comment") << QByteArray("[1] // one") << "line 1, column 5: *";
     QTest::newRow("comma at the end") << QByteArray("[1,]") << "line 1, column 4: *";
@@ -327,6 +338,9 @@ void TestJsonValue::refuses_data()
     QTest::newRow("no list of texts")
         << QByteArray("{\"$QStringList\": 1}") << "it should be an array of strings";
     QTest::newRow("no list") << QByteArray("{\"$QVariantList\": 1}") << "it should be an array";
+    QTest::newRow("integer between two doubles")
+        << QByteArray("{\"$double\": 9007199254740993}")
+        << "at /$double: no double is 9007199254740993, the nearest one is 9007199254740992";
     QTest::newRow("bytes") << QByteArray("{\"$QByteArray\": \"***\"}") << "the string is not in Base64";
     QTest::newRow("bytes as array") << QByteArray("{\"$QByteArray\": [1]}")
                                     << "it should be a string in Base64";

@@ -29,6 +29,7 @@ private slots:
     void refusesDeepNesting();
     void writesWhatItReads();
     void keepsRecordsOfNewSteps();
+    void keepsRecordsWithEmptyTexts();
     void writesNamesThatAScriptCannotDeclare();
     void refusesToWriteDeepNesting();
     void declaresVariables();
@@ -221,6 +222,9 @@ void TestScriptJson::refuses_data()
                                      << "this is null, a variable of type int takes an integer";
     QTest::newRow("text for a double") << variable(R"({"name": "x", "type": "double", "value": "nan"})")
                                        << "this is a string, a variable of type double takes a number";
+    QTest::newRow("integer between two doubles")
+        << variable(R"({"name": "x", "type": "double", "value": -9007199254740993})")
+        << "at /variables/1/value: no double is -9007199254740993, the nearest one is -9007199254740992";
     QTest::newRow("int for a string") << variable(R"({"name": "x", "type": "string", "value": 1})")
                                       << "this is an integer, a variable of type string takes a string";
     QTest::newRow("int for a bool") << variable(R"({"name": "x", "type": "bool", "value": 1})")
@@ -266,6 +270,9 @@ void TestScriptJson::refuses_data()
         << R"(at /steps/1/targetVar: this is an integer, the property "targetVar" takes a value of type QString)";
     QTest::newRow("text for an int") << step(R"({"type": "list.remove", "mode": "1"})")
                                      << R"(this is a string, the property "mode" takes a value of type int)";
+    QTest::newRow("integer between two doubles for a double")
+        << step(R"({"type": "fixture.settings", "ratio": 9007199254740993})")
+        << R"(this is a 64-bit integer, the property "ratio" takes a value of type double)";
     QTest::newRow("64 bits for an int")
         << step(R"({"type": "list.remove", "mode": 3000000000})")
         << R"(this is a 64-bit integer, the property "mode" takes a value of type int)";
@@ -359,6 +366,21 @@ void TestScriptJson::keepsRecordsOfNewSteps()
         QVERIFY2(read, qPrintable(errorOf(read)));
         QCOMPARE(recordOf(*read->steps[0].operation).toHex(), recordOf(*script.steps[0].operation).toHex());
     }
+}
+
+void TestScriptJson::keepsRecordsWithEmptyTexts()
+{
+    Script script;
+    script.steps.resize(1);
+    script.steps[0].operation.reset(m_catalogue.create("list.add", nullptr));
+    Operation &step = *script.steps[0].operation;
+    step.setProperty("targetVar", "");
+    step.setProperty("value", QString());
+    const QByteArray json = writeScript(script).bytes;
+    QVERIFY2(json.contains(R"("targetVar": {"$QString": ""}, "value": "")"), json.constData());
+    const ScriptResult read = readScript(json, m_catalogue);
+    QVERIFY2(read, qPrintable(read.error));
+    QCOMPARE(recordOf(*read.script.steps[0].operation).toHex(), recordOf(step).toHex());
 }
 
 void TestScriptJson::writesNamesThatAScriptCannotDeclare()
