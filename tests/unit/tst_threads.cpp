@@ -46,7 +46,7 @@ const std::vector<Settings> settingsOfAllSteps{
     {"list.clear", {{"targetVar", "rest"}}},
 };
 
-// A clone of the clone's record, as a host makes one that reads what it has written.
+// A clone with `settings`, by way of a record, as a host reads one that it has written.
 StepPointer configuredClone(const Operation &prototype, const QVariantMap &settings)
 {
     const StepPointer step(prototype.clone(nullptr));
