@@ -54,7 +54,7 @@ QVariantList integersOfEveryKind()
         for (int distance = -1; distance <= 1; ++distance) {
             const quint64 number = (Q_UINT64_C(1) << power) + quint64(distance);
             values << int(number) << uint(number) << qlonglong(number) << qulonglong(number) << double(number)
-                   << -double(number) << QString::number(number) << -qlonglong(number);
+                   << -double(number) << QString::number(number) << qlonglong(0 - number);
         }
     }
     return values;
