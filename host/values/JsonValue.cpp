@@ -94,13 +94,13 @@ Result<void> writeArray(JsonWriter &json, const Items &items, const WriteItem &w
 Result<void> writeList(JsonWriter &json, const QVariant &value)
 {
     return writeArray(json, value.toList(),
-                      [&](QVariantList::const_iterator it) { return writeValue(json, *it); });
+                      [&](const QVariantList::const_iterator &it) { return writeValue(json, *it); });
 }
 
 Result<void> writeStringList(JsonWriter &json, const QVariant &value)
 {
     return writeArray(json, value.toStringList(),
-                      [&](QStringList::const_iterator it) { return writeValue(json, *it); });
+                      [&](const QStringList::const_iterator &it) { return writeValue(json, *it); });
 }
 
 Result<void> writeMap(JsonWriter &json, const QVariant &value)
