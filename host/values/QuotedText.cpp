@@ -42,8 +42,8 @@ QString shown(const QString &text, Escape escape)
         if (isShown(codePoint)) {
             result += text.midRef(i, units);
         } else {
-            for (const QChar unit : text.midRef(i, units))
-                result += escape(unit);
+            for (int unit = i; unit < i + units; ++unit)
+                result += escape(text.at(unit));
         }
         i += units - 1;
     }
@@ -124,7 +124,8 @@ QString messageLine(const QString &text)
 QString inMarkdown(const QString &text)
 {
     QString result;
-    for (const QChar c : inOneLine(text)) {
+    const QString line = inOneLine(text);
+    for (const QChar c : line) {
         if (QStringLiteral("\\`*_[]<>&|~#").contains(c))
             result += QLatin1Char('\\');
         result += c;

@@ -18,7 +18,9 @@ extern "C" QObject *qt_plugin_instance();
 inline std::vector<StepPointer> newStepOfEachKind()
 {
     std::vector<StepPointer> steps;
-    for (Operation *prototype : qobject_cast<IOperationPlugin *>(qt_plugin_instance())->createPrototypes())
+    const QList<Operation *> prototypes =
+        qobject_cast<IOperationPlugin *>(qt_plugin_instance())->createPrototypes();
+    for (Operation *prototype : prototypes)
         steps.emplace_back(prototype);
     return steps;
 }
