@@ -103,7 +103,6 @@ int fewestFor(int kind)
         return 100; // a local time has to be looked up
     case QMetaType::QVariantList:
         return 7;
-    case QMetaType::UnknownType:
     case -1:
         return std::numeric_limits<int>::max();
     default:

@@ -29,9 +29,10 @@ public:
     /// Whether \a candidate equals one of the elements. The candidate is the left operand.
     bool contains(const QVariant &candidate)
     {
-        // Making an image and looking for it takes as long as asking about a few elements.
+        // Asking takes less time than an image where there are few elements, or next to nothing is compared.
         constexpr int few = 3;
-        return m_elements.size() <= few ? equalsAny(candidate, m_elements) : containsByImages(candidate);
+        const bool isAskedSooner = m_elements.size() <= few || !candidate.isValid();
+        return isAskedSooner ? equalsAny(candidate, m_elements) : containsByImages(candidate);
     }
 
     /// The elements in the order in which they came.
