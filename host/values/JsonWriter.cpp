@@ -3,6 +3,8 @@
 #include "InputFile.h"
 #include "JsonValue.h"
 
+#include <algorithm>
+
 namespace StepHost
 {
 namespace
@@ -10,6 +12,16 @@ namespace
 bool isControl(QChar c)
 {
     return c < QLatin1Char(' ') || (c >= QChar(0x7F) && c <= QChar(0x9F));
+}
+
+bool isEscaped(QChar c)
+{
+    return c == QLatin1Char('"') || c == QLatin1Char('\\') || isControl(c);
+}
+
+QString escapeOf(QChar c)
+{
+    return isControl(c) ? controlEscape(c) : QLatin1Char('\\') + QString(c);
 }
 } // namespace
 
@@ -131,18 +143,14 @@ void JsonWriter::breakLine()
 
 void JsonWriter::appendString(const QString &text)
 {
-    QString escaped;
-    escaped.reserve(text.size() + 2);
-    escaped += QLatin1Char('"');
-    for (const QChar c : text) {
-        if (c == QLatin1Char('"') || c == QLatin1Char('\\'))
-            escaped += QLatin1Char('\\');
-        if (isControl(c))
-            escaped += controlEscape(c);
-        else
-            escaped += c;
+    m_json += '"';
+    for (auto from = text.cbegin(); from != text.cend();) {
+        const auto escaped = std::find_if(from, text.cend(), isEscaped);
+        m_json += QStringView(from, escaped).toUtf8();
+        from = escaped;
+        if (from != text.cend())
+            m_json += escapeOf(*from++).toLatin1();
     }
-    escaped += QLatin1Char('"');
-    m_json += escaped.toUtf8();
+    m_json += '"';
 }
 } // namespace StepHost
