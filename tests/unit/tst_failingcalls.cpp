@@ -17,7 +17,7 @@ namespace
 {
 const char oldContent[] = "as it was";
 const char script[] = R"({"variables": [{"name": "a", "type": "list", "value": [1]}],
-                          "steps": [{"type": "list.reverse", "targetVar": "a"}]})";
+                          "steps": [{"type": "list.sort", "targetVar": "a"}]})";
 
 /// One call that fails.
 struct Failure
