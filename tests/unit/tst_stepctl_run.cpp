@@ -81,6 +81,9 @@ void TestStepctlRun::explainsItself_data()
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<QString>("text");
     QTest::newRow("--help") << QStringList{"--help"} << "stepctl run clean.json";
+    QTest::newRow("palette --help") << QStringList{
+        "palette", "--help"} << "  stepctl palette --plugin ./libListOperPlugin.so --format markdown\n";
+    QTest::newRow("describe --help") << QStringList{"describe", "--help"} << "  stepctl describe list.sort\n";
     QTest::newRow("run --help") << QStringList{"run", "--help"}
                                 << "stepctl run clean.json --list names=@names.txt";
     QTest::newRow("--version") << QStringList{"--version"} << "stepctl 1.";

@@ -59,6 +59,9 @@ void addPaletteCommand(CommandLine &commandLine)
     arguments->plugins.addTo(command);
     command.addChoice({"--format", "FORMAT", "The form of the result: text (the default), json or markdown"},
                       {"text", "json", "markdown"}, arguments->format);
+    command.setFooter("Exit status: 0 the steps were shown, 2 bad usage or a refused plug-in.\n\n"
+                      "Example:\n"
+                      "  stepctl palette --plugin ./libListOperPlugin.so --format markdown");
     command.setAction([arguments] { return showPalette(*arguments); });
 }
 
@@ -70,5 +73,9 @@ void addDescribeCommand(CommandLine &commandLine)
     arguments->plugins.addTo(command);
     command.addChoice({"--format", "FORMAT", "The form of the result: text (the default) or json"},
                       {"text", "json"}, arguments->format);
+    command.setFooter(
+        "Exit status: 0 the step was shown, 2 bad usage, an unknown step or a refused plug-in.\n\n"
+        "Example:\n"
+        "  stepctl describe list.sort");
     command.setAction([arguments] { return describe(*arguments); });
 }
