@@ -1,7 +1,7 @@
 # Follows the README's list "Adding a step and its test" in a copy of the tree, for a small step list.pop that takes the
 # last element off a list, and runs what the list says will tell. With WITHOUT=<number> that item of the list is left
 # out, and the test has to fail and name it.
-cmake_minimum_required(VERSION 3.20)
+cmake_minimum_required(VERSION 3.21)
 
 find_program(GIT git REQUIRED)
 set(copy ${FOLDER}/tree)

@@ -1,5 +1,5 @@
 # Packs the build tree BUILD and makes sure that the archives are complete.
-cmake_minimum_required(VERSION 3.20)
+cmake_minimum_required(VERSION 3.21)
 
 set(folder ${BUILD}/tests/package/archives)
 file(REMOVE_RECURSE ${folder})

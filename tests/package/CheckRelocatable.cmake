@@ -1,5 +1,5 @@
 # Makes sure that nothing in the tree PREFIX, which was moved, depends on the place where it was built or installed.
-cmake_minimum_required(VERSION 3.20)
+cmake_minimum_required(VERSION 3.21)
 
 file(GLOB_RECURSE texts ${PREFIX}/include/* ${PREFIX}/${LIBDIR}/cmake/*)
 if(NOT texts)

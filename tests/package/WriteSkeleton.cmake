@@ -1,5 +1,5 @@
 # Lets the installed stepctl write the sources of a plug-in to SKELETON.
-cmake_minimum_required(VERSION 3.20)
+cmake_minimum_required(VERSION 3.21)
 
 find_program(STEPCTL stepctl PATHS ${PREFIX}/bin NO_DEFAULT_PATH REQUIRED)
 file(REMOVE_RECURSE ${SKELETON})
