@@ -239,7 +239,7 @@ QVector<GeneratedFile> generate(const PluginSkeleton &skeleton)
     const QVector<Marks> steps = marksOfSteps(skeleton);
     QVector<GeneratedFile> files;
     for (const TemplateFile &file : templateFiles) {
-        QFile source(QLatin1String(":/skeleton/") + QLatin1String(file.source));
+        QFile source(QLatin1String(":/skeleton/templates/") + QLatin1String(file.source));
         if (!source.open(QIODevice::ReadOnly))
             qFatal("the template %s is not compiled in", file.source);
         const QString text = QString::fromUtf8(source.readAll());
