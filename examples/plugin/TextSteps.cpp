@@ -40,7 +40,7 @@ PluginManifest TextSteps::manifest() const
     manifest.apiVersion = apiVersion();
     manifest.typeIdPrefix = QLatin1String("text.");
     manifest.requiredCapabilities = requiredCapabilities();
-    manifest.categoryOrder.insert(QString::fromUtf8("文本"), 700);
+    manifest.categoryOrder.insert(TextJoinOperation().root(), 700);
     manifest.typeOrder.insert(QLatin1String("text.join"), 0);
     manifest.typeOrder.insert(QLatin1String("text.split"), 10);
     return manifest;

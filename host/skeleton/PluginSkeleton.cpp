@@ -1,6 +1,6 @@
 #include "PluginSkeleton.h"
 
-#include "host/values/QuotedText.h"
+#include "SkeletonNames.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -35,7 +35,10 @@ struct TemplateFile
 // A file whose path has a step's mark is written once for each step.
 constexpr TemplateFile templateFiles[] = {
     {"CMakeLists.txt.in", "CMakeLists.txt"},
+    {"CMakePresets.json.in", "CMakePresets.json"},
     {"README.md.in", "README.md"},
+    {"build.yml.in", ".github/workflows/build.yml"},
+    {"gitignore.in", ".gitignore"},
     {"Plugin.h.in", "@name@.h"},
     {"Plugin.cpp.in", "@name@.cpp"},
     {"plugin.qrc.in", "@name@.qrc"},
@@ -47,18 +50,6 @@ constexpr TemplateFile templateFiles[] = {
     {"example.json.in", "scripts/example.json"},
     {"tst_plugin.cpp.in", "tests/tst_@target@.cpp"},
 };
-
-QString capitalised(const QString &text)
-{
-    return text.isEmpty() ? text : text.at(0).toUpper() + text.mid(1);
-}
-
-bool matches(const QString &text, const char *pattern)
-{
-    return QRegularExpression(QRegularExpression::anchoredPattern(QLatin1String(pattern)))
-        .match(text)
-        .hasMatch();
-}
 
 // "text-steps" becomes "TextSteps".
 QString nameFromFolder(const QString &folder)
@@ -96,98 +87,6 @@ void complete(PluginSkeleton &skeleton, const QString &folder)
     }
 }
 
-Result<void> checkText(const QString &what, const QString &text)
-{
-    // They end up in string literals of C++ and JSON.
-    const bool isClean = std::none_of(text.begin(), text.end(), [](QChar c) {
-        return c == QLatin1Char('"') || c == QLatin1Char('\\') || c.category() == QChar::Other_Control;
-    });
-    if (isClean && text.isValidUtf16())
-        return {};
-    return failure(
-        QStringLiteral("the %1 %2 has a quote, a backslash or a control character").arg(what, quoted(text)));
-}
-
-Result<void> checkStep(const SkeletonStep &step)
-{
-    if (!matches(step.id, "[a-z][a-z0-9]*"))
-        return failure(QStringLiteral("the step %1 should be lower-case letters and digits, such as \"join\"")
-                           .arg(quoted(step.id)));
-    return checkText(QStringLiteral("step name"), step.displayName);
-}
-
-Result<void> check(const PluginSkeleton &skeleton)
-{
-    if (!matches(skeleton.name, "[A-Z][A-Za-z0-9]*"))
-        return failure(
-            QStringLiteral(
-                "the name %1 should be a capital letter, then letters and digits, such as \"TextSteps\"")
-                .arg(quoted(skeleton.name)));
-    if (!matches(skeleton.pluginId, "[A-Za-z0-9_-]+(\\.[A-Za-z0-9_-]+)+"))
-        return failure(QStringLiteral("the plug-in id %1 should have the form \"com.example.TextSteps\"")
-                           .arg(quoted(skeleton.pluginId)));
-    if (!matches(skeleton.prefix, "[a-z][a-z0-9]*"))
-        return failure(
-            QStringLiteral("the prefix %1 should be lower-case letters and digits, such as \"text\"")
-                .arg(quoted(skeleton.prefix)));
-    const Result<void> category = checkText(QStringLiteral("category"), skeleton.category);
-    if (!category)
-        return category;
-    QSet<QString> known;
-    for (const SkeletonStep &step : skeleton.steps) {
-        const Result<void> checked = checkStep(step);
-        if (!checked)
-            return checked;
-        if (known.contains(step.id))
-            return failure(QStringLiteral("the step %1 is named twice").arg(quoted(step.id)));
-        known.insert(step.id);
-    }
-    const QString prefix = capitalised(skeleton.prefix);
-    const bool isTaken =
-        skeleton.name == prefix + QLatin1String("Functions")
-        || std::any_of(skeleton.steps.begin(), skeleton.steps.end(), [&](const SkeletonStep &step) {
-               return skeleton.name == prefix + capitalised(step.id) + QLatin1String("Operation");
-           });
-    if (isTaken)
-        return failure(
-            QStringLiteral("the name %1 is taken by another file of the plug-in").arg(quoted(skeleton.name)));
-    return {};
-}
-
-Marks marksOf(const PluginSkeleton &skeleton)
-{
-    return {
-        {QStringLiteral("name"), skeleton.name},
-        {QStringLiteral("target"), skeleton.name.toLower()},
-        {QStringLiteral("plugin_id"), skeleton.pluginId},
-        {QStringLiteral("prefix"), skeleton.prefix},
-        {QStringLiteral("Prefix"), capitalised(skeleton.prefix)},
-        {QStringLiteral("category"), skeleton.category},
-    };
-}
-
-// For each step the marks of the plug-in and its own.
-QVector<Marks> marksOfSteps(const PluginSkeleton &skeleton)
-{
-    QVector<Marks> all;
-    for (const SkeletonStep &step : skeleton.steps) {
-        Marks marks = marksOf(skeleton);
-        const QString tag = capitalised(skeleton.prefix) + capitalised(step.id);
-        marks.insert(QStringLiteral("step"), step.id);
-        marks.insert(QStringLiteral("step_name"), step.displayName);
-        marks.insert(QStringLiteral("step_weight"), QString::number(all.size() * weightStep));
-        marks.insert(QStringLiteral("StepTag"), tag);
-        marks.insert(QStringLiteral("StepClass"), tag + QLatin1String("Operation"));
-        all.append(marks);
-    }
-    return all;
-}
-
-bool mentionsStep(const QString &line)
-{
-    return line.contains(QLatin1String("@step"), Qt::CaseInsensitive);
-}
-
 QString fill(const QString &text, const Marks &marks)
 {
     static const QRegularExpression mark(QStringLiteral("@([A-Za-z_]+)@"));
@@ -200,6 +99,66 @@ QString fill(const QString &text, const Marks &marks)
         end = match.capturedEnd();
     }
     return filled + text.midRef(end);
+}
+
+struct LanguageText
+{
+    const char *mark;
+    const char *chinese;
+    const char *english;
+};
+
+constexpr LanguageText languageTexts[] = {
+    {"plugin_name", "@category@插件", "@category@ steps"},
+    {"label_value", "内容", "Value"},
+    {"label_target", "目标变量", "Target variable"},
+    {"target_lead", "目标变量", "the target variable"},
+    {"target_trail", "不是文本类型，已跳过", "is no text variable, skipped"},
+    {"value_lead", "内容", "the value"},
+    {"value_trail", "不是文本，已跳过", "is no text, skipped"},
+    {"description", "把 %1 写入 %2", "Write %1 into %2"},
+    {"sample", "你好", "hello"},
+};
+
+Marks marksOf(const PluginSkeleton &skeleton)
+{
+    Marks marks{
+        {QStringLiteral("name"), skeleton.name},
+        {QStringLiteral("target"), skeleton.name.toLower()},
+        {QStringLiteral("plugin_id"), skeleton.pluginId},
+        {QStringLiteral("prefix"), skeleton.prefix},
+        {QStringLiteral("Prefix"), capitalised(skeleton.prefix)},
+        {QStringLiteral("category"), skeleton.category},
+        {QStringLiteral("FirstClass"), stepClass(skeleton, skeleton.steps.constFirst())},
+    };
+    for (const LanguageText &text : languageTexts) {
+        const char *const words =
+            skeleton.language == SkeletonLanguage::English ? text.english : text.chinese;
+        marks.insert(QLatin1String(text.mark), fill(QString::fromUtf8(words), marks));
+    }
+    return marks;
+}
+
+// For each step the marks of the plug-in and its own.
+QVector<Marks> marksOfSteps(const PluginSkeleton &skeleton)
+{
+    QVector<Marks> all;
+    for (const SkeletonStep &step : skeleton.steps) {
+        Marks marks = marksOf(skeleton);
+        const QString tag = stepTag(skeleton, step);
+        marks.insert(QStringLiteral("step"), step.id);
+        marks.insert(QStringLiteral("step_name"), step.displayName);
+        marks.insert(QStringLiteral("step_weight"), QString::number(all.size() * weightStep));
+        marks.insert(QStringLiteral("StepTag"), tag);
+        marks.insert(QStringLiteral("StepClass"), stepClass(skeleton, step));
+        all.append(marks);
+    }
+    return all;
+}
+
+bool mentionsStep(const QString &line)
+{
+    return line.contains(QLatin1String("@step"), Qt::CaseInsensitive);
 }
 
 // Lines in a row that mention a step are repeated for each step.
@@ -269,7 +228,7 @@ Result<QStringList> writePluginSkeleton(PluginSkeleton skeleton, const QString &
 {
     const QFileInfo target(QDir::cleanPath(folder));
     complete(skeleton, target.absoluteFilePath());
-    const Result<void> checked = check(skeleton);
+    const Result<void> checked = checkNames(skeleton);
     if (!checked)
         return failure(checked.error());
     if (target.exists() || target.isSymLink())

@@ -15,6 +15,12 @@ struct SkeletonStep
     QString displayName; ///< For the user to read; made of the prefix and the id when empty.
 };
 
+/// In which language the steps of a new plug-in speak to the user.
+enum class SkeletonLanguage {
+    Chinese,
+    English,
+};
+
 /// What a new plug-in is called. Everything that is empty is derived from what is not.
 struct PluginSkeleton
 {
@@ -28,6 +34,8 @@ struct PluginSkeleton
     QString category;
     /// The steps; one named `set`.
     QVector<SkeletonStep> steps;
+    /// Of what the user reads and is not named here.
+    SkeletonLanguage language = SkeletonLanguage::Chinese;
 };
 
 /// Writes the sources of a step plug-in, which builds against the installed library OperationCore, into the

@@ -74,8 +74,8 @@ void TestPluginSkeleton::writesWhatTheExampleBeganAs_data()
 {
     QTest::addColumn<QString>("file");
     // The files that the example has not filled in.
-    for (const char *file :
-         {"CMakeLists.txt", "TextFunctions.cpp", "TextFunctions.h", "TextSteps.h", "TextSteps.qrc"})
+    for (const char *file : {"CMakeLists.txt", "CMakePresets.json", "TextFunctions.cpp", "TextFunctions.h",
+                             "TextSteps.h", "TextSteps.qrc"})
         QTest::newRow(file) << file;
 }
 
@@ -122,10 +122,20 @@ void TestPluginSkeleton::derivesNames_data()
     row("x", given, "CMakeLists.txt", "project(Numbers ");
     row("x", given, "Numbers.cpp", "\"org.example.numbers\"");
     row("x", given, "Numbers.cpp", "(QLatin1String(\"num.half\"), 10)");
-    row("x", given, "Numbers.cpp", "\"数字\"");
+    row("x", given, "Numbers.cpp", "tr(\"数字插件\")");
+    row("x", given, "Numbers.cpp", "categoryOrder.insert(NumAddOperation().root(), ");
+    row("x", given, "NumHalfOperation.cpp", "tr(\"数字\")");
+    row("x", given, "NumHalfOperation.cpp", "tr(\"把 %1 写入 %2\")");
     row("x", given, "NumAddOperation.cpp", "tr(\"加\")");
     row("x", given, "NumHalfOperation.cpp", "tr(\"Num half\")");
     row("x", given, "images/num_half.svg", "<svg ");
+
+    PluginSkeleton english;
+    english.language = SkeletonLanguage::English;
+    row("text-steps", english, "TextSteps.cpp", "tr(\"Text steps\")");
+    row("text-steps", english, "TextSetOperation.h", "(\"prop_targetVar\", \"Target variable\")");
+    row("text-steps", english, "TextSetOperation.cpp", "\"is no text variable, skipped\"");
+    row("text-steps", english, "scripts/example.json", "\"hello\"");
 }
 
 void TestPluginSkeleton::derivesNames()
@@ -147,10 +157,11 @@ void TestPluginSkeleton::fillsAllMarks()
     QVERIFY2(result, qPrintable(errorOf(result)));
     const QString folder = path("new-steps");
     QCOMPARE(filesBelow(folder), sorted(*result));
+    const QRegularExpression mark("@\\w+@");
     for (const QString &file : *result) {
         QVERIFY2(!file.contains('@'), qPrintable(file));
-        const QByteArray content = contentOf(folder + '/' + file);
-        QVERIFY2(!content.isEmpty() && !content.contains('@'), qPrintable(file));
+        const QString content = contentOf(folder + '/' + file);
+        QVERIFY2(!content.isEmpty() && !content.contains(mark), qPrintable(file));
     }
     QCOMPARE(filesBelow(m_folder->path()).size(), result->size());
 }
@@ -171,20 +182,58 @@ void TestPluginSkeleton::refusesNames_data()
     row("line end in the name", {"TextSteps\n", "", "", "", none},
         "the name \"TextSteps\\u000a\" should be a capital letter, then letters and digits, such as "
         "\"TextSteps\"");
+    for (const char *name : {"QObject", "QtSteps", "Qt", "QSteps"}) {
+        QTest::addRow("Qt's: %s", name)
+            << PluginSkeleton{name, "", "text", "", none}
+            << QString("the name \"%1\" begins as Qt's own names do; choose another, such as \"TextSteps\"")
+                   .arg(name);
+    }
+    for (const char *name : {"Operation", "IOperationPlugin", "OperationCore", "VariableScope", "VarType",
+                             "PluginManifest", "IEditorRegistry", "ListOperPlugin"}) {
+        QTest::addRow("the host's: %s", name)
+            << PluginSkeleton{name, "", "text", "", none}
+            << QString("the name \"%1\" is one of the host's own; choose another, such as \"TextSteps\"")
+                   .arg(name);
+    }
+    for (const char *name : {"EOF", "NULL", "NAN", "X", "SIGINT"}) {
+        QTest::addRow("a macro's: %s", name)
+            << PluginSkeleton{name, "", "text", "", none}
+            << QString("the name \"%1\" may be a macro's, which are in capitals; "
+                       "give it a small letter, such as \"CsvSteps\"")
+                   .arg(name);
+    }
+    row("a target of CTest", {"NightlyTest", "", "", "", none},
+        "the name \"NightlyTest\" begins as targets of CTest do; choose another, such as \"TextSteps\"");
+    row("a device of Windows", {"Com1", "", "", "", none},
+        "the name \"Com1\" is that of a device, which Windows has no files of; choose another, such as "
+        "\"TextSteps\"");
+    row("a long name", {"T" + QString(64, 'x'), "", "text", "", none},
+        "the name \"Txxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx\"...\"xxxxxxxxxxxxxxxxxxxx\" (65 characters) "
+        "should "
+        "have at most 64 letters");
+    row("file of its own in capitals", {"TextfuncTions", "", "text", "", none},
+        "the name \"TextfuncTions\" is taken by another file of the plug-in");
+    row("prefix of the list steps", {"ListSteps", "", "", "", {{"add", ""}}},
+        "the prefix \"list\" is that of the list steps, which hosts have already; choose another with "
+        "--prefix");
+    row("long step", {"Text", "", "", "", {{QString(33, 'a'), ""}}},
+        "the step \"aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa\" should be lower-case letters and digits, at most 32, "
+        "such "
+        "as \"join\"");
     row("file of its own", {"TextFunctions", "", "", "", none},
         "the name \"TextFunctions\" is taken by another file of the plug-in");
     row("id without a dot", {"Text", "text", "", "", none},
         "the plug-in id \"text\" should have the form \"com.example.TextSteps\"");
     row("prefix with a dot", {"Text", "", "text.", "", none},
-        "the prefix \"text.\" should be lower-case letters and digits, such as \"text\"");
+        "the prefix \"text.\" should be lower-case letters and digits, at most 32, such as \"text\"");
     row("quote in the category", {"Text", "", "", "a\"b", none},
         "the category \"a\"b\" has a quote, a backslash or a control character");
     row("line end in the category", {"Text", "", "", "a\nb", none},
         "the category \"a\\u000ab\" has a quote, a backslash or a control character");
     row("capital step", {"Text", "", "", "", {{"Join", ""}}},
-        "the step \"Join\" should be lower-case letters and digits, such as \"join\"");
+        "the step \"Join\" should be lower-case letters and digits, at most 32, such as \"join\"");
     row("empty step", {"Text", "", "", "", {{"", "x"}}},
-        "the step \"\" should be lower-case letters and digits, such as \"join\"");
+        "the step \"\" should be lower-case letters and digits, at most 32, such as \"join\"");
     row("backslash in a step name", {"Text", "", "", "", {{"join", "a\\"}}},
         "the step name \"a\\\" has a quote, a backslash or a control character");
     row("step twice", {"Text", "", "", "", {{"join", ""}, {"join", ""}}}, "the step \"join\" is named twice");

@@ -16,11 +16,14 @@ struct NewPluginArguments
     QString folder;
     PluginSkeleton skeleton; // Without its steps.
     QStringList steps;
+    QString language;
 };
 
 int writeNewPlugin(const NewPluginArguments &arguments)
 {
     PluginSkeleton skeleton = arguments.skeleton;
+    if (arguments.language == QLatin1String("en"))
+        skeleton.language = SkeletonLanguage::English;
     for (const QString &step : arguments.steps)
         skeleton.steps.append({step.section(QLatin1Char('='), 0, 0), step.section(QLatin1Char('='), 1)});
 
@@ -56,6 +59,9 @@ void addNewPluginCommand(CommandLine &commandLine)
                        "A step: its id, which follows the prefix in its type id, and its display name.\n"
                        "May be given more than once; one step \"set\" unless given."},
                       arguments->steps);
+    command.addChoice(
+        {"--lang", "LANGUAGE", "In which language the steps speak to the user: zh (the default) or en"},
+        {"zh", "en"}, arguments->language);
     command.setFooter(
         "Exit status: 0 the folder was written, 2 bad usage, or it could not be written.\n\n"
         "Example:\n"
