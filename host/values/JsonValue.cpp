@@ -214,10 +214,11 @@ bool readInteger(const Json &json, QVariant &value, JsonError &error)
     return true;
 }
 
-// Whether the 53 bits of a double are enough for `integer`.
-bool isExactAsDouble(const Json &integer)
+// Whether the bits of a Float are enough for `integer`.
+template<typename Float>
+bool isExactAs(const Json &integer)
 {
-    constexpr quint64 limit = quint64(1) << std::numeric_limits<double>::digits;
+    constexpr quint64 limit = quint64(1) << std::numeric_limits<Float>::digits;
     const auto bits = integer.get<quint64>();
     quint64 magnitude = integer.is_number_unsigned() ? bits : 0 - bits;
     while (magnitude > limit && magnitude % 2 == 0)
@@ -225,15 +226,18 @@ bool isExactAsDouble(const Json &integer)
     return magnitude <= limit;
 }
 
+template<typename Float>
 bool readNumber(const Json &json, double &number, JsonError &error)
 {
     if (json.is_number()) {
         number = json.get<double>();
-        if (json.is_number_float() || isExactAsDouble(json))
+        if (json.is_number_float() || isExactAs<Float>(json))
             return true;
         return refuseJson(error,
-                          QStringLiteral("no double is %1, the nearest one is %2")
-                              .arg(QString::fromStdString(json.dump()), QString::number(number, 'f', 0)));
+                          QStringLiteral("no %1 is %2, the nearest one is %3")
+                              .arg(QLatin1String(QMetaType::typeName(qMetaTypeId<Float>())),
+                                   QString::fromStdString(json.dump()),
+                                   QString::number(double(json.get<Float>()), 'f', 0)));
     }
     const std::string name = json.is_string() ? json.get<std::string>() : std::string();
     if (name == "nan")
@@ -248,7 +252,7 @@ bool readNumber(const Json &json, double &number, JsonError &error)
 bool readDouble(const Json &json, QVariant &value, JsonError &error)
 {
     double number = 0;
-    if (!readNumber(json, number, error))
+    if (!readNumber<double>(json, number, error))
         return false;
     value = number;
     return true;
@@ -257,7 +261,7 @@ bool readDouble(const Json &json, QVariant &value, JsonError &error)
 bool readFloat(const Json &json, QVariant &value, JsonError &error)
 {
     double number = 0;
-    if (!readNumber(json, number, error))
+    if (!readNumber<float>(json, number, error))
         return false;
     if (std::isfinite(number) && std::fabs(number) > double(std::numeric_limits<float>::max()))
         return refuseJson(error, QStringLiteral("the number is out of range"));

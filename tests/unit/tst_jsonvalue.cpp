@@ -341,6 +341,9 @@ void TestJsonValue::refuses_data()
     QTest::newRow("integer between two doubles")
         << QByteArray("{\"$double\": 9007199254740993}")
         << "at /$double: no double is 9007199254740993, the nearest one is 9007199254740992";
+    QTest::newRow("integer between two floats")
+        << QByteArray("{\"$float\": -16777217}")
+        << "at /$float: no float is -16777217, the nearest one is -16777216";
     QTest::newRow("bytes") << QByteArray("{\"$QByteArray\": \"***\"}") << "the string is not in Base64";
     QTest::newRow("bytes as array") << QByteArray("{\"$QByteArray\": [1]}")
                                     << "it should be a string in Base64";
