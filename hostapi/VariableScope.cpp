@@ -67,9 +67,14 @@ VariableScope::~VariableScope() = default;
 
 void VariableScope::store(const QString &key, VarType type, const QVariant &value)
 {
-    if (!m_variables.contains(key))
-        m_order.append(key);
-    m_variables.insert(key, Variable{type, value});
+    const auto known = m_variables.find(key);
+    if (known != m_variables.end()) {
+        *known = Variable{type, value, known->place};
+        return;
+    }
+    const quint64 place = m_order.isEmpty() ? 0 : m_order.lastKey() + 1;
+    m_order.insert(m_order.constEnd(), place, key);
+    m_variables.insert(key, Variable{type, value, place});
 }
 
 void VariableScope::set(const QString &name, const QVariant &value)
@@ -107,7 +112,7 @@ bool VariableScope::declare(const QString &name, VarType type)
 
 QStringList VariableScope::names() const
 {
-    return m_order;
+    return m_order.values();
 }
 
 bool VariableScope::contains(const QString &name) const
@@ -117,9 +122,12 @@ bool VariableScope::contains(const QString &name) const
 
 bool VariableScope::remove(const QString &name)
 {
-    const QString key = variableKey(name);
-    m_order.removeOne(key);
-    return m_variables.remove(key) > 0;
+    const auto known = m_variables.find(variableKey(name));
+    if (known == m_variables.end())
+        return false;
+    m_order.remove(known->place);
+    m_variables.erase(known);
+    return true;
 }
 
 quint64 VariableScope::writeCount() const

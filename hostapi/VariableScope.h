@@ -86,12 +86,13 @@ private:
     {
         VarType type = VarType::Undeclared;
         QVariant value;
+        quint64 place = 0; // In m_order.
     };
 
     void store(const QString &key, VarType type, const QVariant &value);
 
     QMap<QString, Variable>
         m_variables; // By order: names from a script can be chosen to have one hash value.
-    QStringList m_order;
+    QMap<quint64, QString> m_order; // The names by their places, which are never moved.
     quint64 m_writeCount = 0;
 };
