@@ -1,6 +1,5 @@
 #include "StepBenchmarks.h"
 
-#include "Allocations.h"
 #include "hostapi/IOperationPlugin.h"
 #include "operations/ListAddOperation.h"
 #include "operations/ListClearOperation.h"
@@ -13,6 +12,7 @@
 #include "operations/ListReverseOperation.h"
 #include "operations/ListSortOperation.h"
 #include "operations/ListSubtractOperation.h"
+#include "tests/support/Allocations.h"
 #include "tests/support/ReferenceSteps.h"
 
 #include <benchmark/benchmark.h>

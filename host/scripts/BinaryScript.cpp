@@ -1,8 +1,8 @@
 #include "BinaryScript.h"
 
 #include "ScriptJson.h"
-#include "ScriptTree.h"
 #include "host/plugins/StepRecord.h"
+#include "host/values/CborCheck.h"
 #include "host/values/CborReader.h"
 #include "host/values/InputFile.h"
 #include "host/values/JsonReader.h"
@@ -10,7 +10,6 @@
 #include "host/values/QuotedText.h"
 
 #include <QCryptographicHash>
-#include <QScopeGuard>
 #include <QtEndian>
 
 namespace StepHost
@@ -49,19 +48,16 @@ Result<void> appendVariables(QByteArray &bytes, const std::vector<ScriptVariable
 {
     QByteArray text;
     JsonWriter json(text, JsonWriter::InLine);
-    json.openObject();
-    const Result<void> written = writeVariables(json.key("variables"), variables);
+    // In a level of its own, as in a script in JSON. As CBOR it has one byte, for an array of one item.
+    json.openArray();
+    const Result<void> written = writeVariables(json, variables);
     if (!written)
         return written;
     json.close();
-    Json document;
-    const auto cleanup = qScopeGuard([&document] { takeApart(document); });
-    JsonError error;
-    if (!parseJson(text, document, error))
-        return failure(error.toString());
-    std::vector<char> cbor;
-    Json::to_cbor(document["variables"], cbor);
-    appendBlock(bytes, QByteArray::fromRawData(cbor.data(), int(cbor.size())));
+    const Result<QByteArray, JsonError> cbor = cborFromJson(text);
+    if (!cbor)
+        return failure(cbor.error().toString());
+    appendBlock(bytes, cbor->mid(variablesDepth));
     return {};
 }
 
@@ -225,14 +221,15 @@ private:
         if (left() > 0)
             return refuse(m_offset, QStringLiteral("%1 bytes follow the variables").arg(left()));
         const int start = m_offset - cbor.size();
-        Json document;
-        const auto cleanup = qScopeGuard([&document] { takeApart(document); });
-        CborError cborError;
-        if (!parseCbor(cbor, document, cborError, variablesDepth))
-            return refuse(start + cborError.offset, cborError.text);
-        JsonError error;
-        return StepHost::readVariables(document, script, error)
-            || refuse(start, QStringLiteral("the variables: ") + error.toString());
+        const Result<void, CborError> checked = checkCbor(cbor, variablesDepth);
+        if (!checked)
+            return refuse(start + checked.error().offset, checked.error().text);
+        CborReader at(cbor);
+        auto variables = StepHost::readVariables(at);
+        if (!variables)
+            return refuse(start, QStringLiteral("the variables: ") + variables.error().toString());
+        script.variables = std::move(*variables);
+        return true;
     }
 
     const QByteArray &m_bytes;

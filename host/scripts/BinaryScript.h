@@ -42,7 +42,8 @@ bool isBinaryScript(const QByteArray &bytes);
 /// the offset. A step that throws while it reads its record refuses the script too.
 ///
 /// A length counts only when the bytes for it are there. So memory is taken in proportion to the size of
-/// \a bytes, whatever they are: at most about 130 times as much, for lists nested in each other, each of which has a byte.
+/// \a bytes, whatever they are: little more than the values take, which is at most about 65 times as much, for lists
+/// nested in each other, each of which has a byte.
 /// What a step does with its record is its own business.
 Result<Script> readBinaryScript(const QByteArray &bytes, const StepCatalogue &catalogue);
 

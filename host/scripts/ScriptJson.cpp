@@ -1,84 +1,98 @@
 #include "ScriptJson.h"
 
-#include "ScriptTree.h"
 #include "host/plugins/StepSettings.h"
-#include "host/values/JsonTree.h"
 #include "host/values/JsonValue.h"
 #include "host/values/JsonWriter.h"
 #include "host/values/QuotedText.h"
+#include "host/values/ValueReader.h"
 #include "host/values/VarTypes.h"
 #include "host/values/VariableName.h"
 
 #include <QMetaEnum>
-#include <QScopeGuard>
-
-#include <set>
 
 #include <algorithm>
+#include <map>
+#include <optional>
+#include <set>
+#include <type_traits>
 
 namespace StepHost
 {
 namespace
 {
-bool refuseChoice(JsonError &error, const char *what, const QString &name, const QStringList &choices)
+using Members = std::map<QByteArray, CborReader>;
+
+Result<Members, JsonError> readObject(CborReader &at)
 {
-    return refuseJson(error, notAmong(what, name, choices));
+    if (at.kind() != CborReader::Map)
+        return refuseKind(at, "an object");
+    return at.readMembers();
 }
 
-bool checkKeys(const Json &object, const QStringList &known, JsonError &error)
+// Reads an object whose keys are all among `known`.
+Result<Members, JsonError> readObject(CborReader &at, const QStringList &known)
 {
-    if (!object.is_object())
-        return refuseKind(error, object, "an object");
-    for (auto it = object.begin(); it != object.end(); ++it) {
-        const QString key = textOf(it.key());
+    Result<Members, JsonError> members = readObject(at);
+    if (!members)
+        return members;
+    for (const auto &member : *members) {
+        const QString key = textOf(member.first);
         if (!known.contains(key))
-            return refuseChoice(error, "key", key, known);
+            return refuseJson(notAmong("key", key, known));
     }
-    return true;
+    return members;
 }
 
-// The member `key` of `object`, which has to be there.
-const Json *requireMember(const Json &object, const char *key, JsonError &error)
+// Reads with `read` what stands under `key`. What is not there is empty.
+template<typename Read>
+auto readMember(const Members &members, const char *key, const Read &read)
+    -> std::invoke_result_t<Read, CborReader &>
 {
-    const auto member = object.find(key);
-    if (member != object.end())
-        return &*member;
-    refuseJson(error, QStringLiteral("the key \"%1\" is missing").arg(QLatin1String(key)));
-    return nullptr;
+    const auto member = members.find(key);
+    if (member == members.end())
+        return {};
+    CborReader at = member->second;
+    auto value = read(at);
+    if (!value)
+        return failureBelow(QLatin1String(key), value.error());
+    return value;
 }
 
-bool readMemberText(const Json &object, const char *key, QString &text, JsonError &error)
+// Reads the text under `key`, which has to be there.
+Result<QString, JsonError> readMemberText(const Members &members, const char *key)
 {
-    const Json *member = requireMember(object, key, error);
-    return member && (readTextValue(*member, text, error) || refuseBelow(error, QLatin1String(key)));
+    if (members.count(key) == 0)
+        return refuseJson(QStringLiteral("the key \"%1\" is missing").arg(QLatin1String(key)));
+    return readMember(members, key, readTextValue);
 }
 
-bool readVariable(const Json &json, ScriptVariable &variable, JsonError &error)
+Result<ScriptVariable, JsonError> readVariable(CborReader &at)
 {
-    QString name;
-    QString typeName;
-    if (!checkKeys(json, {QStringLiteral("name"), QStringLiteral("type"), QStringLiteral("value")}, error)
-        || !readMemberText(json, "name", name, error) || !readMemberText(json, "type", typeName, error))
-        return false;
-    const QString nameError = variableNameError(name);
-    if (!nameError.isEmpty()) {
-        refuseJson(error, nameError);
-        return refuseBelow(error, QStringLiteral("name"));
-    }
-    variable.name = withoutMark(name);
-    const std::optional<VarType> type = varTypeFromName(typeName);
+    const auto members =
+        readObject(at, {QStringLiteral("name"), QStringLiteral("type"), QStringLiteral("value")});
+    if (!members)
+        return failure(members.error());
+    const Result<QString, JsonError> name = readMemberText(*members, "name");
+    if (!name)
+        return failure(name.error());
+    const Result<QString, JsonError> typeName = readMemberText(*members, "type");
+    if (!typeName)
+        return failure(typeName.error());
+    const QString nameError = variableNameError(*name);
+    if (!nameError.isEmpty())
+        return refuseBelow(QStringLiteral("name"), nameError);
+    const std::optional<VarType> type = varTypeFromName(*typeName);
     if (!type) {
-        refuseChoice(error, "variable type", typeName, declarableTypeNames());
-        return refuseBelow(error, QStringLiteral("type"));
+        return refuseBelow(QStringLiteral("type"),
+                           notAmong("variable type", *typeName, declarableTypeNames()));
     }
-    variable.type = *type;
-    const auto value = json.find("value");
-    if (value == json.end()) {
-        variable.value = emptyValueOf(variable.type);
-        return true;
-    }
-    return readVariableValue(*value, variable.type, variable.value, error)
-        || refuseBelow(error, QStringLiteral("value"));
+    if (members->count("value") == 0)
+        return ScriptVariable{withoutMark(*name), *type, emptyValueOf(*type)};
+    return readMember(*members, "value",
+                      [&type](CborReader &value) { return readVariableValue(value, *type); })
+        .map([&](const QVariant &value) {
+            return ScriptVariable{withoutMark(*name), *type, value};
+        });
 }
 
 bool isKeyOfEveryStep(const QString &key)
@@ -105,15 +119,15 @@ QStringList namesOf(const QVector<QMetaProperty> &settings)
     return names;
 }
 
-// Gives `value` the property's type when that loses nothing.
-bool adaptTo(const QMetaProperty &property, const Json &json, QVariant &value)
+// Gives `value`, which was read at `at`, the property's type when that loses nothing.
+bool adaptTo(const QMetaProperty &property, CborReader at, QVariant &value)
 {
     const int wanted = property.userType();
     if (wanted == QMetaType::QVariant)
         return true;
     if (value.userType() == wanted) {
         // New steps hold null texts, which records tell from empty ones; those have the typed form.
-        if (json.is_string() && value.toString().isEmpty())
+        if (at.kind() == CborReader::Text && value.toString().isEmpty())
             value = QString();
         return true;
     }
@@ -125,11 +139,11 @@ bool adaptTo(const QMetaProperty &property, const Json &json, QVariant &value)
     }
     const bool isInteger = hasShapeOf(value, VarType::Int);
     if (wanted == QMetaType::Double && isInteger) {
-        JsonError notExact;
-        if (json.is_number())
-            return readVariableValue(json, VarType::Double, value, notExact);
-        value = value.toDouble();
-        return true;
+        const bool isPlain = at.kind() == CborReader::Integer;
+        const Result<QVariant, JsonError> number =
+            isPlain ? readVariableValue(at, VarType::Double) : QVariant(value.toDouble());
+        value = number.value_or(value);
+        return number.has_value();
     }
     if (wanted == QMetaType::LongLong && value.userType() == QMetaType::Int) {
         value = value.toLongLong();
@@ -138,84 +152,108 @@ bool adaptTo(const QMetaProperty &property, const Json &json, QVariant &value)
     return false;
 }
 
-bool readSetting(Operation &step, const QMetaProperty &setting, const Json &json, JsonError &error)
+Result<void, JsonError> readSetting(Operation &step, const QMetaProperty &setting, CborReader at)
 {
-    QVariant value;
-    if (!readValue(json, value, error))
-        return false;
-    if (!adaptTo(setting, json, value) || !setting.write(&step, value)) {
+    const CborReader start = at;
+    Result<QVariant, JsonError> value = readValue(at);
+    if (!value)
+        return failure(value.error());
+    if (!adaptTo(setting, start, *value) || !setting.write(&step, *value)) {
         return refuseJson(
-            error,
             QStringLiteral("this is %1, the property \"%2\" takes a value of type %3")
-                .arg(kindName(json), QString::fromUtf8(setting.name()), QLatin1String(setting.typeName())));
+                .arg(kindName(start), QString::fromUtf8(setting.name()), QLatin1String(setting.typeName())));
     }
-    return true;
+    return {};
 }
 
-bool readStep(const Json &json, ScriptStep &step, const StepCatalogue &catalogue, JsonError &error)
+Result<void, JsonError> readSettings(Operation &step, const Members &members)
 {
-    if (!json.is_object())
-        return refuseKind(error, json, "an object");
-    QString typeId;
-    if (!readMemberText(json, "type", typeId, error))
-        return false;
-    if (!catalogue.prototype(typeId)) {
-        refuseChoice(error, "step type", typeId, catalogue.typeIds());
-        return refuseBelow(error, QStringLiteral("type"));
-    }
-    step.operation.reset(catalogue.create(typeId, nullptr));
-    if (!step.operation) {
-        refuseJson(error, QStringLiteral("the step cannot be created: its prototype gives no clone"));
-        return refuseBelow(error, QStringLiteral("type"));
-    }
-    const auto enabled = json.find("enabled");
-    if (enabled != json.end() && !enabled->is_boolean()) {
-        refuseKind(error, *enabled, "true or false");
-        return refuseBelow(error, QStringLiteral("enabled"));
-    }
-    step.enabled = enabled == json.end() || enabled->get<bool>();
-    const QVector<QMetaProperty> settings = scriptSettingsOf(*step.operation);
+    const QVector<QMetaProperty> settings = scriptSettingsOf(step);
     const QStringList names = namesOf(settings);
-    for (auto it = json.begin(); it != json.end(); ++it) {
-        const QString key = textOf(it.key());
+    for (const auto &member : members) {
+        const QString key = textOf(member.first);
         if (isKeyOfEveryStep(key))
             continue;
         const int index = names.lastIndexOf(key); // Of one that is declared anew the last one counts.
         if (index < 0)
-            return refuseChoice(error, "property", key, names);
-        if (!readSetting(*step.operation, settings.at(index), *it, error))
-            return refuseBelow(error, key);
+            return refuseJson(notAmong("property", key, names));
+        const Result<void, JsonError> read = readSetting(step, settings.at(index), member.second);
+        if (!read)
+            return failureBelow(key, read.error());
     }
-    return true;
+    return {};
 }
 
-bool readSteps(const Json &json, Script &script, const StepCatalogue &catalogue, JsonError &error)
+Result<bool, JsonError> readFlag(CborReader &at)
 {
-    if (!json.is_array())
-        return refuseKind(error, json, "an array");
-    for (std::size_t i = 0; i < json.size(); ++i) {
-        ScriptStep step;
-        if (!readStep(json[i], step, catalogue, error))
-            return refuseBelow(error, QString::number(i));
-        script.steps.push_back(std::move(step));
-    }
-    return true;
+    if (at.kind() != CborReader::Bool)
+        return refuseKind(at, "true or false");
+    return at.readBool();
 }
 
-bool readDocument(const QByteArray &text, Script &script, const StepCatalogue &catalogue, JsonError &error)
+Result<ScriptStep, JsonError> readStep(CborReader &at, const StepCatalogue &catalogue)
 {
-    Json document;
-    const auto cleanup = qScopeGuard([&document] { takeApart(document); });
-    if (!parseJson(text, document, error)
-        || !checkKeys(document, {QStringLiteral("variables"), QStringLiteral("steps")}, error))
-        return false;
-    const auto variables = document.find("variables");
-    if (variables != document.end() && !readVariables(*variables, script, error))
-        return refuseBelow(error, QStringLiteral("variables"));
-    const auto steps = document.find("steps");
-    if (steps != document.end() && !readSteps(*steps, script, catalogue, error))
-        return refuseBelow(error, QStringLiteral("steps"));
-    return true;
+    const Result<Members, JsonError> members = readObject(at);
+    if (!members)
+        return failure(members.error());
+    const Result<QString, JsonError> typeId = readMemberText(*members, "type");
+    if (!typeId)
+        return failure(typeId.error());
+    const QString typeKey = QStringLiteral("type");
+    if (!catalogue.prototype(*typeId))
+        return refuseBelow(typeKey, notAmong("step type", *typeId, catalogue.typeIds()));
+    ScriptStep step;
+    step.operation.reset(catalogue.create(*typeId, nullptr));
+    if (!step.operation) {
+        return refuseBelow(typeKey,
+                           QStringLiteral("the step cannot be created: its prototype gives no clone"));
+    }
+    const Result<bool, JsonError> enabled = readMember(*members, "enabled", readFlag);
+    if (!enabled)
+        return failure(enabled.error());
+    step.enabled = *enabled || members->count("enabled") == 0;
+    const Result<void, JsonError> settings = readSettings(*step.operation, *members);
+    if (!settings)
+        return failure(settings.error());
+    return step;
+}
+
+// Reads an array with `readItem`.
+template<typename Item, typename ReadItem>
+Result<std::vector<Item>, JsonError> readArray(CborReader &at, const ReadItem &readItem)
+{
+    if (at.kind() != CborReader::Array)
+        return refuseKind(at, "an array");
+    std::vector<Item> items;
+    const int size = at.enter();
+    items.reserve(std::size_t(size));
+    for (int i = 0; i < size; ++i) {
+        Result<Item, JsonError> item = readItem(at);
+        if (!item)
+            return failureBelow(QString::number(i), item.error());
+        items.push_back(std::move(*item));
+    }
+    return items;
+}
+
+Result<Script, JsonError> readDocument(const QByteArray &text, const StepCatalogue &catalogue)
+{
+    const Result<QByteArray, JsonError> cbor = cborFromJson(text);
+    if (!cbor)
+        return failure(cbor.error());
+    CborReader at(*cbor);
+    const auto members = readObject(at, {QStringLiteral("variables"), QStringLiteral("steps")});
+    if (!members)
+        return failure(members.error());
+    auto variables = readMember(*members, "variables", readVariables);
+    if (!variables)
+        return failure(variables.error());
+    auto steps = readMember(*members, "steps", [&catalogue](CborReader &list) {
+        return readArray<ScriptStep>(list, [&](CborReader &step) { return readStep(step, catalogue); });
+    });
+    if (!steps)
+        return failure(steps.error());
+    return Script{std::move(*variables), std::move(*steps)};
 }
 
 // Whether it is a text that is empty, and not null.
@@ -251,32 +289,22 @@ Result<void> writeStep(JsonWriter &json, const ScriptStep &step)
 }
 } // namespace
 
-bool readVariables(const Json &json, Script &script, JsonError &error)
+Result<std::vector<ScriptVariable>, JsonError> readVariables(CborReader &at)
 {
-    if (!json.is_array())
-        return refuseKind(error, json, "an array");
     std::set<QString> names; // By order: names can be chosen to have one hash value.
-    for (std::size_t i = 0; i < json.size(); ++i) {
-        ScriptVariable variable;
-        if (!readVariable(json[i], variable, error))
-            return refuseBelow(error, QString::number(i));
-        if (!names.insert(variable.name).second) {
-            refuseJson(error,
-                       QStringLiteral("the variable %1 is declared already").arg(quoted(variable.name)));
-            return refuseBelow(error, QString::number(i));
+    return readArray<ScriptVariable>(at, [&names](CborReader &item) {
+        Result<ScriptVariable, JsonError> variable = readVariable(item);
+        if (variable && !names.insert(variable->name).second) {
+            variable =
+                refuseJson(QStringLiteral("the variable %1 is declared already").arg(quoted(variable->name)));
         }
-        script.variables.push_back(variable);
-    }
-    return true;
+        return variable;
+    });
 }
 
 Result<Script> readScript(const QByteArray &json, const StepCatalogue &catalogue)
 {
-    Script script;
-    JsonError error;
-    if (!readDocument(json, script, catalogue, error))
-        return failure(error.toString());
-    return script;
+    return readDocument(json, catalogue).map_error([](const JsonError &error) { return error.toString(); });
 }
 
 Result<void> writeVariables(JsonWriter &json, const std::vector<ScriptVariable> &variables)

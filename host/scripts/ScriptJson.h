@@ -7,6 +7,8 @@
 #include <QByteArray>
 #include <QString>
 
+#include <vector>
+
 /// Scripts as JSON:
 ///
 ///     {
@@ -25,7 +27,12 @@
 /// forms of values are those of JsonValue.h.
 namespace StepHost
 {
+class CborReader;
 class JsonWriter;
+struct JsonError;
+
+/// Reads a list of variables in the form that they have in a script.
+Result<std::vector<ScriptVariable>, JsonError> readVariables(CborReader &at);
 
 /// Reads \a json. The steps are made by \a catalogue. A mistake in one place refuses the whole script.
 Result<Script> readScript(const QByteArray &json, const StepCatalogue &catalogue);

@@ -1,8 +1,8 @@
 #include "VariableInput.h"
 
-#include "host/values/JsonTree.h"
 #include "host/values/QuotedText.h"
 #include "host/values/ValueFile.h"
+#include "host/values/ValueReader.h"
 #include "host/values/VarTypes.h"
 #include "host/values/VariableName.h"
 
@@ -14,32 +14,32 @@ Result<QVariant> valueForDeclared(const QString &text, VarType type)
 {
     if (type == VarType::String)
         return text;
-    Json json;
-    JsonError error;
-    if (!parseJson(text.toUtf8(), json, error)) {
-        if (error.isJson)
-            return failure(error.toString());
+    const Result<QByteArray, JsonError> cbor = cborFromJson(text.toUtf8());
+    if (!cbor && !cbor.error().isJson) {
         return failure(QStringLiteral("%1 is no JSON value; a variable of type %2 takes %3")
                            .arg(quoted(text), varTypeName(type), expectedForm(type)));
     }
-    QVariant value;
-    if (!readVariableValue(json, type, value, error))
-        return failure(error.toString());
-    return value;
+    if (!cbor)
+        return failure(cbor.error().toString());
+    CborReader at(*cbor);
+    return readVariableValue(at, type).map_error([](const JsonError &error) { return error.toString(); });
 }
 
 Result<QVariant> valueForNew(const QString &text)
 {
-    Json json;
-    JsonError error;
-    QVariant value = text;
-    const bool isJson = parseJson(text.toUtf8(), json, error);
-    if (isJson ? !readValue(json, value, error) : error.isJson)
-        return failure(error.toString());
-    if (typeOfValue(value) == VarType::Undeclared)
+    const Result<QByteArray, JsonError> cbor = cborFromJson(text.toUtf8());
+    if (!cbor && !cbor.error().isJson)
+        return text;
+    if (!cbor)
+        return failure(cbor.error().toString());
+    CborReader at(*cbor);
+    const Result<QVariant, JsonError> value = readValue(at);
+    if (!value)
+        return failure(value.error().toString());
+    if (typeOfValue(*value) == VarType::Undeclared)
         return failure(
             QStringLiteral("%1 gives a new variable no type; declare it in the script").arg(quoted(text)));
-    return value;
+    return *value;
 }
 } // namespace
 

@@ -13,7 +13,7 @@ namespace StepHost
 ///
 /// A declared string variable takes the text as it is. A declared variable of another type takes JSON of
 /// its type. A variable that the script does not have is added with the type of its value: \a text as
-/// JSON, or the text itself when it is no JSON. JSON that parseJson() does not take is refused.
+/// JSON, or the text itself when it is no JSON. JSON that cborFromJson() does not take is refused.
 ///
 /// When something is wrong, the script is unchanged.
 Result<void> assignText(Script &script, const QString &name, const QString &text);

@@ -55,6 +55,8 @@ Result<QByteArray> readInputFile(const QString &fileName)
     QByteArray bytes;
     QByteArray chunk;
     bool isTooLarge = file.size() > maxInputSize;
+    if (!isTooLarge)
+        bytes.reserve(int(file.size()));
     while (!isTooLarge && !(chunk = file.read(chunkSize)).isEmpty()) {
         bytes += chunk;
         isTooLarge = bytes.size() > maxInputSize;

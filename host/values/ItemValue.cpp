@@ -2,6 +2,7 @@
 
 #include "JsonValue.h"
 #include "QuotedText.h"
+#include "ValueReader.h"
 
 #include <algorithm>
 #include <cmath>

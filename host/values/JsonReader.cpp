@@ -1,9 +1,15 @@
 #include "JsonReader.h"
 
+#include "CborWriter.h"
 #include "JsonValue.h"
 #include "QuotedText.h"
 
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
 #include <iterator>
+#include <set>
+#include <string>
 #include <vector>
 
 namespace StepHost
@@ -45,12 +51,10 @@ private:
     const char **m_reached;
 };
 
-// Builds the document and stops at the first thing that is refused.
-class DocumentBuilder : public nlohmann::json_sax<Json>
+// Writes the document as CBOR and stops at the first thing that is refused.
+class CborBuilder : public nlohmann::json_sax<nlohmann::json>
 {
 public:
-    explicit DocumentBuilder(Json &document) : m_document(document) { }
-
     QString problem() const
     {
         return m_problem;
@@ -59,22 +63,30 @@ public:
     {
         return m_isSyntaxWrong;
     }
+    QByteArray takeDocument()
+    {
+        return m_cbor.takeDocument();
+    }
 
     bool null() override
     {
-        return add(Json());
+        m_cbor.null();
+        return true;
     }
     bool boolean(bool value) override
     {
-        return add(value);
+        m_cbor.boolean(value);
+        return true;
     }
     bool number_integer(number_integer_t value) override
     {
-        return add(value);
+        m_cbor.integer(value);
+        return true;
     }
     bool number_unsigned(number_unsigned_t value) override
     {
-        return add(value);
+        m_cbor.unsignedInteger(value);
+        return true;
     }
     bool number_float(number_float_t value, const string_t &digits) override
     {
@@ -83,11 +95,13 @@ public:
                 QStringLiteral("the integer %1 does not fit into 64 bits; write it with \".0\" for a double")
                     .arg(quoted(QString::fromStdString(digits))));
         }
-        return add(value);
+        m_cbor.number(value);
+        return true;
     }
     bool string(string_t &value) override
     {
-        return add(std::move(value));
+        m_cbor.text(value.data(), int(value.size()));
+        return true;
     }
     bool binary(binary_t &) override
     {
@@ -95,27 +109,36 @@ public:
     }
     bool start_object(std::size_t) override
     {
-        return open(Json::object());
+        if (!hasRoom())
+            return false;
+        m_cbor.openMap();
+        m_keys.emplace_back();
+        return true;
     }
     bool key(string_t &name) override
     {
-        const auto added = m_open.back()->get_ref<Json::object_t &>().emplace(name, Json());
-        m_member = &added.first->second;
-        return added.second
+        m_cbor.text(name.data(), int(name.size()));
+        return m_keys.back().insert(name).second
             || refuse(QStringLiteral("the object has the key %1 already")
                           .arg(quoted(QString::fromStdString(name))));
     }
     bool end_object() override
     {
-        return close();
+        m_cbor.close();
+        m_keys.pop_back();
+        return true;
     }
     bool start_array(std::size_t) override
     {
-        return open(Json::array());
+        if (!hasRoom())
+            return false;
+        m_cbor.openArray();
+        return true;
     }
     bool end_array() override
     {
-        return close();
+        m_cbor.close();
+        return true;
     }
     bool parse_error(std::size_t, const std::string &, const nlohmann::detail::exception &error) override
     {
@@ -137,50 +160,26 @@ private:
         return false;
     }
 
-    Json *place(Json &&value)
+    // Whether another array or object can be opened.
+    bool hasRoom()
     {
-        if (m_open.empty())
-            return &(m_document = std::move(value));
-        if (!m_open.back()->is_array())
-            return &(*m_member = std::move(value));
-        auto &array = m_open.back()->get_ref<Json::array_t &>();
-        array.push_back(std::move(value));
-        return &array.back();
+        return m_cbor.depth() < maxJsonDepth
+            || refuse(
+                   QStringLiteral("arrays and objects are nested deeper than %1 levels").arg(maxJsonDepth));
     }
 
-    bool add(Json &&value)
-    {
-        place(std::move(value));
-        return true;
-    }
-
-    bool open(Json &&container)
-    {
-        if (m_open.size() == std::size_t(maxJsonDepth)) {
-            return refuse(
-                QStringLiteral("arrays and objects are nested deeper than %1 levels").arg(maxJsonDepth));
-        }
-        m_open.push_back(place(std::move(container)));
-        return true;
-    }
-
-    bool close()
-    {
-        m_open.pop_back();
-        return true;
-    }
-
-    Json &m_document;
-    std::vector<Json *> m_open;
-    Json *m_member = nullptr;
+    CborWriter m_cbor;
+    // Of the objects that are open. By order: keys can be chosen to have one hash value.
+    std::vector<std::set<std::string>> m_keys;
     QString m_problem;
     bool m_isSyntaxWrong = false;
 };
 
-bool refuseAt(JsonError &error, const char *begin, const char *reached, const QString &text)
+tl::unexpected<JsonError> refuseAt(const char *begin, const char *reached, const QString &text, bool isJson)
 {
+    JsonError error = refuseJson(text).value();
+    error.isJson = isJson;
     error.line = 1;
-    error.column = 0;
     for (const char *at = begin; at != reached; ++at) {
         if (at != begin && at[-1] == '\n') {
             ++error.line;
@@ -190,7 +189,7 @@ bool refuseAt(JsonError &error, const char *begin, const char *reached, const QS
         error.column += continuesCharacter ? 0 : 1;
     }
     error.column = std::max(error.column, 1);
-    return refuseJson(error, text);
+    return failure(error);
 }
 } // namespace
 
@@ -202,63 +201,45 @@ QString JsonError::toString() const
     return pointer.isEmpty() ? text : QStringLiteral("at %1: ").arg(bounded(pointer, mostOfPointer)) + text;
 }
 
-bool refuseJson(JsonError &error, const QString &text)
+tl::unexpected<JsonError> refuseJson(const QString &text)
 {
     constexpr int most = 1000;
+    JsonError error;
     error.text = bounded(text, most);
-    return false;
+    return failure(error);
 }
 
-bool refuseBelow(JsonError &error, const QString &key)
+tl::unexpected<JsonError> failure(const JsonError &error)
+{
+    return tl::unexpected<JsonError>(error);
+}
+
+tl::unexpected<JsonError> failureBelow(const QString &key, JsonError error)
 {
     QString token = key;
     token.replace(QLatin1Char('~'), QLatin1String("~0")).replace(QLatin1Char('/'), QLatin1String("~1"));
     error.pointer.prepend(QLatin1Char('/') + token);
-    return false;
+    return failure(error);
 }
 
-bool parseJson(const QByteArray &text, Json &document, JsonError &error)
+tl::unexpected<JsonError> refuseBelow(const QString &key, const QString &text)
+{
+    return failureBelow(key, refuseJson(text).value());
+}
+
+Result<QByteArray, JsonError> cborFromJson(const QByteArray &text)
 {
     const char *begin = text.constData();
     const char *end = begin + text.size();
     const char *reached = begin;
-    DocumentBuilder builder(document);
-    if (!Json::sax_parse(TrackingIterator(begin, &reached), TrackingIterator(end, &reached), &builder)) {
-        error.isJson = !builder.isSyntaxWrong();
-        return refuseAt(error, begin, reached, builder.problem());
-    }
+    CborBuilder builder;
+    if (!nlohmann::json::sax_parse(TrackingIterator(begin, &reached), TrackingIterator(end, &reached),
+                                   &builder))
+        return refuseAt(begin, reached, builder.problem(), !builder.isSyntaxWrong());
     // The parser takes a NUL byte for the end of the text, also the last one.
-    if (reached[-1] == '\0')
-        return refuseAt(error, begin, reached, QStringLiteral("there is a NUL byte after the JSON document"));
-    return true;
-}
-
-void takeApart(Json &json)
-{
-    if (json.is_array()) {
-        auto &array = json.get_ref<Json::array_t &>();
-        for (Json &item : array)
-            takeApart(item);
-        array.clear();
-    } else if (json.is_object()) {
-        auto &object = json.get_ref<Json::object_t &>();
-        for (auto &member : object)
-            takeApart(member.second);
-        object.clear();
+    if (reached[-1] == '\0') {
+        return refuseAt(begin, reached, QStringLiteral("there is a NUL byte after the JSON document"), false);
     }
-}
-
-QString textOf(const std::string &utf8)
-{
-    static const std::string mark = "\xEF\xBB\xBF";
-    std::size_t marks = 0;
-    while (utf8.compare(marks * mark.size(), mark.size(), mark) == 0)
-        ++marks;
-    const std::size_t start = marks * mark.size();
-    // QString::fromUtf8() gives an empty text memory of its own.
-    const QString rest = start == utf8.size()
-        ? QString(QLatin1String(""))
-        : QString::fromUtf8(utf8.data() + start, int(utf8.size() - start));
-    return marks == 0 ? rest : QString(int(marks), QChar(0xFEFF)) + rest;
+    return builder.takeDocument();
 }
 } // namespace StepHost

@@ -1,16 +1,12 @@
 #pragma once
 
+#include "Result.h"
+
 #include <QByteArray>
 #include <QString>
 
-#include <nlohmann/json.hpp>
-
-#include <string>
-
 namespace StepHost
 {
-using Json = nlohmann::json;
-
 /// What is wrong with a JSON document, and where.
 struct JsonError
 {
@@ -19,7 +15,7 @@ struct JsonError
     QString pointer;
     int line = 0; ///< Counted from 1; 0 when the text is JSON and its meaning is wrong.
     int column = 0; ///< In characters, counted from 1.
-    QString text; ///< What is wrong and what would be right; empty when nothing is.
+    QString text; ///< What is wrong and what would be right.
     /// Whether the text is JSON as far as it was read, and has what this program does not take: too many
     /// levels, too large an integer, a key twice.
     bool isJson = false;
@@ -28,25 +24,21 @@ struct JsonError
     QString toString() const;
 };
 
-/// Sets \a error to \a text, at the value that is being read. Returns false.
-bool refuseJson(JsonError &error, const QString &text);
+/// @{
+/// What a function returns, as a Result of whatever value, when something is wrong: \a text about the value that it
+/// reads, an \a error as it is, or one about what stands under \a key in the object or array that it reads.
+tl::unexpected<JsonError> refuseJson(const QString &text);
+tl::unexpected<JsonError> failure(const JsonError &error);
+tl::unexpected<JsonError> failureBelow(const QString &key, JsonError error);
+tl::unexpected<JsonError> refuseBelow(const QString &key, const QString &text);
+/// @}
 
-/// Puts \a key in front of the pointer of \a error while leaving the object or array that holds the value.
-/// Returns false.
-bool refuseBelow(JsonError &error, const QString &key);
-
-/// Reads \a text as one JSON document.
+/// Reads \a text as one JSON document. Returns the same document as CBOR, in the shortest form of each item, for a
+/// CborReader. Of a document of lists it takes no more memory than \a text has; of one of numbers at most 2.25 times as
+/// much.
 ///
 /// Refused besides what is no JSON: arrays and objects nested deeper than maxJsonDepth, a key that an
 /// object has twice, integers that do not fit into 64 bits, numbers too large for a `double`, and invalid
-/// UTF-8. A byte order mark in front is dropped. Returns whether the document was read; \a error tells
-/// why not.
-bool parseJson(const QByteArray &text, Json &document, JsonError &error);
-
-/// Empties \a json without taking memory for it, however large it is. Its own destructor first gathers all
-/// that is in it in one list, which may need more memory than the document. Nested no deeper than maxJsonDepth.
-void takeApart(Json &json);
-
-/// The characters of a JSON string or key. Unlike `QString::fromUtf8`, a U+FEFF in front is kept.
-QString textOf(const std::string &utf8);
+/// UTF-8. A byte order mark in front is dropped.
+Result<QByteArray, JsonError> cborFromJson(const QByteArray &text);
 } // namespace StepHost

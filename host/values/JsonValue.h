@@ -44,9 +44,6 @@ class JsonWriter;
 /// How deep arrays and objects may be nested in a JSON document, read or written.
 constexpr int maxJsonDepth = 512;
 
-/// Reads \a json, a document of a single value in one of the forms above.
-Result<QVariant> valueFromJson(const QByteArray &json);
-
 /// Writes \a text in the form above.
 void writeText(JsonWriter &json, const QString &text);
 

@@ -103,4 +103,25 @@ bool hasShapeOf(const QVariant &value, VarType type)
         return row.userType() == QMetaType::QVariantList || row.userType() == QMetaType::QStringList;
     });
 }
+QString expectedForm(VarType type)
+{
+    switch (type) {
+    case VarType::Int:
+        return QStringLiteral("an integer");
+    case VarType::Double:
+        return QStringLiteral("a number");
+    case VarType::String:
+        return QStringLiteral("a string");
+    case VarType::Bool:
+        return QStringLiteral("true or false");
+    case VarType::List:
+        return QStringLiteral("an array");
+    case VarType::Table:
+        return QStringLiteral("an array of arrays");
+    case VarType::Undeclared:
+        break;
+    }
+    return QStringLiteral("a value");
+}
+
 } // namespace StepHost

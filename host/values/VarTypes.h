@@ -34,4 +34,7 @@ VarType typeOfValue(const QVariant &value);
 /// Whether \a value has the shape that a variable of type \a type should have. Every value has the shape
 /// of VarType::Undeclared.
 bool hasShapeOf(const QVariant &value, VarType type);
+
+/// What JSON a variable of type \a type takes, for a message: "an integer", "an array" and so on.
+QString expectedForm(VarType type);
 } // namespace StepHost

@@ -1,10 +1,59 @@
 #include "host/running/ProcessProbe.h"
+#include "host/values/CborCheck.h"
 #include "host/values/CborReader.h"
+#include "host/values/JsonReader.h"
 #include "host/values/JsonValue.h"
+
+#include <nlohmann/json.hpp>
 
 #include <QtTest>
 
 using namespace StepHost;
+using Json = nlohmann::json;
+
+namespace
+{
+// The item at `at` as a tree.
+Json treeAt(CborReader &at)
+{
+    switch (at.kind()) {
+    case CborReader::Null:
+        at.skip();
+        return Json();
+    case CborReader::Bool:
+        return at.readBool();
+    case CborReader::Integer: {
+        const CborInteger number = at.readInteger();
+        if (number.isNegative)
+            return number.as<qint64>();
+        return number.as<quint64>();
+    }
+    case CborReader::Double:
+        return at.readDouble();
+    case CborReader::Text:
+        return at.readText().toStdString();
+    case CborReader::Array: {
+        Json array = Json::array();
+        for (int left = at.enter(); left > 0; --left)
+            array.push_back(treeAt(at));
+        return array;
+    }
+    case CborReader::Map:
+        break;
+    }
+    Json object = Json::object();
+    for (int left = at.enter(); left > 0; --left) {
+        const std::string key = at.readText().toStdString();
+        object[key] = treeAt(at);
+    }
+    return object;
+}
+
+QByteArray bytesOf(const std::vector<std::uint8_t> &bytes)
+{
+    return QByteArray(reinterpret_cast<const char *>(bytes.data()), int(bytes.size()));
+}
+} // namespace
 
 class TestCborReader : public QObject
 {
@@ -15,6 +64,9 @@ private slots:
     void reads();
     void readsWhatIsWritten_data();
     void readsWhatIsWritten();
+    void skips_data();
+    void skips();
+    void readsMembersByOrder();
     void refuses_data();
     void refuses();
     void limitsDepth_data();
@@ -63,10 +115,11 @@ void TestCborReader::reads()
 {
     QFETCH(QByteArray, hex);
     QFETCH(QByteArray, json);
-    Json document;
-    CborError error;
-    QVERIFY2(parseCbor(QByteArray::fromHex(hex), document, error), qPrintable(error.text));
-    QCOMPARE(QByteArray::fromStdString(document.dump()), json);
+    const QByteArray document = QByteArray::fromHex(hex);
+    const Result<void, CborError> checked = checkCbor(document);
+    QVERIFY2(checked, qPrintable(checked ? QString() : checked.error().text));
+    CborReader at(document);
+    QCOMPARE(QByteArray::fromStdString(treeAt(at).dump()), json);
 }
 
 void TestCborReader::readsWhatIsWritten_data()
@@ -75,26 +128,71 @@ void TestCborReader::readsWhatIsWritten_data()
     for (const char *json : {"0", "-1", "18446744073709551615", "-9223372036854775808", "0.1", "1e300",
                              "5e-324", "1.0", "\"\\u0000\"", R"({"a":[true,false,null,{"b":"列表"}]})"})
         QTest::newRow(json) << QByteArray(json);
-    QTest::newRow("a long text") << '"' + QByteArray(70000, 'x') + '"';
-    QTest::newRow("a long list") << '[' + QByteArray("1,").repeated(70000) + "2]";
+    for (const int length : {23, 24, 255, 256, 65535, 65536}) {
+        QTest::addRow("a text of %d bytes", length) << '"' + QByteArray(length, 'x') + '"';
+        QTest::addRow("a list of %d items", length) << '[' + QByteArray("1,").repeated(length - 1) + "2]";
+        QTest::addRow("lists of %d items in each other", length) << '[' + QByteArray("[1,[],").repeated(3)
+                + QByteArray("1,").repeated(length - 3) + '2' + QByteArray("],3").repeated(3) + ']';
+    }
+    for (const int length : {23, 24, 255, 256}) {
+        QByteArray members;
+        for (int i = 0; i < length; ++i)
+            members += '"' + QByteArray::number(i).rightJustified(5, '0') + "\":[],";
+        QTest::addRow("a map of %d members", length) << '{' + members.chopped(1) + '}';
+    }
 }
 
 void TestCborReader::readsWhatIsWritten()
 {
     QFETCH(QByteArray, json);
     const Json document = Json::parse(json.toStdString());
-    const std::vector<std::uint8_t> cbor = Json::to_cbor(document);
-    const QByteArray bytes(reinterpret_cast<const char *>(cbor.data()), int(cbor.size()));
-    Json read;
-    CborError error;
-    QVERIFY2(parseCbor(bytes, read, error), qPrintable(error.text));
+    const QByteArray bytes = bytesOf(Json::to_cbor(document));
+    const Result<QByteArray, JsonError> written = cborFromJson(json);
+    QVERIFY2(written, qPrintable(written ? QString() : written.error().toString()));
+    QVERIFY(*written == bytes);
+    const Result<void, CborError> checked = checkCbor(bytes);
+    QVERIFY2(checked, qPrintable(checked ? QString() : checked.error().text));
+    CborReader at(bytes);
+    const Json read = treeAt(at);
     QVERIFY(read == document);
     QCOMPARE(read.type(), document.type());
     for (int size = 0; size < qMin(bytes.size(), 1000); ++size) {
-        Json cut;
-        QVERIFY(!parseCbor(bytes.left(size), cut, error));
+        const CborError error = checkCbor(bytes.left(size)).error();
         QVERIFY2(error.offset <= size && !error.text.isEmpty(), qPrintable(error.text));
     }
+}
+
+void TestCborReader::skips_data()
+{
+    reads_data();
+}
+
+void TestCborReader::skips()
+{
+    QFETCH(QByteArray, hex);
+    const QByteArray document = QByteArray::fromHex("82" + hex + "182a");
+    CborReader at(document);
+    QCOMPARE(at.enter(), 2);
+    at.skip();
+    QCOMPARE(at.kind(), CborReader::Integer);
+    QCOMPARE(at.readInteger().magnitude, quint64(42));
+}
+
+void TestCborReader::readsMembersByOrder()
+{
+    // {"b": [1], "": 2, "a": {"c": 3}}, 4
+    const QByteArray document = QByteArray::fromHex("82a361628101600261"
+                                                    "61a161630304");
+    CborReader at(document);
+    QCOMPARE(at.enter(), 2);
+    const std::map<QByteArray, CborReader> members = at.readMembers();
+    QCOMPARE(at.readInteger().magnitude, quint64(4));
+    QByteArray keys;
+    for (const auto &member : members)
+        keys += member.first + ',';
+    QCOMPARE(keys, QByteArray(",a,b,"));
+    CborReader value = members.at("");
+    QCOMPARE(value.readInteger().magnitude, quint64(2));
 }
 
 void TestCborReader::refuses_data()
@@ -151,11 +249,10 @@ void TestCborReader::refuses()
     QFETCH(QByteArray, hex);
     QFETCH(int, offset);
     QFETCH(QString, text);
-    Json document;
-    CborError error;
-    QVERIFY(!parseCbor(QByteArray::fromHex(hex), document, error));
-    QCOMPARE(error.text, text);
-    QCOMPARE(error.offset, offset);
+    const Result<void, CborError> checked = checkCbor(QByteArray::fromHex(hex));
+    QVERIFY(!checked);
+    QCOMPARE(checked.error().text, text);
+    QCOMPARE(checked.error().offset, offset);
 }
 
 void TestCborReader::limitsDepth_data()
@@ -168,12 +265,11 @@ void TestCborReader::limitsDepth_data()
 void TestCborReader::limitsDepth()
 {
     QFETCH(QByteArray, opening);
-    Json document;
-    CborError error;
-    QVERIFY(parseCbor(opening.repeated(maxJsonDepth) + '\x01', document, error));
-    QVERIFY(!parseCbor(opening.repeated(maxJsonDepth + 1) + '\x01', document, error));
-    QCOMPARE(error.text, QString("arrays and maps are nested deeper than 512 levels"));
-    QCOMPARE(error.offset, opening.size() * maxJsonDepth);
+    QVERIFY(checkCbor(opening.repeated(maxJsonDepth) + '\x01'));
+    const Result<void, CborError> checked = checkCbor(opening.repeated(maxJsonDepth + 1) + '\x01');
+    QVERIFY(!checked);
+    QCOMPARE(checked.error().text, QString("arrays and maps are nested deeper than 512 levels"));
+    QCOMPARE(checked.error().offset, opening.size() * maxJsonDepth);
 }
 
 void TestCborReader::survivesHostileNesting_data()
@@ -192,10 +288,9 @@ void TestCborReader::survivesHostileNesting()
     QFETCH(QByteArray, unit);
     const QByteArray bytes = unit.repeated(1000000);
     const MemoryGrowthLimit limit(20LL * bytes.size());
-    Json document;
-    CborError error;
-    QVERIFY(!parseCbor(bytes, document, error));
-    QVERIFY(error.offset <= unit.size() * maxJsonDepth);
+    const Result<void, CborError> checked = checkCbor(bytes);
+    QVERIFY(!checked);
+    QVERIFY(checked.error().offset <= unit.size() * maxJsonDepth);
 }
 
 QTEST_GUILESS_MAIN(TestCborReader)

@@ -1,5 +1,6 @@
 #include "host/values/JsonValue.h"
 #include "host/values/JsonWriter.h"
+#include "host/values/ValueReader.h"
 #include "tests/support/ErrorOf.h"
 #include "tests/support/IsLike.h"
 

@@ -37,8 +37,8 @@ QByteArray binaryScript(const QByteArray &steps, const QByteArray &variables)
 }
 
 // How many times its size a script takes in memory, at most.
-constexpr int binaryTimes = 130;
-constexpr int jsonTimes = 70;
+constexpr int binaryTimes = 100;
+constexpr int jsonTimes = 55;
 
 const QByteArray noSteps = number32(0);
 

@@ -18,14 +18,13 @@ namespace
 {
 bool isWatching = false;
 Allocations seen;
-qint64 heldBytes = 0;
 
 void *noted(void *block)
 {
     if (isWatching && block) {
         ++seen.count;
-        heldBytes += qint64(malloc_usable_size(block));
-        seen.mostBytes = std::max(seen.mostBytes, heldBytes);
+        seen.keptBytes += qint64(malloc_usable_size(block));
+        seen.mostBytes = std::max(seen.mostBytes, seen.keptBytes);
     }
     return block;
 }
@@ -33,7 +32,7 @@ void *noted(void *block)
 void noteRelease(void *block)
 {
     if (isWatching && block)
-        heldBytes -= qint64(malloc_usable_size(block));
+        seen.keptBytes -= qint64(malloc_usable_size(block));
 }
 } // namespace
 
@@ -71,7 +70,6 @@ Allocations allocationsOf(const std::function<void()> &work)
 {
     seen = Allocations();
     seen.isKnown = true;
-    heldBytes = 0;
     isWatching = true;
     work();
     isWatching = false;
