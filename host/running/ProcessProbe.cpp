@@ -4,8 +4,11 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <algorithm>
+
 #if defined(Q_OS_LINUX)
 #include <sys/resource.h>
+#include <unistd.h>
 #elif defined(Q_OS_WIN)
 // The order matters: windows.h declares what the others build on.
 #include <windows.h>
@@ -19,12 +22,13 @@ namespace StepHost
 #if defined(Q_OS_LINUX)
 namespace
 {
-#if defined(__SANITIZE_ADDRESS__)
-constexpr bool isAddressSanitized = true;
+// A sanitizer reserves more memory than any machine has.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr bool isSanitized = true;
 #elif defined(__has_feature)
-constexpr bool isAddressSanitized = __has_feature(address_sanitizer);
+constexpr bool isSanitized = __has_feature(address_sanitizer) || __has_feature(thread_sanitizer);
 #else
-constexpr bool isAddressSanitized = false;
+constexpr bool isSanitized = false;
 #endif
 
 // The field `name`, in KiB, of what the kernel tells about this process.
@@ -75,11 +79,46 @@ std::optional<bool> isMapped(const QString &fileName)
     return maps.readAll().contains(' ' + QFile::encodeName(QFileInfo(fileName).canonicalFilePath()) + '\n');
 }
 
+std::optional<qint64> machineMemory()
+{
+    qint64 bytes = qint64(sysconf(_SC_PHYS_PAGES)) * sysconf(_SC_PAGE_SIZE);
+    // Of the second and of the first version of control groups, as a container sees its own.
+    for (const char *name : {"/sys/fs/cgroup/memory.max", "/sys/fs/cgroup/memory/memory.limit_in_bytes"}) {
+        QFile file(QString::fromLatin1(name));
+        bool isNumber = false;
+        const qint64 limit =
+            file.open(QIODevice::ReadOnly) ? file.readAll().trimmed().toLongLong(&isNumber) : 0;
+        if (isNumber)
+            bytes = std::min(bytes, limit);
+    }
+    return bytes;
+}
+
+MemoryLimit::MemoryLimit(qint64 bytes)
+{
+    rlimit limit{};
+    if (isSanitized || getrlimit(RLIMIT_DATA, &limit) != 0)
+        return;
+    m_previous = limit.rlim_cur;
+    limit.rlim_cur = std::min(limit.rlim_cur, rlim_t(bytes));
+    if (setrlimit(RLIMIT_DATA, &limit) == 0)
+        m_bytes = qint64(limit.rlim_cur);
+}
+
+MemoryLimit::~MemoryLimit()
+{
+    rlimit limit{};
+    if (!m_bytes || getrlimit(RLIMIT_DATA, &limit) != 0)
+        return;
+    limit.rlim_cur = rlim_t(m_previous);
+    setrlimit(RLIMIT_DATA, &limit);
+}
+
 MemoryGrowthLimit::MemoryGrowthLimit(qint64 bytes)
 {
     const std::optional<qint64> size = statusField("VmSize");
     rlimit limit{};
-    if (isAddressSanitized || !size || getrlimit(RLIMIT_AS, &limit) != 0)
+    if (isSanitized || !size || getrlimit(RLIMIT_AS, &limit) != 0)
         return;
     m_previous = limit.rlim_cur;
     limit.rlim_cur = rlim_t(*size + bytes);
@@ -175,7 +214,21 @@ std::optional<bool> isMapped(const QString &)
 }
 #endif
 
+std::optional<qint64> MemoryLimit::bytes() const
+{
+    return m_bytes;
+}
+
 #if !defined(Q_OS_LINUX)
+std::optional<qint64> machineMemory()
+{
+    return std::nullopt;
+}
+
+MemoryLimit::MemoryLimit(qint64) { }
+
+MemoryLimit::~MemoryLimit() = default;
+
 MemoryGrowthLimit::MemoryGrowthLimit(qint64) { }
 
 MemoryGrowthLimit::~MemoryGrowthLimit() = default;

@@ -27,6 +27,28 @@ std::optional<int> runningThreads();
 std::optional<bool> isMapped(const QString &fileName);
 /// @}
 
+/// The memory of the machine, or of the container that this process is in when that has less, in bytes. Empty where the
+/// system does not tell.
+std::optional<qint64> machineMemory();
+
+/// While it lives, an allocation fails that would give this process more than a number of bytes of memory of its own
+/// altogether, be it used or not. Does nothing where the system, or a sanitizer, does not allow it.
+class MemoryLimit
+{
+public:
+    explicit MemoryLimit(qint64 bytes);
+    ~MemoryLimit();
+
+    /// The limit that holds, which is a lower one when the process had that already. Empty when none does.
+    std::optional<qint64> bytes() const;
+
+private:
+    Q_DISABLE_COPY(MemoryLimit)
+
+    std::optional<qint64> m_bytes;
+    quint64 m_previous = 0;
+};
+
 /// While it lives, an allocation fails that would let this process grow by more than a number of bytes beyond
 /// the size that it had before. Does nothing where the system, or a sanitizer, does not allow it.
 class MemoryGrowthLimit

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <new>
 
 namespace StepHost
 {
@@ -20,6 +21,7 @@ void runStep(Operation &operation, VariableScope &scope, StepResult &result)
     } catch (const std::exception &exception) {
         result.outcome = StepOutcome::Failed;
         result.failure = takenText(QString::fromUtf8(exception.what()));
+        result.ranOutOfMemory = dynamic_cast<const std::bad_alloc *>(&exception) != nullptr;
     } catch (...) {
         result.outcome = StepOutcome::Failed;
         result.failure = QStringLiteral("an exception of unknown type");

@@ -28,6 +28,7 @@ struct StepResult
     StepOutcome outcome = StepOutcome::NotRun;
     QStringList warnings; ///< The lines that it wrote on Qt's warning log.
     QString failure; ///< What a failed step threw.
+    bool ranOutOfMemory = false; ///< Whether that was `std::bad_alloc`.
 };
 
 /// How a run ended.

@@ -1,7 +1,10 @@
 #include "FixturePlugin.h"
 
+#include <QByteArray>
+
 #include <csignal>
 #include <cstdlib>
+#include <vector>
 
 namespace
 {
@@ -36,6 +39,14 @@ void throwNumber()
 void throwWhereNothingMayBeThrown() noexcept
 {
     throwNumber();
+}
+
+// Only under a limit.
+void useUpTheMemory() noexcept
+{
+    std::vector<QByteArray> blocks;
+    for (;;)
+        blocks.push_back(QByteArray(1 << 20, 'x'));
 }
 
 void exitAsIfAllWereWell()
@@ -178,6 +189,7 @@ public:
                 new FatalStep("fixture.crash", writeToNowhere),
                 new FatalStep("fixture.recursion", useUpTheStack),
                 new FatalStep("fixture.noexcept", throwWhereNothingMayBeThrown),
+                new FatalStep("fixture.memory", useUpTheMemory),
                 new FatalStep("fixture.exit", exitAsIfAllWereWell),
                 new FatalStep("fixture.leave", leaveAsIfAllWereWell),
                 new FatalStep("fixture.kill", kill),

@@ -100,6 +100,14 @@ QByteArray scriptOf(const QByteArray &steps)
 {
     return QByteArray("{\"variables\": [") + variables + "], \"steps\": [" + steps + "]}";
 }
+
+// Steps that double the list "few" so many times.
+QByteArray doublings(int times)
+{
+    const QByteArray doubling =
+        R"({"type": "list.merge", "listA": "few", "listB": "few", "targetVar": "few"})";
+    return (doubling + ',').repeated(times - 1) + doubling;
+}
 } // namespace
 
 // How much stepctl and the steps hold, and in how much memory.
@@ -115,12 +123,21 @@ private slots:
     void readsInProportion_data();
     void readsInProportion();
     void tellsWhenMemoryRunsOut();
+    void endsAtTheMemoryLimit_data();
+    void endsAtTheMemoryLimit();
+    void aMemoryLimitThatIsKeptChangesNothing();
     void refusesDeepNesting_data();
     void refusesDeepNesting();
     void stepsHoldDeepLists_data();
     void stepsHoldDeepLists();
 
 private:
+#if defined(Q_OS_LINUX) && !defined(QUILLMAP_SANITIZED)
+    static constexpr bool canLimit = true;
+#else
+    static constexpr bool canLimit = false;
+#endif
+
     // Lets stepctl have as many bytes of memory of its own, and of stack. Returns whether this system can.
     bool limit(qint64 memory, qint64 stack) const
     {
@@ -244,16 +261,62 @@ void TestLimits::tellsWhenMemoryRunsOut()
 {
     if (!limit(64 * mebibyte, usualStack))
         QSKIP(noLimits);
-    const QByteArray doubling =
-        R"({"type": "list.merge", "listA": "few", "listB": "few", "targetVar": "few"})";
-    m_folder->write("script.json", scriptOf((doubling + ',').repeated(29) + doubling));
+    m_folder->write("script.json", scriptOf(doublings(30)));
     m_folder->write("out.txt", "as it was");
     const Run result = m_folder->run({"run", "script.json", "--output", "out.txt"});
     QCOMPARE(result.status, 2);
-    const QRegularExpression line(
-        "^stepctl: step \\d+ \\(list\\.merge\\) threw an exception: std::bad_alloc\n$");
+    const QRegularExpression line("^stepctl: memory ran out, with a limit of 64 MiB, in step \\d+ "
+                                  "\\(list\\.merge\\); nothing was written\n$");
     QVERIFY2(line.match(result.errors).hasMatch(), qPrintable(result.errors));
     QCOMPARE(m_folder->contentOf("out.txt"), QByteArray("as it was"));
+}
+
+void TestLimits::endsAtTheMemoryLimit_data()
+{
+    QTest::addColumn<QByteArray>("script");
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QString>("place");
+    const auto row = [](const char *name, const QByteArray &script, const QStringList &arguments,
+                        const QString &place) {
+        QTest::newRow(name) << script << arguments << place;
+        QTest::newRow(qPrintable(QString("%1, isolated").arg(name)))
+            << script << arguments + QStringList("--isolate") << place;
+    };
+    const QStringList run{"run", "script", "--output", "out.json"};
+    const QByteArray numbers = jsonItems("1", 2 * mebibyte);
+    row("step", scriptOf(doublings(40)), run, "in step \\d+ \\(list\\.merge\\)");
+    row("where nothing may be thrown", R"({"steps": [{"type": "fixture.memory"}]})",
+        run + QStringList{"--plugin", TestPaths::fixture("FatalSteps")}, "in step 1 \\(fixture\\.memory\\)");
+    row("script", numbers, run, "while the script was read");
+    row("script to be converted", numbers, {"convert", "script", "out.json"}, "while the script was read");
+}
+
+void TestLimits::endsAtTheMemoryLimit()
+{
+    QFETCH(QByteArray, script);
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, place);
+    if (!canLimit)
+        QSKIP(noLimits);
+    m_folder->write("script", script);
+    m_folder->write("out.json", "as it was");
+    const Run result = m_folder->run(arguments + QStringList{"--memory-limit", "64M"});
+    QCOMPARE(result.status, 2);
+    const QRegularExpression line("^stepctl: memory ran out, with a limit of 64 MiB, " + place
+                                  + "; nothing was written\n$");
+    QVERIFY2(line.match(result.errors).hasMatch(), qPrintable(result.errors));
+    QCOMPARE(m_folder->contentOf("out.json"), QByteArray("as it was"));
+}
+
+void TestLimits::aMemoryLimitThatIsKeptChangesNothing()
+{
+    if (!canLimit)
+        QSKIP(noLimits);
+    m_folder->write("script.json", scriptOf(tenSteps));
+    const Run result = m_folder->run({"run", "script.json", "--memory-limit", "64m"});
+    QCOMPARE(result.errors, QString());
+    QCOMPARE(result.status, 0);
+    QCOMPARE(result.output, m_folder->run({"run", "script.json"}).output);
 }
 
 void TestLimits::refusesDeepNesting_data()

@@ -358,6 +358,12 @@ void TestStepctlRun::badUsage_data()
         QTest::newRow(qPrintable("time limit of checks \"" + number + '"'))
             << QStringList{"check", "sort.json", "--time-limit", number} << "--time-limit: ";
     }
+    for (const QString size : {"nan", "inf", "-1", "0", "", "abc", "M", "15M", "16777215", "1.5G", "1e9",
+                               "0x1000000", "+512M", "512 M", "512MB", "99999999999999999999", "9000000T"}) {
+        QTest::newRow(qPrintable("memory limit \"" + size + '"'))
+            << QStringList{"run", "sort.json", "--memory-limit", size}
+            << "--memory-limit: not a size of 16 MiB or more, such as 512M or 2G: " + size;
+    }
     for (const QString number : {"nan", "inf", "-1", "0", "1.5", "0x10", "4294967297", ""}) {
         QTest::newRow(qPrintable("jobs \"" + number + '"'))
             << QStringList{"check", "sort.json", "--jobs", number} << "--jobs: ";

@@ -10,6 +10,8 @@
 #include <algorithm>
 #include <cmath>
 #include <iostream>
+#include <limits>
+#include <optional>
 #include <sstream>
 #include <string>
 #include <utility>
@@ -66,6 +68,23 @@ bool readNumber(const QString &text, double &number)
     return isNumber && std::isfinite(number);
 }
 
+// A number of bytes, or of a unit of them.
+std::optional<qint64> readSize(const QString &text)
+{
+    constexpr int bitsOfUnit = 10;
+    const QString units = QStringLiteral("KMGT");
+    const int unit = text.isEmpty() ? -1 : units.indexOf(text.back().toUpper());
+    const QString digits = unit < 0 ? text : text.chopped(1);
+    const int shift = bitsOfUnit * (unit + 1);
+    bool isNumber = false;
+    const qint64 number = digits.toLongLong(&isNumber);
+    const bool hasOnlyDigits =
+        std::all_of(digits.begin(), digits.end(), [](QChar character) { return character.isDigit(); });
+    if (!isNumber || !hasOnlyDigits || number > std::numeric_limits<qint64>::max() >> shift)
+        return std::nullopt;
+    return number << shift;
+}
+
 // CLI11's own numbers may be hexadecimal or octal, and "nan" is in every range for it.
 template<typename Number>
 void addNumberTo(CLI::App &app, const Parameter &parameter, Number least, Number greatest, Number &value)
@@ -120,6 +139,20 @@ void Command::addNumber(const Parameter &parameter, int least, int greatest, int
 void Command::addNumber(const Parameter &parameter, double least, double greatest, double &value)
 {
     addNumberTo(m_app, parameter, least, greatest, value);
+}
+
+void Command::addSize(const Parameter &parameter, qint64 least, std::optional<qint64> &value)
+{
+    const auto check = [least](const std::string &text) {
+        const std::optional<qint64> size = readSize(QString::fromStdString(text));
+        return size.value_or(0) >= least
+            ? std::string()
+            : "not a size of " + shownSize(least).toStdString() + " or more, such as 512M or 2G: " + text;
+    };
+    const auto read = [&value](const std::string &text) { value = readSize(QString::fromStdString(text)); };
+    m_app.add_option_function<std::string>(parameter.name, read, parameter.help)
+        ->type_name(parameter.type)
+        ->check(check);
 }
 
 void Command::addFlag(const char *name, const char *help, bool &value)

@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace CLI
 {
@@ -41,6 +42,9 @@ public:
     /// Adds an option whose value has to be a number from \a least to \a greatest.
     void addNumber(const Parameter &parameter, int least, int greatest, int &value);
     void addNumber(const Parameter &parameter, double least, double greatest, double &value);
+
+    /// Adds an option whose value has to be a size in bytes of at least \a least, such as `4096`, `512M` or `2G`.
+    void addSize(const Parameter &parameter, qint64 least, std::optional<qint64> &value);
 
     void addFlag(const char *name, const char *help, bool &value);
 

@@ -3,6 +3,8 @@
 #include "host/values/OutputFile.h"
 #include "host/values/QuotedText.h"
 
+#include <QLocale>
+
 #include <cstdio>
 #include <exception>
 #include <iostream>
@@ -48,6 +50,11 @@ bool writeResult(const QByteArray &bytes, const QString &fileName)
         say(fileName + QLatin1String(": ") + *written);
     }
     return bool(written);
+}
+
+QString shownSize(qint64 bytes)
+{
+    return QLocale::c().formattedDataSize(bytes, 1).remove(QLatin1String(".0"));
 }
 
 bool isErrorTerminal()

@@ -22,5 +22,8 @@ int refuseExceptions(const std::function<int()> &work);
 /// error if not.
 bool writeResult(const QByteArray &bytes, const QString &fileName);
 
+/// \a bytes for a reader: `512 MiB`, `11.8 GiB`.
+QString shownSize(qint64 bytes);
+
 /// Whether standard error is a terminal that a user may be looking at.
 bool isErrorTerminal();

@@ -4,6 +4,7 @@
 #include "ExitStatus.h"
 #include "Isolation.h"
 
+#include "host/running/ProcessProbe.h"
 #include "host/values/QuotedText.h"
 
 #include <QThread>
@@ -13,6 +14,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
+#include <new>
 
 #ifdef Q_OS_WIN
 #include <io.h>
@@ -48,6 +50,10 @@ char works[2][maxWorkSize];
 std::atomic<const char *> currentWork{works[0]};
 std::atomic<bool> isWatching{false};
 bool isTerminal = false;
+
+// What a line says when memory has run out, which is no time to put it together.
+QByteArray memoryFault;
+std::terminate_handler previousTerminate = nullptr;
 
 int positionOf(int signal)
 {
@@ -87,6 +93,24 @@ void tellOfExit()
         return;
     tell("exit() was called");
     std::_Exit(ExitRefused);
+}
+
+// An exception that got where none may be thrown.
+[[noreturn]] void tellOfTermination()
+{
+    const std::exception_ptr thrown = std::current_exception();
+    try {
+        if (thrown)
+            std::rethrow_exception(thrown);
+    } catch (const std::bad_alloc &) {
+        tell(memoryFault.constData());
+        if (Isolation::isWorker())
+            Isolation::handOver(ExitRefused, QByteArray());
+        std::_Exit(ExitRefused);
+    } catch (...) {
+    }
+    previousTerminate();
+    std::abort();
 }
 
 #ifdef Q_OS_WIN
@@ -160,14 +184,14 @@ void removeHandlers()
 
 FaultWatch::FaultWatch(const QString &work)
 {
-    if (Isolation::isWorker()) {
-        setWork(work);
+    isTerminal = isErrorTerminal();
+    memoryFault = "memory ran out";
+    setWork(work);
+    previousTerminate = std::set_terminate(tellOfTermination);
+    if (Isolation::isWorker())
         return;
-    }
     static const bool isRegistered = std::atexit(tellOfExit) == 0;
     static_cast<void>(isRegistered);
-    isTerminal = isErrorTerminal();
-    setWork(work);
     isWatching = true;
     installHandlers();
 }
@@ -178,6 +202,7 @@ FaultWatch::~FaultWatch()
         m_isOver.release();
         m_clock->wait();
     }
+    std::set_terminate(previousTerminate);
     if (isWatching)
         removeHandlers();
     isWatching = false;
@@ -189,13 +214,29 @@ void FaultWatch::setWork(const QString &work)
     // Each takes six bytes at most, as an escape.
     static_assert(6 * shown < maxWorkSize, "room for the work");
     const QByteArray text = StepHost::inOneLine(work.left(shown)).toUtf8();
-    if (Isolation::isWorker()) {
+    if (Isolation::isWorker())
         Isolation::noteWork(text);
-        return;
-    }
     char *next = currentWork == works[0] ? works[1] : works[0];
     qstrncpy(next, text.constData(), maxWorkSize);
     currentWork = next;
+}
+
+bool FaultWatch::limitMemory(std::optional<qint64> bytes)
+{
+    const std::optional<qint64> machine = StepHost::machineMemory();
+    if (!bytes && !machine)
+        return true;
+    m_memory = std::make_unique<StepHost::MemoryLimit>(bytes ? *bytes : *machine / 2);
+    const std::optional<qint64> limit = m_memory->bytes();
+    if (limit)
+        memoryFault = "memory ran out, with a limit of " + shownSize(*limit).toUtf8() + ',';
+    return limit || !bytes;
+}
+
+int FaultWatch::refuseForMemory() const
+{
+    tell(memoryFault.constData());
+    return ExitRefused;
 }
 
 QString FaultWatch::signalName(int signal)

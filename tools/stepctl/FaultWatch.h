@@ -4,8 +4,14 @@
 #include <QString>
 
 #include <memory>
+#include <optional>
 
 class QThread;
+
+namespace StepHost
+{
+class MemoryLimit;
+}
 
 /// While it lives, tells the user on standard error when a plug-in ends this program or does not let it go on.
 ///
@@ -14,7 +20,8 @@ class QThread;
 /// with ExitRefused after a call of exit(). Nothing may be written to a file or to standard output meanwhile,
 /// and the line says so.
 ///
-/// There may be one object at a time. In a worker of Isolation it only notes the work: whoever started the worker tells.
+/// There may be one object at a time. In a worker of Isolation it tells of memory and only notes the work: of all else
+/// whoever started the worker tells.
 class FaultWatch
 {
 public:
@@ -30,6 +37,16 @@ public:
     /// \a seconds from now on. To be called once at most.
     void limitTime(double seconds);
 
+    /// Lets this process have as many \a bytes of memory as long as this object lives; half of the machine's when none
+    /// are given. Memory that runs out where no exception may be thrown gives a line of the same kind, and ends the
+    /// program with ExitRefused. Returns false, and limits nothing, when a given limit cannot be set. To be called once
+    /// at most.
+    bool limitMemory(std::optional<qint64> bytes);
+
+    /// Tells the user that memory ran out, with the limit. Returns ExitRefused. To be called when what took the memory
+    /// has thrown `std::bad_alloc`.
+    int refuseForMemory() const;
+
     /// What a line calls the end of a process by \a signal, or on Windows by a code, such as `segmentation fault`.
     static QString signalName(int signal);
 
@@ -38,4 +55,5 @@ private:
 
     QSemaphore m_isOver;
     std::unique_ptr<QThread> m_clock;
+    std::unique_ptr<StepHost::MemoryLimit> m_memory;
 };

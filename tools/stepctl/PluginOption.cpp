@@ -17,6 +17,14 @@ void PluginOption::addTo(Command &command)
         "Work in a process of its own, so that every end of it by a plug-in gives status 2 and a\n"
         "line that tells how and where, _exit() and a kill included",
         m_isIsolated);
+    // What the program has before it reads anything.
+    constexpr qint64 least = 16 << 20;
+    command.addSize(
+        {"--memory-limit", "SIZE",
+         "End work that takes more memory, as when a list grows without end, with status 2 and a\n"
+         "line that tells where. In bytes, or in KiB, MiB, GiB or TiB with K, M, G or T behind the\n"
+         "number; half of the machine's memory by default. On Linux"},
+        least, m_memoryLimit);
 }
 
 bool PluginOption::load(StepHost::StepCatalogue &catalogue) const

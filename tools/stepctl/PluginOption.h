@@ -4,9 +4,11 @@
 
 #include <QStringList>
 
+#include <optional>
+
 class Command;
 
-/// The options `--plugin` and `--isolate`, which every subcommand that works with plug-ins has.
+/// The options `--plugin`, `--isolate` and `--memory-limit`, which every subcommand that works with plug-ins has.
 class PluginOption
 {
 public:
@@ -23,7 +25,14 @@ public:
         return m_isIsolated;
     }
 
+    /// The bytes of memory that the work may take; empty when nothing was said.
+    std::optional<qint64> memoryLimit() const
+    {
+        return m_memoryLimit;
+    }
+
 private:
     QStringList m_files;
     bool m_isIsolated = false;
+    std::optional<qint64> m_memoryLimit;
 };

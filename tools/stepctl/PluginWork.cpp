@@ -3,6 +3,8 @@
 #include "Console.h"
 #include "Isolation.h"
 
+#include <new>
+
 namespace
 {
 int makeResult(const PluginWork &work, QByteArray &result)
@@ -10,10 +12,18 @@ int makeResult(const PluginWork &work, QByteArray &result)
     FaultWatch watch(QStringLiteral("while the plug-ins were loaded"));
     if (work.timeLimit > 0 && !Isolation::isWorker())
         watch.limitTime(work.timeLimit);
+    if (!watch.limitMemory(work.plugins.memoryLimit()))
+        return refuse(QStringLiteral("--memory-limit: the memory of a process is not limited here"));
     StepHost::StepCatalogue catalogue;
     if (!work.plugins.load(catalogue))
         return ExitRefused;
-    const int status = refuseExceptions([&] { return work.make(catalogue, watch, result); });
+    const int status = refuseExceptions([&] {
+        try {
+            return work.make(catalogue, watch, result);
+        } catch (const std::bad_alloc &) {
+            return watch.refuseForMemory();
+        }
+    });
     watch.setWork(QStringLiteral("while the plug-ins were unloaded"));
     return status;
 }

@@ -131,6 +131,8 @@ int run(const RunArguments &arguments, const StepCatalogue &catalogue, FaultWatc
     const RunResult result = runWatched(script, scope, watch, !arguments.quiet && isErrorTerminal());
     if (result.end == RunEnd::StepFailed) {
         const std::size_t failed = result.steps.size() - 1 - result.count(StepOutcome::NotRun);
+        if (result.steps[failed].ranOutOfMemory)
+            return watch.refuseForMemory();
         return refuse(QStringLiteral("%1 threw an exception: %2")
                           .arg(stepName(script, failed), result.steps[failed].failure));
     }
@@ -181,7 +183,7 @@ void addRunCommand(CommandLine &commandLine)
     command.addFlag("--quiet", "Show no progress line on a terminal", arguments->quiet);
     command.setFooter(
         "Exit status: 0 every step wrote, 1 a step was skipped,\n"
-        "2 bad usage, bad script, a refused plug-in, a failed step or the end of the time limit.\n"
+        "2 bad usage, bad script, a refused plug-in, a failed step or the end of a limit.\n"
         "When a plug-in crashes, the status is what the system gives a crash, and a line on standard\n"
         "error names the step. Without --isolate, _exit() in a plug-in ends the run with its status and\n"
         "without a line, and so does a kill. The result is written last, or not at all.\n\n"
