@@ -61,7 +61,7 @@ private:
     QByteArray m_errors;
     QElapsedTimer m_elapsed;
     QTimer m_timer;
-    QProcess m_process;
+    ChildProcess m_process;
 };
 
 CheckProcess::CheckProcess(const QString &fileName, const QString &id, const QString &resultFile,

@@ -2,7 +2,6 @@
 
 #include <QDir>
 #include <QFile>
-#include <QProcess>
 #include <QProcessEnvironment>
 
 #if defined(Q_OS_WIN)
@@ -62,7 +61,7 @@ void markProcessTree(QProcessEnvironment &environment, const QString &mark)
     environment.insert(markName, mark);
 }
 
-void endProcessTree(QProcess &process, qint64 processId, const QString &mark)
+void endProcessTree(ChildProcess &process, qint64 processId, const QString &mark)
 {
     process.kill();
 #if !defined(Q_OS_WIN)

@@ -1,12 +1,23 @@
 #pragma once
 
+#include <QProcess>
 #include <QString>
 
-class QProcess;
 class QProcessEnvironment;
 
 namespace StepHost
 {
+/// A process of which it is known whether it was started.
+///
+/// Where the system has no descriptor or no process to spare, a QProcess may say that it is starting, with -1 as its id, and
+/// end every process of the user when it is ended or deleted. Of a derived class Qt starts processes in another way, which
+/// fails as it should.
+class ChildProcess : public QProcess
+{
+public:
+    using QProcess::QProcess;
+};
+
 /// Makes this process the head of a tree of its own: what it starts can be ended together with it. On Linux it
 /// also ends when the program that started it ends. To be called once, before anything else is started.
 void leadProcessTree();
@@ -18,5 +29,5 @@ void markProcessTree(QProcessEnvironment &environment, const QString &mark);
 /// Ends, at once, \a process, which called leadProcessTree() and was started in the environment marked \a
 /// mark, and everything that it started. It may have ended before, \a processId then being what its id was.
 /// Does not wait.
-void endProcessTree(QProcess &process, qint64 processId, const QString &mark);
+void endProcessTree(ChildProcess &process, qint64 processId, const QString &mark);
 } // namespace StepHost

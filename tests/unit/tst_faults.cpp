@@ -57,6 +57,7 @@ private slots:
     void tellsHowAWorkerEnded();
     void aWorkerDoesTheSame_data();
     void aWorkerDoesTheSame();
+    void endsNobodyElse();
     void leavesIgnoredSignalsAlone();
     void aTimeLimitThatIsKeptChangesNothing();
     void aLimitOfFileSizeLeavesTheFile_data();
@@ -238,6 +239,33 @@ void TestFaults::aWorkerDoesTheSame()
     QCOMPARE(apart.output, here.output);
     QCOMPARE(apart.status, here.status);
     QVERIFY(m_folder->contentOf("out.qms") == written);
+}
+
+// Whatever number of files the system lets it open. In a world of its own, where only `sleep` is to suffer.
+void TestFaults::endsNobodyElse()
+{
+#ifdef Q_OS_LINUX
+    m_folder->write("script.json", scriptOfSize(1));
+    const QString commands =
+        "sleep 60 & witness=$!\n"
+        "for limit in $(seq 4 40); do\n"
+        "    (ulimit -n $limit; timeout 60 \"$0\" run script.json --isolate)\n"
+        "    (ulimit -n $limit; timeout 60 \"$0\" check \"$1\" --only library.loads --jobs 1)\n"
+        "done > /dev/null 2>&1\n"
+        "kill -0 $witness && echo alive; kill $witness";
+    QProcess process;
+    process.setWorkingDirectory(m_folder->path());
+    process.start("unshare",
+                  {"--pid", "--fork", "--mount-proc", "--map-root-user", "sh", "-c", commands,
+                   TestPaths::stepctl(), TestPaths::listPlugin()});
+    QVERIFY(process.waitForFinished(200000));
+    const QString errors = QString::fromUtf8(process.readAllStandardError());
+    if (errors.startsWith("unshare: "))
+        QSKIP(qPrintable("no processes apart here: " + errors));
+    QCOMPARE(process.readAllStandardOutput(), QByteArray("alive\n"));
+#else
+    QSKIP("this system starts processes in another way");
+#endif
 }
 
 void TestFaults::leavesIgnoredSignalsAlone()

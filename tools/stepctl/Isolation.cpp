@@ -114,7 +114,7 @@ int runWorker(double timeLimit, QByteArray &result)
     const QString mark = QUuid::createUuid().toString(QUuid::WithoutBraces);
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     StepHost::markProcessTree(environment, mark);
-    QProcess worker;
+    StepHost::ChildProcess worker;
     worker.setProcessEnvironment(environment);
     worker.setInputChannelMode(QProcess::ForwardedInputChannel);
     worker.setProcessChannelMode(QProcess::ForwardedErrorChannel);
