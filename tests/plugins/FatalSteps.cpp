@@ -6,6 +6,12 @@
 #include <cstdlib>
 #include <vector>
 
+#ifndef Q_OS_WIN
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#endif
+
 namespace
 {
 using Fault = void (*)();
@@ -85,6 +91,35 @@ void terminate()
 void abortWhenUnloaded()
 {
     isFatalToUnload = true;
+}
+
+// Starts a process that has neither parent, session nor environment in common with this one. While it lives, it holds the
+// pipe "daemon" of the current folder open.
+void leaveDaemon()
+{
+#ifndef Q_OS_WIN
+    int started[2];
+    if (pipe(started) != 0)
+        return;
+    const pid_t child = fork();
+    if (child == 0) {
+        setsid();
+        if (fork() != 0)
+            _exit(0);
+        fcntl(started[1], F_SETFD, FD_CLOEXEC);
+        const int daemon = open("daemon", O_WRONLY);
+        if (write(daemon, "x", 1) == 1) {
+            char *const none = nullptr;
+            execle("/bin/sleep", "sleep", "60", nullptr, &none);
+        }
+        _exit(1);
+    }
+    close(started[1]);
+    waitpid(child, nullptr, 0);
+    char end;
+    while (read(started[0], &end, 1) < 0) { } // Until it has begun.
+    close(started[0]);
+#endif
 }
 
 class FatalStep : public FixtureStep
@@ -197,6 +232,7 @@ public:
                 new FatalStep("fixture.interrupt", interrupt),
                 new FatalStep("fixture.terminate", terminate),
                 new FatalStep("fixture.unloading", abortWhenUnloaded),
+                new FatalStep("fixture.daemon", leaveDaemon),
                 new FatalSummaryStep("fixture.summary"),
                 new FatalDestructorStep("fixture.destructor"),
                 new FatalSetterStep("fixture.setter")};

@@ -1,3 +1,6 @@
+#ifdef Q_OS_LINUX
+#include "tests/support/DaemonPipe.h"
+#endif
 #include "tests/support/StepctlFolder.h"
 #include "tests/support/TestPaths.h"
 
@@ -6,6 +9,7 @@
 #include <QRegularExpression>
 #include <QtTest>
 
+#include <cstring>
 #include <memory>
 #include <random>
 
@@ -57,6 +61,10 @@ private slots:
     void tellsHowAWorkerEnded();
     void aWorkerDoesTheSame_data();
     void aWorkerDoesTheSame();
+    void leavesNoProcess_data();
+    void leavesNoProcess();
+    void leavesNoProcessWhenItIsEnded_data();
+    void leavesNoProcessWhenItIsEnded();
     void endsNobodyElse();
     void leavesIgnoredSignalsAlone();
     void aTimeLimitThatIsKeptChangesNothing();
@@ -239,6 +247,87 @@ void TestFaults::aWorkerDoesTheSame()
     QCOMPARE(apart.output, here.output);
     QCOMPARE(apart.status, here.status);
     QVERIFY(m_folder->contentOf("out.qms") == written);
+}
+
+void TestFaults::leavesNoProcess_data()
+{
+    QTest::addColumn<QString>("next");
+    QTest::addColumn<QStringList>("options");
+    QTest::addColumn<QString>("errors");
+    const QString left = "stepctl: 1 process that the plug-ins left running was ended\n";
+    const auto row = [&](const char *next, const QString &options, const QString &line) {
+        const QStringList list = options.split(' ', Qt::SkipEmptyParts);
+        QTest::addRow("%s %s", next, qPrintable(options)) << next << list << line;
+    };
+    row("first", "", left);
+    row("first", "--isolate", left);
+    row("daemon", "", "stepctl: 2 processes that the plug-ins left running were ended\n");
+    row("daemon", "--isolate", "stepctl: 2 processes that the plug-ins left running were ended\n");
+    const QString nothing = " in step 2 (fixture.%1); nothing was written\n";
+    row("abort", "", "stepctl: abort" + nothing.arg("abort"));
+    row("exit", "", "stepctl: exit() was called" + nothing.arg("exit"));
+    row("terminate", "", "stepctl: terminated" + nothing.arg("terminate"));
+    row("hang", "--time-limit 0.3", "stepctl: the time limit of 0.3 s ran out" + nothing.arg("hang"));
+    row("leave", "--isolate", left + "stepctl: the process was ended with status 0" + nothing.arg("leave"));
+    row("kill", "--isolate", left + "stepctl: killed" + nothing.arg("kill"));
+    row("hang", "--isolate --time-limit 0.3",
+        left + "stepctl: the time limit of 0.3 s ran out" + nothing.arg("hang"));
+}
+
+void TestFaults::leavesNoProcess()
+{
+#ifdef Q_OS_LINUX
+    QFETCH(QString, next);
+    QFETCH(QStringList, options);
+    QFETCH(QString, errors);
+    const DaemonPipe pipe(m_folder->path());
+    m_folder->write("script.json",
+                    R"({"steps": [{"type": "fixture.daemon"}, {"type": "fixture.)" + next.toUtf8()
+                        + R"("}]})");
+    const Run result = m_folder->run(QStringList{"run", "script.json", "--plugin", fatalSteps} + options);
+    QVERIFY(pipe.wasHeld());
+    QVERIFY(!pipe.isHeld());
+    QCOMPARE(result.errors, errors);
+#else
+    QSKIP("this system does not tell what a process started");
+#endif
+}
+
+void TestFaults::leavesNoProcessWhenItIsEnded_data()
+{
+    QTest::addColumn<QStringList>("options");
+    QTest::addColumn<int>("end");
+#ifdef Q_OS_LINUX
+    for (const int end : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
+        for (const QString option : {"", "--isolate"})
+            QTest::addRow("%s %s", strsignal(end), qPrintable(option))
+                << option.split(' ', Qt::SkipEmptyParts) << end;
+    }
+#endif
+}
+
+void TestFaults::leavesNoProcessWhenItIsEnded()
+{
+#ifdef Q_OS_LINUX
+    QFETCH(QStringList, options);
+    QFETCH(int, end);
+    const DaemonPipe pipe(m_folder->path());
+    m_folder->write("script.json", R"({"steps": [{"type": "fixture.daemon"}, {"type": "fixture.hang"}]})");
+    QProcess process;
+    process.setWorkingDirectory(m_folder->path());
+    process.start(TestPaths::stepctl(), QStringList{"run", "script.json", "--plugin", fatalSteps} + options);
+    QVERIFY(process.waitForStarted(-1));
+    QVERIFY(pipe.waitUntilHeld());
+    QCOMPARE(kill(pid_t(process.processId()), end), 0);
+    QVERIFY(process.waitForFinished(120000));
+    QCOMPARE(process.exitStatus(), QProcess::CrashExit);
+    QCOMPARE(process.exitCode(), end);
+    QVERIFY(!pipe.isHeld());
+    QCOMPARE(process.readAllStandardError().count("stepctl: "), 1);
+    QCOMPARE(files(), QStringList("script.json"));
+#else
+    QSKIP("this system does not tell what a process started");
+#endif
 }
 
 // Whatever number of files the system lets it open. In a world of its own, where only `sleep` is to suffer.

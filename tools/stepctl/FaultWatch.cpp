@@ -5,6 +5,7 @@
 #include "Isolation.h"
 
 #include "host/running/ProcessProbe.h"
+#include "host/running/StartedProcesses.h"
 #include "host/values/QuotedText.h"
 
 #include <QThread>
@@ -37,6 +38,8 @@ const Fault faults[] = {
     {SIGSEGV, "segmentation fault"},
 #ifndef Q_OS_WIN
     {SIGBUS, "bus error"},
+    {SIGHUP, "hung up"},
+    {SIGQUIT, "quit"},
 #endif
     {SIGINT, "interrupted"},
     {SIGTERM, "terminated"},
@@ -63,7 +66,7 @@ int positionOf(int signal)
     return position;
 }
 
-// Writes the line about `fault`. Calls only what a signal handler may call.
+// Writes the line about `fault`, and ends what the plug-ins left running. Calls only what a signal handler may call.
 void tell(const char *fault)
 {
     char line[maxWorkSize + 200];
@@ -85,6 +88,7 @@ void tell(const char *fault)
     const auto written = write(STDERR_FILENO, line, size);
 #endif
     static_cast<void>(written);
+    StepHost::StartedProcesses::end();
 }
 
 void tellOfExit()
@@ -192,6 +196,7 @@ FaultWatch::FaultWatch(const QString &work)
         return;
     static const bool isRegistered = std::atexit(tellOfExit) == 0;
     static_cast<void>(isRegistered);
+    m_started = std::make_unique<StepHost::StartedProcesses>();
     isWatching = true;
     installHandlers();
 }
@@ -203,9 +208,15 @@ FaultWatch::~FaultWatch()
         m_clock->wait();
     }
     std::set_terminate(previousTerminate);
-    if (isWatching)
-        removeHandlers();
+    if (!m_started)
+        return;
+    const int left = StepHost::StartedProcesses::end();
+    removeHandlers();
     isWatching = false;
+    if (left == 1)
+        say(QStringLiteral("1 process that the plug-ins left running was ended"));
+    else if (left > 1)
+        say(QStringLiteral("%1 processes that the plug-ins left running were ended").arg(left));
 }
 
 void FaultWatch::setWork(const QString &work)

@@ -11,6 +11,7 @@ class QThread;
 namespace StepHost
 {
 class MemoryLimit;
+class StartedProcesses;
 }
 
 /// While it lives, tells the user on standard error when a plug-in ends this program or does not let it go on.
@@ -19,6 +20,9 @@ class MemoryLimit;
 /// program was at. Then they take their course: the program ends as it would have without this object, but
 /// with ExitRefused after a call of exit(). Nothing may be written to a file or to standard output meanwhile,
 /// and the line says so.
+///
+/// Processes that the plug-ins left running end with it, or with the program, as StartedProcesses are; when the program
+/// goes on, one line tells how many.
 ///
 /// There may be one object at a time. In a worker of Isolation it tells of memory and only notes the work: of all else
 /// whoever started the worker tells.
@@ -53,6 +57,7 @@ public:
 private:
     Q_DISABLE_COPY(FaultWatch)
 
+    std::unique_ptr<StepHost::StartedProcesses> m_started;
     QSemaphore m_isOver;
     std::unique_ptr<QThread> m_clock;
     std::unique_ptr<StepHost::MemoryLimit> m_memory;

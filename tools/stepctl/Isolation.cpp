@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <optional>
 
 #ifdef Q_OS_WIN
 #include <fcntl.h>
@@ -119,7 +120,7 @@ int runWorker(double timeLimit, QByteArray &result)
     worker.setInputChannelMode(QProcess::ForwardedInputChannel);
     worker.setProcessChannelMode(QProcess::ForwardedErrorChannel);
 
-    const FaultWatch watch(QStringLiteral("while a process of its own did the work"));
+    std::optional<FaultWatch> watch(std::in_place, QStringLiteral("while a process of its own did the work"));
     QElapsedTimer timer;
     timer.start();
     worker.start(QCoreApplication::applicationFilePath(),
@@ -130,8 +131,12 @@ int runWorker(double timeLimit, QByteArray &result)
     while (worker.state() != QProcess::NotRunning && worker.waitForReadyRead(timeLeft()))
         readLines(worker, state);
     const bool isLate = worker.state() != QProcess::NotRunning && !worker.waitForFinished(timeLeft());
-    StepHost::endProcessTree(worker, id, mark);
+    if (isLate)
+        worker.kill();
     worker.waitForFinished(-1);
+    watch.reset();
+    // On systems where the watch does not know what was started.
+    StepHost::endProcessTree(worker, id, mark);
     readLines(worker, state);
     if (!isLate && worker.exitStatus() == QProcess::NormalExit && state.status == worker.exitCode()) {
         result = worker.readAll();
