@@ -1,6 +1,7 @@
 #include "PluginSkeleton.h"
 
 #include "SkeletonNames.h"
+#include "host/values/LeftBehind.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -238,7 +239,11 @@ Result<QStringList> writePluginSkeleton(PluginSkeleton skeleton, const QString &
         return failure(QStringLiteral("%1: there is no such folder").arg(target.absolutePath()));
 
     // Written beside its place and moved there when it is whole. The folder inside has ordinary permissions.
-    const QTemporaryDir temporary(target.absolutePath() + QLatin1String("/.new-plugin-XXXXXX"));
+    const EndsLater endsLater;
+    removeLeftBehind(target.absolutePath());
+    const QTemporaryDir temporary(target.absolutePath() + QLatin1Char('/') + temporaryPrefix()
+                                  + QLatin1String("XXXXXX"));
+    const InUse inUse(temporary.path());
     if (!temporary.isValid())
         return failure(QStringLiteral("%1: %2").arg(target.absolutePath(), temporary.errorString()));
     const QString place = temporary.filePath(target.fileName());

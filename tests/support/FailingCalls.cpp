@@ -1,6 +1,7 @@
 #include "FailingCalls.h"
 
 #include <cerrno>
+#include <csignal>
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
@@ -29,8 +30,10 @@ bool fails(const char *name)
         return false;
     if (const char *mark = std::getenv("FAILING_CALL_MARK"))
         close(int(syscall(SYS_openat, AT_FDCWD, mark, O_CREAT | O_WRONLY, 0600)));
+    if (failure < 0)
+        raise(-failure);
     errno = failure;
-    return true;
+    return failure > 0;
 }
 
 // The function that would be called without this library.
@@ -60,7 +63,7 @@ bool FailingCalls::hasFailed()
 }
 
 extern "C" {
-// The one that Qt calls.
+// The one that Qt calls, and the one that others do.
 int open64(const char *path, int flags, ...)
 {
     va_list arguments;
@@ -70,6 +73,15 @@ int open64(const char *path, int flags, ...)
     if (makesFile(flags) && fails("open"))
         return -1;
     return next<int(const char *, int, ...)>("open64")(path, flags, mode);
+}
+
+int open(const char *path, int flags, ...)
+{
+    va_list arguments;
+    va_start(arguments, flags);
+    const mode_t mode = makesFile(flags) ? va_arg(arguments, mode_t) : 0;
+    va_end(arguments);
+    return open64(path, flags, mode);
 }
 
 ssize_t write(int file, const void *bytes, size_t size)

@@ -5,7 +5,8 @@
 /// fails. For Linux.
 namespace FailingCalls
 {
-/// From now on, the \a n-th call of \a name, counted from 1, fails once with the error number \a error. The names are
+/// From now on, the \a n-th call of \a name, counted from 1, fails once with the error number \a error, or gets the signal
+/// -\a error and goes on. The names are
 /// `open` (for files that it makes), `write`, `fsync` (and fdatasync), `fchown`, `linkat` and `rename`. A call that was
 /// named before is forgotten.
 void fail(const char *name, int n, int error);

@@ -10,6 +10,7 @@
 #include <QtTest>
 
 #include <cerrno>
+#include <csignal>
 #include <cstring>
 #include <memory>
 
@@ -49,6 +50,8 @@ private slots:
     void theFileIsTheOldOneOrTheNewOne_data();
     void theFileIsTheOldOneOrTheNewOne();
     void tellsOfAnOwnerThatIsLost();
+    void leavesNothingForLong_data();
+    void leavesNothingForLong();
 
 private:
     Written write(const QString &writer, const Failure &failure);
@@ -158,6 +161,34 @@ void TestFailingCalls::tellsOfAnOwnerThatIsLost()
     QVERIFY(written.isDone);
     QCOMPARE(written.errors, QString("stepctl: out.json: the old file's group could not be kept\n"));
     QVERIFY(m_folder->contentOf("out.json") != oldContent);
+}
+
+void TestFailingCalls::leavesNothingForLong_data()
+{
+    QTest::addColumn<QString>("writer");
+    QTest::addColumn<int>("signal");
+    QTest::addColumn<int>("left");
+    for (const QString writer : {"run", "convert"}) {
+        QTest::addRow("%s, interrupted", qPrintable(writer)) << writer << SIGINT << 0;
+        QTest::addRow("%s, terminated", qPrintable(writer)) << writer << SIGTERM << 0;
+        QTest::addRow("%s, killed", qPrintable(writer)) << writer << SIGKILL << 1;
+    }
+}
+
+// At the moment when the new file has a name of its own.
+void TestFailingCalls::leavesNothingForLong()
+{
+    QFETCH(QString, writer);
+    QFETCH(int, signal);
+    QFETCH(int, left);
+    const auto leftBehind = [this] {
+        return QDir(m_folder->path()).entryList({".quillmap-*"}, QDir::Files | QDir::Hidden).size();
+    };
+    QVERIFY(!write(writer, {"rename", 1, -signal}).isDone);
+    QCOMPARE(leftBehind(), left);
+    QCOMPARE(m_folder->contentOf("out.json") == oldContent, left > 0);
+    QVERIFY(write(writer, Failure()).isDone);
+    QCOMPARE(files(), (QStringList{"out.json", "script.json"}));
 }
 
 QTEST_GUILESS_MAIN(TestFailingCalls)

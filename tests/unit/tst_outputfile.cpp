@@ -1,10 +1,15 @@
 #include "host/values/OutputFile.h"
+
+#include "host/values/LeftBehind.h"
 #include "tests/support/ErrorOf.h"
 
 #include <QtTest>
 
 #ifdef Q_OS_UNIX
+#include <csignal>
+#include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 #endif
 
@@ -21,6 +26,11 @@ private slots:
     void keepsWhatElseTheFileHas();
     void tellsOfHardLinks();
     void writesWhereALinkLeads();
+    void refuses_data();
+    void refuses();
+    void writesAFileOfTheLongestName();
+    void removesWhatWasLeftBehind();
+    void putsOffTheEnd();
 };
 
 void TestOutputFile::replacesFiles()
@@ -127,6 +137,134 @@ void TestOutputFile::writesWhereALinkLeads()
     }
 #else
     QSKIP("links are another thing on this system");
+#endif
+}
+
+void TestOutputFile::refuses_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("error");
+    QTest::newRow("folder") << "folder"
+                            << "Is a directory";
+    QTest::newRow("link to a folder") << "to-folder"
+                                      << "Is a directory";
+    QTest::newRow("links in a circle") << "circle"
+                                       << "Too many levels of symbolic links";
+    QTest::newRow("missing folder") << "missing/a"
+                                    << "No such file or directory";
+    QTest::newRow("file for a folder") << "file/a"
+                                       << "Not a directory";
+    QTest::newRow("name that is too long") << QString(256, 'n') << "File name too long";
+}
+
+void TestOutputFile::refuses()
+{
+#ifdef Q_OS_UNIX
+    QFETCH(QString, name);
+    QFETCH(QString, error);
+    const QTemporaryDir folder;
+    QVERIFY(QDir(folder.path()).mkdir("folder"));
+    QVERIFY(QFile::link("folder", folder.filePath("to-folder")));
+    QVERIFY(QFile::link("circle", folder.filePath("circle")));
+    QVERIFY(writeOutputFile(folder.filePath("file"), "old"));
+    const auto entries = [&folder] {
+        return QDir(folder.path())
+            .entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::Hidden | QDir::System);
+    };
+    const QStringList before = entries();
+    const Result<QString> written = writeOutputFile(folder.filePath(name), "new");
+    QVERIFY(!written);
+    QCOMPARE(written.error(), error);
+    QCOMPARE(entries(), before);
+#else
+    QSKIP("this system has other errors");
+#endif
+}
+
+void TestOutputFile::writesAFileOfTheLongestName()
+{
+    constexpr int longest = 255;
+    const QTemporaryDir folder;
+    const QString name(longest, 'n');
+    QFile file(folder.filePath(name));
+    if (!file.open(QIODevice::WriteOnly))
+        QSKIP("this system has shorter names");
+    const Result<QString> written = writeOutputFile(folder.filePath(name), "new");
+    QVERIFY2(written, qPrintable(errorOf(written)));
+    QCOMPARE(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden), QStringList(name));
+}
+
+void TestOutputFile::removesWhatWasLeftBehind()
+{
+#ifdef Q_OS_UNIX
+    const QTemporaryDir folder;
+    const auto touch = [&folder](const QString &name) {
+        QFile file(folder.filePath(name));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+    };
+    for (const char *name : {".quillmap-left", ".quillmap-used", ".quillmapped", "a.backup", "quillmap-a"})
+        touch(name);
+    QVERIFY(QDir(folder.path()).mkpath(".quillmap-folder/inner"));
+    QVERIFY(QDir(folder.path()).mkpath(".quillmap-folder-used"));
+    QVERIFY(QFile::link("a.backup", folder.filePath(".quillmap-link")));
+    const bool hasOthers = [&] {
+        touch(".quillmap-other");
+        return chown(QFile::encodeName(folder.filePath(".quillmap-other")).constData(), 1234, 1234) == 0;
+    }();
+    if (!hasOthers)
+        QFile::remove(folder.filePath(".quillmap-other"));
+    {
+        const InUse file(folder.filePath(".quillmap-used"));
+        const InUse place(folder.filePath(".quillmap-folder-used"));
+        QVERIFY(writeOutputFile(folder.filePath("a"), "new"));
+    }
+    const auto entries = [&folder] {
+        QStringList names =
+            QDir(folder.path()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::Hidden, QDir::Name);
+        names.removeOne(".quillmap-other");
+        return names;
+    };
+    QCOMPARE(entries(),
+             (QStringList{".quillmap-folder-used", ".quillmap-link", ".quillmap-used", ".quillmapped", "a",
+                          "a.backup", "quillmap-a"}));
+    QVERIFY(writeOutputFile(folder.filePath("a"), "newer"));
+    QCOMPARE(entries(), (QStringList{".quillmap-link", ".quillmapped", "a", "a.backup", "quillmap-a"}));
+    QCOMPARE(QFile::exists(folder.filePath(".quillmap-other")), hasOthers);
+#else
+    QSKIP("this system leaves other files behind");
+#endif
+}
+
+void TestOutputFile::putsOffTheEnd()
+{
+#ifdef Q_OS_UNIX
+    for (const int signal : {SIGHUP, SIGINT, SIGQUIT, SIGTERM}) {
+        int reached[2];
+        QCOMPARE(pipe(reached), 0);
+        const pid_t child = fork();
+        if (child == 0) {
+            const rlimit none{0, 0};
+            setrlimit(RLIMIT_CORE, &none);
+            ::signal(signal, SIG_DFL);
+            {
+                const EndsLater endsLater;
+                raise(signal);
+                if (write(reached[1], "x", 1) != 1)
+                    _exit(2);
+            }
+            _exit(1);
+        }
+        int status = 0;
+        QCOMPARE(waitpid(child, &status, 0), child);
+        close(reached[1]);
+        char mark = 0;
+        QCOMPARE(read(reached[0], &mark, 1), ssize_t(1));
+        close(reached[0]);
+        QVERIFY(WIFSIGNALED(status));
+        QCOMPARE(WTERMSIG(status), signal);
+    }
+#else
+    QSKIP("this system does not put off signals");
 #endif
 }
 
