@@ -76,15 +76,18 @@ Result<QVariantList> ValueFile::readTable(const QString &fileName)
     });
 }
 
-Result<void> ValueFile::write(const QString &fileName, const QString &text)
+Result<QString> ValueFile::write(const QString &fileName, const QString &text)
 {
     const Result<QString> written = writeOutputFile(fileName, text.toUtf8());
+    const auto named = [&fileName](const QString &message) {
+        return tr("%1: %2").arg(QDir::toNativeSeparators(fileName), message);
+    };
     if (!written)
-        return failure(tr("%1: %2").arg(QDir::toNativeSeparators(fileName), written.error()));
-    return {};
+        return failure(named(written.error()));
+    return written->isEmpty() ? QString() : named(*written);
 }
 
-Result<void> ValueFile::writeList(const QString &fileName, const QVariantList &list)
+Result<QString> ValueFile::writeList(const QString &fileName, const QVariantList &list)
 {
     QVector<QStringList> rows;
     rows.reserve(list.size());
@@ -104,7 +107,7 @@ Result<void> ValueFile::writeList(const QString &fileName, const QVariantList &l
     return write(fileName, text);
 }
 
-Result<void> ValueFile::writeTable(const QString &fileName, const QVariantList &rows)
+Result<QString> ValueFile::writeTable(const QString &fileName, const QVariantList &rows)
 {
     QVector<QStringList> texts;
     texts.reserve(rows.size());

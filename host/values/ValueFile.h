@@ -29,14 +29,14 @@ public:
     /// Reads \a fileName as a table: its rows, or one row of a single cell for each line.
     static Result<QVariantList> readTable(const QString &fileName);
 
-    /// Writes \a list, one item a line. An item with a line break is refused for the form Lines, which would
-    /// read it back as two.
-    static Result<void> writeList(const QString &fileName, const QVariantList &list);
+    /// Writes \a list, one item a line, as writeOutputFile() does. An item with a line break is refused for the form
+    /// Lines, which would read it back as two. Returns a remark for the user as that does, with the file's name.
+    static Result<QString> writeList(const QString &fileName, const QVariantList &list);
 
-    /// Writes the rows \a rows, as readTable() reads them back.
-    static Result<void> writeTable(const QString &fileName, const QVariantList &rows);
+    /// Writes the rows \a rows, as readTable() reads them back. Returns a remark for the user or an empty text, too.
+    static Result<QString> writeTable(const QString &fileName, const QVariantList &rows);
 
 private:
-    static Result<void> write(const QString &fileName, const QString &text);
+    static Result<QString> write(const QString &fileName, const QString &text);
 };
 } // namespace StepHost

@@ -7,6 +7,9 @@
 
 #include "host/plugins/StepCatalogue.h"
 #include "host/scripts/BinaryScript.h"
+#ifdef Q_OS_LINUX
+#include "tests/support/DaemonPipe.h"
+#endif
 #include "tests/support/ErrorOf.h"
 #include "tests/support/FixtureStep.h"
 #include "tests/support/TestPaths.h"
@@ -15,6 +18,10 @@
 #include <QMimeData>
 #include <QSemaphore>
 #include <QtTest>
+
+#ifdef Q_OS_UNIX
+#include <unistd.h>
+#endif
 
 using namespace Workbench;
 
@@ -74,6 +81,7 @@ private slots:
     void savesAndOpens_data();
     void savesAndOpens();
     void saveKeepsTheOldFile();
+    void saveTellsWhatItCouldNotKeep();
     void openRefusesAndChangesNothing_data();
     void openRefusesAndChangesNothing();
 
@@ -88,6 +96,7 @@ private slots:
     void stepsThatThrow();
     void textsWithoutBound();
     void textsThatDeceive();
+    void endsWhatStepsLeftRunning();
 
 private:
     void place(ScriptDocument &document, std::initializer_list<const char *> targets) const;
@@ -699,6 +708,51 @@ void TestWorkbenchScript::textsThatDeceive()
     const QModelIndex step = document.model().index(0);
     QCOMPARE(step.data().toString(), QString("a\\u202eb"));
     QCOMPARE(step.data(Qt::ToolTipRole).toString(), QString("a\\u2066b\\u001b"));
+}
+
+void TestWorkbenchScript::saveTellsWhatItCouldNotKeep()
+{
+#ifdef Q_OS_UNIX
+    const QTemporaryDir folder;
+    const QString fileName = folder.filePath("script.json");
+    ScriptDocument document(m_catalogue);
+    QSignalSpy remarked(&document, &ScriptDocument::remarked);
+    QCOMPARE(document.save(fileName), QString());
+    QCOMPARE(remarked.size(), 0);
+    QCOMPARE(::link(QFile::encodeName(fileName).constData(), QFile::encodeName(fileName + "2").constData()),
+             0);
+    QCOMPARE(document.save(fileName), QString());
+    QCOMPARE(remarked.size(), 1);
+    QCOMPARE(remarked.first().first().toString(), fileName + ": the old file's hard links could not be kept");
+#else
+    QSKIP("what a hard link is differs on this system");
+#endif
+}
+
+void TestWorkbenchScript::endsWhatStepsLeftRunning()
+{
+#ifdef Q_OS_LINUX
+    const QTemporaryDir folder;
+    const DaemonPipe pipe(folder.path());
+    const QString before = QDir::currentPath();
+    QVERIFY(QDir::setCurrent(folder.path()));
+    StepHost::StepCatalogue catalogue;
+    QVERIFY(catalogue.addPlugin(TestPaths::fixture("FatalSteps")));
+    ScriptDocument document(catalogue);
+    document.placeStep("fixture.daemon", 0);
+    LogModel log;
+    RunSession session(document, log);
+    session.runAll();
+    waitForEnd(session);
+    QVERIFY(QDir::setCurrent(before));
+    QVERIFY(pipe.wasHeld());
+    QVERIFY(!pipe.isHeld());
+    QCOMPARE(log.rowCount(), 2);
+    QVERIFY2(log.index(1, LogModel::MessageColumn).data().toString().contains("that the steps left running"),
+             qPrintable(log.index(1, LogModel::MessageColumn).data().toString()));
+#else
+    QSKIP("this system does not tell what a process started");
+#endif
 }
 
 QTEST_MAIN(TestWorkbenchScript)

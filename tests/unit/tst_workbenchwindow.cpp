@@ -39,6 +39,10 @@
 #include <QTreeView>
 #include <QtTest>
 
+#ifdef Q_OS_UNIX
+#include <unistd.h>
+#endif
+
 using namespace Workbench;
 
 namespace
@@ -916,6 +920,14 @@ void TestWorkbenchWindow::speaksChinese()
     QVERIFY(!written);
     QVERIFY(written.error().startsWith(QString::fromUtf8("第 0 项含有换行")));
     QVERIFY(m_window->document().save("no folder/a").startsWith(QString::fromUtf8("no folder/a：")));
+#ifdef Q_OS_UNIX
+    const QByteArray file = QFile::encodeName(m_folder->filePath("linked.json"));
+    QCOMPARE(m_window->document().save(file), QString());
+    QCOMPARE(::link(file.constData(), (file + '2').constData()), 0);
+    QCOMPARE(m_window->document().save(file), QString());
+    QCOMPARE(m_window->log().index(0, LogModel::MessageColumn).data().toString(),
+             QString::fromUtf8(file + "：未能保留原文件的硬链接"));
+#endif
     for (QObject *child : qApp->children()) {
         if (!before.contains(child))
             delete child;

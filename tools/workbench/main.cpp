@@ -1,5 +1,7 @@
 #include "host/plugins/PluginSearch.h"
 #include "host/plugins/StepCatalogue.h"
+#include "host/running/StartedProcesses.h"
+#include "host/values/QuotedText.h"
 #include "tools/workbench/look/Language.h"
 #include "tools/workbench/window/MainWindow.h"
 
@@ -13,7 +15,7 @@ namespace
 {
 int refuse(const QString &reason)
 {
-    QTextStream(stderr) << "workbench: " << reason << '\n';
+    QTextStream(stderr) << "workbench: " << StepHost::messageLine(reason) << '\n';
     return 2;
 }
 

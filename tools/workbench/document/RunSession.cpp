@@ -4,11 +4,13 @@
 #include "ScriptDocument.h"
 #include "ScriptModel.h"
 #include "host/plugins/StepTexts.h"
+#include "host/running/StartedProcesses.h"
 
 #include <QHash>
 #include <QThread>
 
 #include <atomic>
+#include <optional>
 
 namespace Workbench
 {
@@ -28,6 +30,7 @@ struct RunSession::Run
     std::atomic<int> done{0};
     std::atomic<bool> shouldStop{false};
     QElapsedTimer clock;
+    std::optional<StepHost::StartedProcesses> started{std::in_place};
     std::unique_ptr<QThread> thread;
 
     ~Run()
@@ -136,10 +139,14 @@ void RunSession::finish()
         return;
     m_progressTimer.stop();
     const std::unique_ptr<Run> run = std::move(m_run);
+    const int left = StepHost::StartedProcesses::end();
+    run->started.reset();
     m_document.model().setRunningRow(-1);
     m_after = run->variables;
     m_hasResult = true;
     report(*run);
+    if (left > 0)
+        m_log.appendWarning(tr("%n process(es) that the steps left running were ended", nullptr, left));
     emit changed();
 }
 

@@ -2,6 +2,7 @@
 
 #include "ScriptDocument.h"
 #include "ScriptModel.h"
+#include "tools/workbench/look/ToolTipText.h"
 
 #include <algorithm>
 
@@ -9,7 +10,7 @@ namespace Workbench
 {
 InsertStepsCommand::InsertStepsCommand(ScriptDocument &document, int row,
                                        std::vector<StepHost::ScriptStep> steps, const QString &text)
-    : QUndoCommand(text), m_document(document), m_row(row), m_count(int(steps.size())),
+    : QUndoCommand(menuText(text)), m_document(document), m_row(row), m_count(int(steps.size())),
       m_steps(std::move(steps))
 {
 }
@@ -29,7 +30,7 @@ void InsertStepsCommand::undo()
 }
 
 RemoveStepsCommand::RemoveStepsCommand(ScriptDocument &document, const QList<int> &rows, const QString &text)
-    : QUndoCommand(text), m_document(document), m_rows(rows)
+    : QUndoCommand(menuText(text)), m_document(document), m_rows(rows)
 {
 }
 
@@ -50,7 +51,7 @@ void RemoveStepsCommand::undo()
 
 MoveStepsCommand::MoveStepsCommand(ScriptDocument &document, const QList<int> &rows, int target,
                                    const QString &text)
-    : QUndoCommand(text), m_document(document)
+    : QUndoCommand(menuText(text)), m_document(document)
 {
     // Those above the target from the last, those below it from the first: so no move changes the row of one
     // that is still to come.
@@ -85,7 +86,7 @@ void MoveStepsCommand::undo()
 
 EnableStepsCommand::EnableStepsCommand(ScriptDocument &document, const QList<int> &rows, bool enabled,
                                        const QString &text)
-    : QUndoCommand(text), m_document(document), m_rows(rows), m_enabled(enabled)
+    : QUndoCommand(menuText(text)), m_document(document), m_rows(rows), m_enabled(enabled)
 {
 }
 
@@ -107,7 +108,7 @@ void EnableStepsCommand::undo()
 
 ChangeSettingCommand::ChangeSettingCommand(ScriptDocument &document, int row, const QString &property,
                                            const QVariant &value, const QString &text)
-    : QUndoCommand(text), m_document(document), m_row(row), m_property(property),
+    : QUndoCommand(menuText(text)), m_document(document), m_row(row), m_property(property),
       m_before(document.model().step(row).property(property.toUtf8().constData())), m_after(value)
 {
 }
@@ -145,7 +146,7 @@ void ChangeSettingCommand::undo()
 
 ChangeVariablesCommand::ChangeVariablesCommand(ScriptDocument &document, const VariableScope &variables,
                                                const QString &text)
-    : QUndoCommand(text), m_document(document), m_before(document.variables()), m_after(variables)
+    : QUndoCommand(menuText(text)), m_document(document), m_before(document.variables()), m_after(variables)
 {
 }
 

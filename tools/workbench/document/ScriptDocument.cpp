@@ -215,6 +215,8 @@ QString ScriptDocument::save(const QString &fileName)
     m_fileName = QFileInfo(fileName).absoluteFilePath();
     m_undoStack.setClean();
     emit fileNameChanged();
+    if (!saved->isEmpty())
+        emit remarked(tr("%1: %2").arg(QDir::toNativeSeparators(fileName), *saved));
     return QString();
 }
 

@@ -74,7 +74,7 @@ public:
     QString open(const QString &fileName);
 
     /// Saves the script as \a fileName, in binary form when the suffix is that of the binary form, else in JSON.
-    /// A file of that name is replaced whole or not at all.
+    /// A file of that name is replaced whole or not at all; remarked() tells what it could not keep.
     /// \return an empty text, or why it cannot be written.
     QString save(const QString &fileName);
 
@@ -88,6 +88,8 @@ signals:
     void touched(int row, int count);
     /// An edit was not carried out, for \a reason.
     void refused(const QString &reason);
+    /// What was asked for is done, and the user should know \a remark.
+    void remarked(const QString &remark);
 
 private:
     friend class ChangeVariablesCommand;

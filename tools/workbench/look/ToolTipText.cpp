@@ -1,5 +1,7 @@
 #include "ToolTipText.h"
 
+#include "host/values/QuotedText.h"
+
 #include <QTextDocument>
 
 namespace Workbench
@@ -16,7 +18,12 @@ QString shortened(const QString &text)
 
 QString toolTipText(const QString &text)
 {
-    const QString shown = shortened(text);
+    const QString shown = StepHost::inLines(shortened(text));
     return Qt::mightBeRichText(shown) ? Qt::convertFromPlainText(shown) : shown;
+}
+
+QString menuText(const QString &text)
+{
+    return StepHost::inOneLine(shortened(text)).replace(QLatin1Char('&'), QLatin1String("&&"));
 }
 } // namespace Workbench

@@ -1,5 +1,7 @@
 #include "ChoiceEditor.h"
 
+#include "host/values/QuotedText.h"
+
 #include <QComboBox>
 #include <QHBoxLayout>
 
@@ -8,7 +10,8 @@ namespace Workbench
 ChoiceEditor::ChoiceEditor(const QStringList &choices, QWidget *parent)
     : PropertyEditor(parent), m_combo(new QComboBox)
 {
-    m_combo->addItems(choices);
+    for (const QString &choice : choices)
+        m_combo->addItem(StepHost::inOneLine(choice));
     auto *layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_combo);

@@ -7,6 +7,7 @@
 #include "TextEditor.h"
 #include "VariableNameEditor.h"
 #include "host/plugins/EditorSchema.h"
+#include "host/values/QuotedText.h"
 
 namespace Workbench
 {
@@ -17,6 +18,13 @@ void PropertyEditor::setVariables(const VariableScope &) { }
 QString PropertyEditor::hint() const
 {
     return QString();
+}
+
+QString PropertyEditor::hintOfUnseen(const QString &text)
+{
+    return StepHost::inOneLine(text) == text
+        ? QString()
+        : tr("Some characters are not seen in the field: %1").arg(StepHost::quoted(text));
 }
 
 namespace

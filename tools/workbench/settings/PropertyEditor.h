@@ -35,6 +35,10 @@ public:
 signals:
     /// The user changed the value.
     void edited();
+
+protected:
+    /// Says of \a text, which is being edited as it is, what cannot be seen of it; empty when all of it can.
+    static QString hintOfUnseen(const QString &text);
 };
 
 /// A new editor of the kind that \a setting asks for, which shows \a value. It belongs to \a parent.

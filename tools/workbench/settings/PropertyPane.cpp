@@ -102,9 +102,9 @@ void PropertyPane::addRow(const StepHost::SettingSchema &setting, QVBoxLayout *l
     row.hint = newTextLabel(QString());
     row.hint->setForegroundRole(QPalette::PlaceholderText);
     row.hint->setMinimumWidth(1);
-    const QString labelText = StepHost::inLines(setting.label.isEmpty() ? setting.property : setting.label);
+    const QString labelText = menuText(setting.label.isEmpty() ? setting.property : setting.label);
     auto *label = newTextLabel(labelText);
-    label->setToolTip(setting.property);
+    label->setToolTip(toolTipText(setting.property));
     label->setBuddy(row.editor);
     row.editor->focusProxy()->setAccessibleName(labelText);
 
@@ -147,7 +147,7 @@ void PropertyPane::updateRows()
     for (const Row &row : qAsConst(m_rows)) {
         row.widget->setVisible(StepHost::isVisible(row.setting, *m_step));
         const QString hint = row.editor->hint();
-        row.hint->setText(hint);
+        row.hint->setText(StepHost::inLines(shortened(hint)));
         row.hint->setVisible(!hint.isEmpty());
     }
 }

@@ -2,7 +2,9 @@
 
 #include "host/scripts/References.h"
 #include "host/values/VariableName.h"
+#include "tools/workbench/look/ShownTextDelegate.h"
 
+#include <QAbstractItemView>
 #include <QLineEdit>
 #include <QStringListModel>
 
@@ -15,6 +17,7 @@ ReferenceCompleter::ReferenceCompleter(QLineEdit *edit)
     setCaseSensitivity(Qt::CaseInsensitive);
     setCompletionMode(QCompleter::PopupCompletion);
     edit->setCompleter(this);
+    popup()->setItemDelegate(new ShownTextDelegate(this));
     connect(edit, &QLineEdit::textEdited, this, &ReferenceCompleter::update);
 }
 

@@ -49,6 +49,6 @@ QString TextEditor::hint() const
     if (!value().isValid())
         return tr("This is no value of the type “%1”; the setting keeps its old one.")
             .arg(QLatin1String(QMetaType::typeName(m_type)));
-    return QString();
+    return hintOfUnseen(m_edit->text());
 }
 } // namespace Workbench

@@ -2,7 +2,9 @@
 
 #include "UndoRelay.h"
 #include "host/values/VariableName.h"
+#include "tools/workbench/look/ShownTextDelegate.h"
 
+#include <QAbstractItemView>
 #include <QComboBox>
 #include <QCompleter>
 #include <QHBoxLayout>
@@ -19,6 +21,8 @@ VariableNameEditor::VariableNameEditor(StepHost::VariableKind kind, QWidget *par
     m_combo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     m_combo->setMinimumContentsLength(8);
     m_combo->completer()->setCompletionMode(QCompleter::PopupCompletion);
+    m_combo->completer()->popup()->setItemDelegate(new ShownTextDelegate(this));
+    m_combo->setItemDelegate(new ShownTextDelegate(this));
     auto *layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_combo);
@@ -70,6 +74,6 @@ QString VariableNameEditor::hint() const
         return tr("There is no variable “%1” yet.").arg(name);
     if (m_kind == StepHost::VariableKind::List && !StepHost::isOfKind(m_variables.typeOf(name), m_kind))
         return tr("“%1” is not a list.").arg(name);
-    return QString();
+    return hintOfUnseen(name);
 }
 } // namespace Workbench

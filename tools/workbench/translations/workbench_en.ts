@@ -12,6 +12,16 @@
     </message>
 </context>
 <context>
+    <name>Workbench::RunSession</name>
+    <message numerus="yes">
+        <source>%n process(es) that the steps left running were ended</source>
+        <translation>
+            <numerusform>%n process that the steps left running was ended</numerusform>
+            <numerusform>%n processes that the steps left running were ended</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>Workbench::ScriptDocument</name>
     <message numerus="yes">
         <source>Paste %n step(s)</source>

@@ -13,6 +13,33 @@
     </message>
 </context>
 <context>
+    <name>StepHost::FileReplacement</name>
+    <message>
+        <source>group</source>
+        <translation>所属组</translation>
+    </message>
+    <message>
+        <source>owner</source>
+        <translation>所有者</translation>
+    </message>
+    <message>
+        <source>mode</source>
+        <translation>权限</translation>
+    </message>
+    <message>
+        <source>hard links</source>
+        <translation>硬链接</translation>
+    </message>
+    <message>
+        <source>the old file&apos;s %1 could not be kept</source>
+        <translation>未能保留原文件的%1</translation>
+    </message>
+    <message>
+        <source> and </source>
+        <translation>和</translation>
+    </message>
+</context>
+<context>
     <name>StepHost::ItemValue</name>
     <message>
         <source>“%1” is not a list such as [1, &quot;a&quot;, true]: %2</source>
@@ -372,6 +399,13 @@
     </message>
 </context>
 <context>
+    <name>Workbench::PropertyEditor</name>
+    <message>
+        <source>Some characters are not seen in the field: %1</source>
+        <translation>输入框中有看不见的字符：%1</translation>
+    </message>
+</context>
+<context>
     <name>Workbench::PropertyPane</name>
     <message>
         <source>Select a step to see its settings.</source>
@@ -410,6 +444,12 @@
     <message>
         <source>Run ended by a step that failed: %1</source>
         <translation>运行因步骤出错而结束：%1</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n process(es) that the steps left running were ended</source>
+        <translation>
+            <numerusform>步骤遗留的 %n 个进程已被结束</numerusform>
+        </translation>
     </message>
 </context>
 <context>

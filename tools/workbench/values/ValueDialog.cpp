@@ -3,10 +3,12 @@
 #include "ListValueModel.h"
 #include "ModelRows.h"
 #include "TableValueModel.h"
+#include "host/values/QuotedText.h"
 #include "host/values/ValueFile.h"
 #include "tools/workbench/look/ChoiceDelegate.h"
 #include "tools/workbench/look/Colors.h"
 #include "tools/workbench/look/ThemedIcon.h"
+#include "tools/workbench/look/ToolTipText.h"
 #include "tools/workbench/look/TypeNames.h"
 
 #include <QAction>
@@ -45,7 +47,8 @@ QVector<ChoiceDelegate::Choice> kindChoices()
 ValueDialog::ValueDialog(const QString &name, VarType type, const QVariantList &value, QWidget *parent)
     : QDialog(parent), m_type(type), m_view(new QTableView), m_count(new QLabel), m_message(new QLabel)
 {
-    setWindowTitle(type == VarType::Table ? tr("Table “%1”").arg(name) : tr("List “%1”").arg(name));
+    const QString shownName = StepHost::inOneLine(shortened(name));
+    setWindowTitle(type == VarType::Table ? tr("Table “%1”").arg(shownName) : tr("List “%1”").arg(shownName));
     if (type == VarType::Table) {
         m_table = new TableValueModel(this);
         m_model = m_table;
@@ -262,12 +265,12 @@ void ValueDialog::exportFile(const QString &fileName)
 {
     const auto written = m_list ? ValueFile::writeList(fileName, m_list->items())
                                 : ValueFile::writeTable(fileName, m_table->rows());
-    showMessage(written ? QString() : written.error());
+    showMessage(written ? *written : written.error());
 }
 
 void ValueDialog::showMessage(const QString &message)
 {
-    m_message->setText(message);
+    m_message->setText(StepHost::inLines(shortened(message)));
     m_message->setVisible(!message.isEmpty());
 }
 

@@ -7,6 +7,7 @@
 #include "host/values/QuotedText.h"
 #include "tools/workbench/document/ScriptModel.h"
 #include "tools/workbench/look/ThemedIcon.h"
+#include "tools/workbench/look/ToolTipText.h"
 #include "tools/workbench/settings/PropertyPane.h"
 #include "tools/workbench/variables/VariablesPane.h"
 
@@ -261,6 +262,8 @@ void MainWindow::connectPanes()
     connect(&m_document, &ScriptDocument::variablesChanged, this,
             [this] { m_properties->setVariables(m_document.variables()); });
     connect(&m_document, &ScriptDocument::refused, this, &MainWindow::showMessage);
+    connect(&m_document, &ScriptDocument::remarked, &m_log,
+            [this](const QString &remark) { m_log.appendWarning(remark); });
     connect(m_variables, &VariablesPane::refused, this, &MainWindow::showMessage);
     connect(&m_document, &ScriptDocument::fileNameChanged, this, &MainWindow::showFileName);
     connect(&m_document.undoStack(), &QUndoStack::cleanChanged, this,
@@ -369,7 +372,8 @@ void MainWindow::showRecentFiles()
     m_recentMenu->clear();
     const QStringList paths = m_recentFiles.paths();
     for (const QString &path : paths)
-        m_recentMenu->addAction(QDir::toNativeSeparators(path), this, [this, path] { openFile(path); });
+        m_recentMenu->addAction(menuText(QDir::toNativeSeparators(path)), this,
+                                [this, path] { openFile(path); });
     if (m_recentMenu->isEmpty())
         m_recentMenu->addAction(tr("None yet"))->setEnabled(false);
 }
@@ -378,8 +382,10 @@ void MainWindow::showFileName()
 {
     const QString fileName = m_document.fileName();
     setWindowFilePath(fileName);
-    setWindowTitle(tr("%1[*] – Quillmap workbench")
-                       .arg(fileName.isEmpty() ? tr("New script") : QFileInfo(fileName).fileName()));
+    // Twice, the mark of a changed script is a part of a name.
+    const QString name = StepHost::inOneLine(QFileInfo(fileName).fileName())
+                             .replace(QLatin1String("[*]"), QLatin1String("[*][*]"));
+    setWindowTitle(tr("%1[*] – Quillmap workbench").arg(fileName.isEmpty() ? tr("New script") : name));
     setWindowModified(!m_document.undoStack().isClean());
 }
 
@@ -412,13 +418,14 @@ void MainWindow::showProgress(int done, int total)
 
 void MainWindow::showMessage(const QString &message)
 {
-    statusBar()->showMessage(message, messageTimeMs);
+    statusBar()->showMessage(StepHost::inOneLine(shortened(message)), messageTimeMs);
 }
 
 void MainWindow::showError(const QString &title, const QString &error)
 {
     m_log.appendWarning(error);
-    QMessageBox box(QMessageBox::Warning, title, StepHost::inLines(error), QMessageBox::NoButton, this);
+    QMessageBox box(QMessageBox::Warning, title, StepHost::inLines(shortened(error)), QMessageBox::NoButton,
+                    this);
     box.setTextFormat(Qt::PlainText);
     box.addButton(tr("OK"), QMessageBox::AcceptRole);
     box.exec();

@@ -6,6 +6,7 @@
 #include "host/values/QuotedText.h"
 #include "tools/workbench/document/StepMime.h"
 #include "tools/workbench/look/ThemedIcon.h"
+#include "tools/workbench/look/ToolTipText.h"
 
 #include <QMimeData>
 
@@ -35,7 +36,7 @@ PaletteModel::PaletteModel(const StepHost::StepCatalogue &catalogue, QObject *pa
         item->setData(prototype.typeId(), TypeIdRole);
         item->setData(QStringList{entry.category, name, prototype.typeId()}.join(QLatin1Char('\n')),
                       SearchRole);
-        item->setToolTip(QStringLiteral("%1\n%2").arg(name, prototype.typeId()));
+        item->setToolTip(toolTipText(name + QLatin1Char('\n') + prototype.typeId()));
         category->appendRow(item);
     }
 }
