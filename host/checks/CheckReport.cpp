@@ -68,12 +68,12 @@ QString seconds(qint64 milliseconds)
     return QString::number(double(milliseconds) / 1000, 'f', 3);
 }
 
-// XML has no place for most control characters, nor for halves of surrogate pairs.
+// In one line there are no control characters nor halves of surrogate pairs, and XML has no place for these two either.
 QString xmlText(const QString &text)
 {
-    QString result = QString::fromUtf8(text.toUtf8());
+    QString result = inOneLine(text);
     for (QChar &c : result) {
-        if (c < QLatin1Char(' ') || c == QChar(0xfffe) || c == QChar(0xffff))
+        if (c == QChar(0xfffe) || c == QChar(0xffff))
             c = QChar::ReplacementCharacter;
     }
     return result;
@@ -161,7 +161,7 @@ QString textReport(const QVector<PluginReport> &reports)
 {
     QString text;
     for (const PluginReport &report : reports) {
-        text += inOneLine(report.fileName) + QLatin1Char('\n');
+        text += messageLine(report.fileName) + QLatin1Char('\n');
         for (const CheckResult &result : report.results) {
             text += QStringLiteral("  %1 %2").arg(outcomeWord(result.outcome), -9).arg(result.id);
             if (!result.reason.isEmpty())

@@ -2,6 +2,7 @@
 
 #include "host/running/ProcessTree.h"
 #include "host/values/JsonWriter.h"
+#include "host/values/QuotedText.h"
 
 #include <QElapsedTimer>
 #include <QEventLoop>
@@ -126,7 +127,7 @@ void CheckProcess::readErrors()
 void CheckProcess::finish(CheckOutcome outcome, const QString &reason)
 {
     m_timer.stop();
-    m_done({m_id, outcome, reason, m_elapsed.elapsed()});
+    m_done({m_id, outcome, messageLine(reason), m_elapsed.elapsed()});
 }
 
 void CheckProcess::finishEnded(int exitCode, QProcess::ExitStatus status)

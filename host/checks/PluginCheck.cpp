@@ -76,7 +76,8 @@ CheckResult runPluginCheck(const PluginCheck &check, const QString &fileName, co
     // Outlives what the check throws, which may be of a class that only the plug-in knows.
     CheckContext context(fileName, renderer);
     const CheckEnd end = endOf([&] { check.run(context); });
-    return {check.id, end.outcome, end.reason, timer.elapsed()};
+    // Much of a reason may be what the plug-in says.
+    return {check.id, end.outcome, messageLine(end.reason), timer.elapsed()};
 }
 
 void fail(const QString &reason)

@@ -1,5 +1,7 @@
 #include "PluginLoader.h"
 
+#include "host/values/QuotedText.h"
+
 #include <QFileInfo>
 #include <QJsonObject>
 #include <QSet>
@@ -31,8 +33,8 @@ Verdict vetFile(const QPluginLoader &loader, const QString &fileName)
     const QString interfaceId = metaData.value(QLatin1String("IID")).toString();
     if (interfaceId != QLatin1String(IOperationPlugin_iid)) {
         return refuse(PluginRefusal::WrongInterface,
-                      QStringLiteral("its interface id is \"%1\", a step plug-in has \"%2\"")
-                          .arg(interfaceId, QLatin1String(IOperationPlugin_iid)));
+                      QStringLiteral("its interface id is %1, a step plug-in has \"%2\"")
+                          .arg(quoted(interfaceId), QLatin1String(IOperationPlugin_iid)));
     }
     return {};
 }
@@ -52,8 +54,8 @@ Verdict vetContract(const IOperationPlugin &plugin, const PluginManifest &manife
     for (const QString &capability : needed) {
         if (!knownCapabilities().contains(capability)) {
             return refuse(PluginRefusal::UnknownCapability,
-                          QStringLiteral("it needs the host capability \"%1\", this host has \"%2\"")
-                              .arg(capability, knownCapabilities().join(QLatin1String("\", \""))));
+                          QStringLiteral("it needs the host capability %1, this host has \"%2\"")
+                              .arg(quoted(capability), knownCapabilities().join(QLatin1String("\", \""))));
         }
     }
     return {};
@@ -92,13 +94,13 @@ Verdict vetTypeIds(const QList<Operation *> &prototypes, const QString &prefix)
                               .arg(QLatin1String(prototype->metaObject()->className())));
         }
         if (!typeId.startsWith(prefix)) {
-            return refuse(
-                PluginRefusal::ForeignTypeId,
-                QStringLiteral("its step \"%1\" is outside its own prefix \"%2\"").arg(typeId, prefix));
+            return refuse(PluginRefusal::ForeignTypeId,
+                          QStringLiteral("its step %1 is outside its own prefix %2")
+                              .arg(quoted(typeId), quoted(prefix)));
         }
         if (known.contains(typeId)) {
             return refuse(PluginRefusal::DuplicateTypeId,
-                          QStringLiteral("it has two steps of type \"%1\"").arg(typeId));
+                          QStringLiteral("it has two steps of type %1").arg(quoted(typeId)));
         }
         known.insert(typeId);
     }
@@ -176,9 +178,9 @@ Result<std::unique_ptr<Plugin>, PluginError> loadPlugin(const QString &fileName)
     try {
         verdict = vet();
     } catch (const std::exception &exception) {
-        verdict =
-            refuse(PluginRefusal::Threw,
-                   QStringLiteral("it threw an exception: %1").arg(QString::fromUtf8(exception.what())));
+        verdict = refuse(PluginRefusal::Threw,
+                         QStringLiteral("it threw an exception: %1")
+                             .arg(messageLine(QString::fromUtf8(exception.what()))));
     } catch (...) {
         verdict = refuse(PluginRefusal::Threw, QStringLiteral("it threw an exception"));
     }

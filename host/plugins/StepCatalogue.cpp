@@ -1,6 +1,7 @@
 #include "StepCatalogue.h"
 
 #include "StepTexts.h"
+#include "host/values/QuotedText.h"
 
 namespace StepHost
 {
@@ -20,8 +21,8 @@ Result<void, PluginError> StepCatalogue::addPlugin(const QString &fileName)
         if (const Plugin *owner = pluginOf(typeId)) {
             return tl::unexpected<PluginError>(
                 {PluginRefusal::DuplicateTypeId,
-                 QStringLiteral("plug-in \"%1\" is refused: plug-in \"%2\" has a step of type \"%3\" already")
-                     .arg(fileName, owner->fileName(), typeId)});
+                 QStringLiteral("plug-in \"%1\" is refused: plug-in \"%2\" has a step of type %3 already")
+                     .arg(fileName, owner->fileName(), quoted(typeId))});
         }
     }
     for (const Operation *prototype : plugin->prototypes()) {

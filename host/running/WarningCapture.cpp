@@ -24,7 +24,7 @@ struct CaptureHandler
     static void handle(QtMsgType type, const QMessageLogContext &context, const QString &message)
     {
         if (type == QtWarningMsg && innermostCapture)
-            innermostCapture->m_lines.append(takenText(message));
+            innermostCapture->take(message);
         else if (const QtMessageHandler previous = previousHandler)
             previous(type, context, message);
     }
@@ -46,10 +46,26 @@ WarningCapture::~WarningCapture()
         qInstallMessageHandler(previousHandler);
 }
 
+void WarningCapture::take(const QString &message)
+{
+    constexpr int mostLines = 10000;
+    constexpr int mostCharacters = 10000000;
+    if (m_lines.size() == mostLines || m_characters >= mostCharacters) {
+        ++m_dropped;
+        return;
+    }
+    m_lines.append(takenText(message));
+    m_characters += m_lines.last().size();
+}
+
 QStringList WarningCapture::takeLines()
 {
     QStringList lines;
     lines.swap(m_lines);
+    if (m_dropped > 0)
+        lines.append(QStringLiteral("... and %1 more").arg(m_dropped));
+    m_characters = 0;
+    m_dropped = 0;
     return lines;
 }
 } // namespace StepHost

@@ -13,7 +13,8 @@ public:
     WarningCapture();
     ~WarningCapture();
 
-    /// The lines since the last call.
+    /// The lines since the last call. Of more than 10,000 lines, or 10,000,000 characters, only the first are there, and
+    /// a last one that tells how many are missing.
     QStringList takeLines();
 
 private:
@@ -21,7 +22,11 @@ private:
 
     friend struct CaptureHandler;
 
+    void take(const QString &message);
+
     QStringList m_lines;
+    int m_characters = 0;
+    int m_dropped = 0;
     WarningCapture *m_outer = nullptr;
 };
 } // namespace StepHost

@@ -93,6 +93,8 @@ private slots:
     void leavesOtherMessagesAlone();
     void leavesOtherThreadsAlone();
     void capturesMayBeNested();
+    void keepsABoundOfWarnings_data();
+    void keepsABoundOfWarnings();
     void runsInTwoThreads();
     void stepsThatThrowEndTheRun_data();
     void stepsThatThrowEndTheRun();
@@ -213,6 +215,33 @@ void TestScriptRunner::capturesMayBeNested()
     qWarning("c");
     QCOMPARE(outer.takeLines(), (QStringList{"a", "c"}));
     QCOMPARE(probe.lines(), QStringList());
+}
+
+void TestScriptRunner::keepsABoundOfWarnings_data()
+{
+    QTest::addColumn<int>("count");
+    QTest::addColumn<int>("length");
+    QTest::addColumn<int>("kept");
+    QTest::newRow("many lines") << 10003 << 1 << 10000;
+    QTest::newRow("long lines") << 14 << 1000000 << 10;
+    QTest::newRow("as many as there may be") << 10000 << 1 << 10000;
+}
+
+void TestScriptRunner::keepsABoundOfWarnings()
+{
+    QFETCH(int, count);
+    QFETCH(int, length);
+    QFETCH(int, kept);
+    const QString line(length, 'x');
+    WarningCapture capture;
+    for (const char *round : {"first", "second"}) {
+        for (int i = 0; i < count; ++i)
+            qWarning().noquote() << line;
+        const QStringList lines = capture.takeLines();
+        QVERIFY2(lines.at(kept - 1) == line, round);
+        QCOMPARE(lines.mid(kept),
+                 count > kept ? QStringList(QString("... and %1 more").arg(count - kept)) : QStringList());
+    }
 }
 
 void TestScriptRunner::runsInTwoThreads()
