@@ -4,6 +4,7 @@
 #include "Console.h"
 
 #include "host/skeleton/PluginSkeleton.h"
+#include "host/values/QuotedText.h"
 
 #include <memory>
 
@@ -30,7 +31,8 @@ int writeNewPlugin(const NewPluginArguments &arguments)
     const Result<QStringList> files = writePluginSkeleton(skeleton, arguments.folder);
     if (!files)
         return refuse(files.error());
-    QString text = QStringLiteral("Wrote %1 files in %2:\n").arg(files->size()).arg(arguments.folder);
+    QString text =
+        QStringLiteral("Wrote %1 files in %2:\n").arg(files->size()).arg(inOneLine(arguments.folder));
     for (const QString &file : *files)
         text += QLatin1String("  ") + file + QLatin1Char('\n');
     text += QStringLiteral("README.md tells how to build and test them.\n");

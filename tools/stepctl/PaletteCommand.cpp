@@ -34,7 +34,7 @@ int showPalette(const PaletteArguments &arguments)
                                                             : paletteToText(catalogue);
         return ExitSuccess;
     };
-    return doPluginWork({arguments.plugins, make, QString()});
+    return doPluginWork({arguments.plugins, make});
 }
 
 int describe(const DescribeArguments &arguments)
@@ -48,7 +48,7 @@ int describe(const DescribeArguments &arguments)
                                                            : stepToText(catalogue, arguments.type);
         return ExitSuccess;
     };
-    return doPluginWork({arguments.plugins, make, QString()});
+    return doPluginWork({arguments.plugins, make});
 }
 } // namespace
 

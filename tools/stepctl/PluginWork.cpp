@@ -31,6 +31,8 @@ int makeResult(const PluginWork &work, QByteArray &result)
 
 int doPluginWork(const PluginWork &work)
 {
+    if (work.output.isEmpty())
+        return refuse(QStringLiteral("the file for the result has no name"));
     QByteArray result;
     const bool isApart = work.plugins.isIsolated() && !Isolation::isWorker();
     const int status = isApart ? Isolation::runWorker(work.timeLimit, result) : makeResult(work, result);

@@ -19,7 +19,7 @@ struct PluginWork
 
     const PluginOption &plugins; ///< The plug-ins to load.
     Make make;
-    QString output; ///< The file for the result, as in writeResult().
+    QString output = QStringLiteral("-"); ///< The file for the result, as in writeResult().
     double timeLimit = 0; ///< In seconds, for all that the plug-ins do; 0 for none.
 };
 

@@ -28,7 +28,7 @@ struct RunArguments
     QStringList lists;
     QStringList values;
     QString format = QStringLiteral("text");
-    QString output;
+    QString output = QStringLiteral("-");
     double timeLimit = 0;
     bool showBefore = false;
     bool quiet = false;
@@ -61,7 +61,7 @@ QString shownArgument(const QString &option, const QString &argument)
 Result<void> assignVariables(Script &script, const RunArguments &arguments)
 {
     QSet<QString> given;
-    bool usesStandardInput = false;
+    bool usesStandardInput = arguments.script == QLatin1String("-");
     const auto assign = [&](bool isList, const QString &argument) -> Result<void> {
         const std::optional<Assignment> assignment = parseAssignment(argument);
         if (!assignment)
@@ -186,7 +186,9 @@ void addRunCommand(CommandLine &commandLine)
         "2 bad usage, bad script, a refused plug-in, a failed step or the end of a limit.\n"
         "When a plug-in crashes, the status is what the system gives a crash, and a line on standard\n"
         "error names the step. Without --isolate, _exit() in a plug-in ends the run with its status and\n"
-        "without a line, and so does a kill. The result is written last, or not at all.\n\n"
+        "without a line, and so does a kill. The result is written last, or not at all.\n"
+        "On Linux, what the plug-ins left running ends with the run, and a line tells how many there "
+        "were.\n\n"
         "Example:\n"
         "  stepctl run clean.json --list names=@names.txt --set limit=10 --format json");
     command.setAction([arguments] {

@@ -11,14 +11,29 @@
 
 #include <cstdio>
 
-#ifdef Q_OS_WIN
 #include <fcntl.h>
+
+#ifdef Q_OS_WIN
 #include <io.h>
 #include <qt_windows.h>
+#else
+#include <unistd.h>
 #endif
 
 namespace
 {
+// Whoever started this program may have closed one of the three, and then the next file to be opened would take its place.
+// Reading from it, or writing a result to it, fails as it would have.
+void keepStandardDescriptors()
+{
+#ifndef Q_OS_WIN
+    for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (fcntl(descriptor, F_GETFD) < 0)
+            open("/dev/null", descriptor == STDOUT_FILENO ? O_RDONLY : O_WRONLY);
+    }
+#endif
+}
+
 // Arguments, file names and output are UTF-8, whatever the locale says, and a line ends in a line feed.
 void useSameTextsEverywhere()
 {
@@ -33,6 +48,7 @@ void useSameTextsEverywhere()
 
 int main(int argc, char *argv[])
 {
+    keepStandardDescriptors();
     useSameTextsEverywhere();
     Isolation::becomeWorker(argc, argv);
     if (isCheckWorker(argc, argv))
