@@ -9,6 +9,7 @@
 #include "tests/support/TestPaths.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace
 {
@@ -69,6 +70,20 @@ void requireSameScript(const StepHost::Script &left, const StepHost::Script &rig
         "a script has other steps after writing and reading");
 }
 
+// Of each input one of the tails is tried, so that it is read but once more.
+void requireEndsThere(const QByteArray &bytes, const StepHost::Script &script, const ScriptForm &form)
+{
+    static const QByteArray tails[] = {QByteArray(1, '\0'), "x",    "}",    "{}", ",", "//",
+                                       "\xef\xbb\xbf",      "\x1a", "\xa0", " \n"};
+    const QByteArray &tail = tails[qChecksum(bytes.constData(), uint(bytes.size())) % std::size(tails)];
+    const bool isBlank =
+        std::all_of(tail.begin(), tail.end(), [&](char c) { return form.blanks.contains(c); });
+    const StepHost::Result<StepHost::Script> longer = form.read(bytes + tail, listSteps());
+    require(static_cast<bool>(longer) == isBlank, "something may stand behind a script, or blanks may not");
+    if (isBlank)
+        requireSameScript(script, *longer);
+}
+
 void requireRuns(const StepHost::Script &script)
 {
     VariableScope scope;
@@ -88,21 +103,19 @@ void requireRuns(const StepHost::Script &script)
 }
 } // namespace
 
-void requireKeepsAndRuns(const QByteArray &bytes,
-                         StepHost::Result<StepHost::Script> (*read)(const QByteArray &,
-                                                                    const StepHost::StepCatalogue &),
-                         StepHost::Result<QByteArray> (*write)(const StepHost::Script &))
+void requireKeepsAndRuns(const QByteArray &bytes, const ScriptForm &form)
 {
-    const StepHost::Result<StepHost::Script> first = read(bytes, listSteps());
+    const StepHost::Result<StepHost::Script> first = form.read(bytes, listSteps());
     if (!first) {
         require(!first.error().isEmpty(), "a script is refused without a reason");
         return;
     }
 
-    const StepHost::Result<QByteArray> written = write(*first);
+    requireEndsThere(bytes, *first, form);
+    const StepHost::Result<QByteArray> written = form.write(*first);
     // The typed form of a value is deeper than the plain one, so a script may be too deep to be written.
     if (written) {
-        const StepHost::Result<StepHost::Script> again = read(*written, listSteps());
+        const StepHost::Result<StepHost::Script> again = form.read(*written, listSteps());
         require(static_cast<bool>(again), "a written script does not read");
         requireSameScript(*first, *again);
     }

@@ -1,4 +1,4 @@
-/// Any bytes as a binary script: read, written, read again and run.
+/// Any bytes as a binary script: read, with a tail refused, written, read again and run.
 ///
 /// An input that begins with the mark of a binary script is taken as the whole file. Any other is the file's
 /// content, to which the header with its size and checksum is added, so that the reader looks at it.
@@ -29,6 +29,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const QByteArray bytes =
         QByteArray::fromRawData(reinterpret_cast<const char *>(data), static_cast<int>(size));
     const QByteArray file = StepHost::isBinaryScript(bytes) ? bytes : fileWith(bytes);
-    requireKeepsAndRuns(file, StepHost::readBinaryScript, StepHost::writeBinaryScript);
+    requireKeepsAndRuns(file, {StepHost::readBinaryScript, StepHost::writeBinaryScript, ""});
     return 0;
 }

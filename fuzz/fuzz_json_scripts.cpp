@@ -1,4 +1,4 @@
-/// Any bytes as a script in JSON: read, written, read again and run.
+/// Any bytes as a script in JSON: read, with a tail read or refused, written, read again and run.
 ///
 /// The whole input is the document.
 
@@ -10,6 +10,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
 {
     const QByteArray json =
         QByteArray::fromRawData(reinterpret_cast<const char *>(data), static_cast<int>(size));
-    requireKeepsAndRuns(json, StepHost::readScript, StepHost::writeScript);
+    requireKeepsAndRuns(json, {StepHost::readScript, StepHost::writeScript, " \t\r\n"});
     return 0;
 }
