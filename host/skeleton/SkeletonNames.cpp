@@ -5,8 +5,6 @@
 #include <QRegularExpression>
 #include <QSet>
 
-#include <algorithm>
-
 namespace StepHost
 {
 namespace
@@ -44,8 +42,8 @@ Result<void> checkPluginName(const QString &name)
                 "the name %1 should be a capital letter, then letters and digits, such as \"TextSteps\"")
                 .arg(quoted(name)));
     if (name.size() > longest)
-        return failure(
-            QStringLiteral("the name %1 should have at most %2 letters").arg(quoted(name)).arg(longest));
+        return failure(QStringLiteral("the name %1 should have at most %2 letters")
+                           .arg(quoted(name), QString::number(longest)));
     for (const TakenName &taken : takenNames) {
         if (matches(name, taken.pattern))
             return failure(QStringLiteral("the name %1 %2").arg(quoted(name), QLatin1String(taken.reason)));
@@ -55,14 +53,11 @@ Result<void> checkPluginName(const QString &name)
 
 Result<void> checkText(const QString &what, const QString &text)
 {
-    // They end up in string literals of C++ and JSON.
-    const bool isClean = std::none_of(text.begin(), text.end(), [](QChar c) {
-        return c == QLatin1Char('"') || c == QLatin1Char('\\') || c.category() == QChar::Other_Control;
-    });
-    if (isClean && text.isValidUtf16())
+    // They end up in string literals of C++ and JSON, which have to be what they look like.
+    if (!text.contains(QLatin1Char('"')) && !text.contains(QLatin1Char('\\')) && inOneLine(text) == text)
         return {};
-    return failure(
-        QStringLiteral("the %1 %2 has a quote, a backslash or a control character").arg(what, quoted(text)));
+    return failure(QStringLiteral("the %1 %2 has a quote, a backslash or a character that is not seen")
+                       .arg(what, quoted(text)));
 }
 
 // What a type id is made of, and the names of files.
@@ -73,9 +68,7 @@ Result<void> checkWord(const QString &what, const QString &word, const char *exa
         return {};
     return failure(
         QStringLiteral("the %1 %2 should be lower-case letters and digits, at most %3, such as \"%4\"")
-            .arg(what, quoted(word))
-            .arg(longest)
-            .arg(QLatin1String(example)));
+            .arg(what, quoted(word), QString::number(longest), QLatin1String(example)));
 }
 
 Result<void> checkPrefix(const QString &prefix)

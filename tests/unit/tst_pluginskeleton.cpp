@@ -227,15 +227,19 @@ void TestPluginSkeleton::refusesNames_data()
     row("prefix with a dot", {"Text", "", "text.", "", none},
         "the prefix \"text.\" should be lower-case letters and digits, at most 32, such as \"text\"");
     row("quote in the category", {"Text", "", "", "a\"b", none},
-        "the category \"a\"b\" has a quote, a backslash or a control character");
+        "the category \"a\"b\" has a quote, a backslash or a character that is not seen");
     row("line end in the category", {"Text", "", "", "a\nb", none},
-        "the category \"a\\u000ab\" has a quote, a backslash or a control character");
+        "the category \"a\\u000ab\" has a quote, a backslash or a character that is not seen");
+    row("category that deceives", {"Text", "", "", QString::fromUtf8("a\u202eb"), none},
+        "the category \"a\\u202eb\" has a quote, a backslash or a character that is not seen");
+    row("prefix with a place marker", {"Text", "", "%1", "", none},
+        "the prefix \"%1\" should be lower-case letters and digits, at most 32, such as \"text\"");
     row("capital step", {"Text", "", "", "", {{"Join", ""}}},
         "the step \"Join\" should be lower-case letters and digits, at most 32, such as \"join\"");
     row("empty step", {"Text", "", "", "", {{"", "x"}}},
         "the step \"\" should be lower-case letters and digits, at most 32, such as \"join\"");
     row("backslash in a step name", {"Text", "", "", "", {{"join", "a\\"}}},
-        "the step name \"a\\\" has a quote, a backslash or a control character");
+        "the step name \"a\\\" has a quote, a backslash or a character that is not seen");
     row("step twice", {"Text", "", "", "", {{"join", ""}, {"join", ""}}}, "the step \"join\" is named twice");
 }
 
