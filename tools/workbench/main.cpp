@@ -1,22 +1,36 @@
 #include "host/plugins/PluginSearch.h"
 #include "host/plugins/StepCatalogue.h"
-#include "host/running/StartedProcesses.h"
 #include "host/values/QuotedText.h"
 #include "tools/workbench/look/Language.h"
+#include "tools/workbench/window/CommandLine.h"
 #include "tools/workbench/window/MainWindow.h"
 
 #include <QApplication>
-#include <QCommandLineParser>
 #include <QLocale>
 #include <QSettings>
 #include <QTextStream>
 
 namespace
 {
-int refuse(const QString &reason)
+constexpr int exitRefused = 2;
+
+void nameApplication()
 {
-    QTextStream(stderr) << "workbench: " << StepHost::messageLine(reason) << '\n';
-    return 2;
+    QCoreApplication::setOrganizationName(QStringLiteral("Quillmap"));
+    QCoreApplication::setApplicationName(QStringLiteral("workbench"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(WORKBENCH_VERSION));
+}
+
+Workbench::CommandLine commandLine(int argc, char **argv)
+{
+    // Ends before QApplication begins, which would take options for itself and wants a display.
+    const QCoreApplication application(argc, argv);
+    return Workbench::readCommandLine(QCoreApplication::arguments(), QLocale().uiLanguages());
+}
+
+void printError(const QString &text)
+{
+    QTextStream(stderr) << "workbench: " << StepHost::messageLine(text) << '\n';
 }
 
 /// Adds the plug-ins \a files to \a catalogue, or else those that are found. Returns the reasons of refusals.
@@ -38,58 +52,51 @@ QStringList addPlugins(StepHost::StepCatalogue &catalogue, QStringList files)
     }
     return reasons;
 }
+
+/// Shows the window that \a line asks for. Returns the program's status.
+int work(const Workbench::CommandLine &line)
+{
+    QByteArrayList arguments = line.qtArguments;
+    std::vector<char *> argv;
+    for (QByteArray &argument : arguments)
+        argv.push_back(argument.data());
+    int argc = int(argv.size());
+    argv.push_back(nullptr);
+
+    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    QApplication application(argc, argv.data());
+    Workbench::Language::install(application, line.language);
+
+    // Before the window, which holds steps of the plug-ins.
+    StepHost::StepCatalogue catalogue;
+    const QStringList reasons = addPlugins(catalogue, line.plugins);
+    QSettings settings;
+    Workbench::MainWindow window(catalogue, settings);
+    for (const QString &reason : reasons) {
+        window.log().appendWarning(reason);
+        printError(reason);
+    }
+    window.show();
+    if (!line.script.isEmpty())
+        window.openFile(line.script);
+    return QApplication::exec();
+}
 } // namespace
 
 int main(int argc, char **argv)
 {
-    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
-    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
-    QApplication application(argc, argv);
-    QCoreApplication::setOrganizationName(QStringLiteral("Quillmap"));
-    QCoreApplication::setApplicationName(QStringLiteral("workbench"));
-    QCoreApplication::setApplicationVersion(QStringLiteral(WORKBENCH_VERSION));
-
-    QCommandLineParser parser;
-    parser.setApplicationDescription(
-        QStringLiteral("Place, edit, run and save steps by hand.\n\n"
-                       "Example: workbench --lang zh_CN examples/names/clean.json"));
-    parser.addHelpOption();
-    parser.addVersionOption();
-    parser.addPositionalArgument(QStringLiteral("script"), QStringLiteral("The script to open."),
-                                 QStringLiteral("[script]"));
-    const QCommandLineOption languageOption(
-        QStringLiteral("lang"),
-        QStringLiteral("The language of the texts: %1. By default the system's.")
-            .arg(Workbench::Language::codes().join(QLatin1String(" or "))),
-        QStringLiteral("code"));
-    const QCommandLineOption pluginOption(
-        QStringLiteral("plugin"),
-        QStringLiteral("Load this plug-in; may be given more than once. By default those that are found."),
-        QStringLiteral("file"));
-    parser.addOptions({languageOption, pluginOption});
-    parser.process(application);
-
-    const QString language = parser.isSet(languageOption)
-        ? parser.value(languageOption)
-        : Workbench::Language::codeFor(QLocale().uiLanguages());
-    if (!Workbench::Language::codes().contains(language)) {
-        return refuse(QStringLiteral("there is no language \"%1\"; there are %2")
-                          .arg(language, Workbench::Language::codes().join(QLatin1String(", "))));
+    nameApplication();
+    const Workbench::CommandLine line = commandLine(argc, argv);
+    switch (line.task) {
+    case Workbench::CommandLine::Task::Tell:
+        QTextStream(stdout) << line.text;
+        return 0;
+    case Workbench::CommandLine::Task::Refuse:
+        printError(line.text);
+        return exitRefused;
+    case Workbench::CommandLine::Task::Work:
+        break;
     }
-    const QStringList scripts = parser.positionalArguments();
-    if (scripts.size() > 1)
-        return refuse(QStringLiteral("only one script can be opened"));
-    Workbench::Language::install(application, language);
-
-    // Before the window, which holds steps of the plug-ins.
-    StepHost::StepCatalogue catalogue;
-    const QStringList reasons = addPlugins(catalogue, parser.values(pluginOption));
-    QSettings settings;
-    Workbench::MainWindow window(catalogue, settings);
-    for (const QString &reason : reasons)
-        window.log().appendWarning(reason);
-    window.show();
-    if (!scripts.isEmpty())
-        window.openFile(scripts.first());
-    return QApplication::exec();
+    return work(line);
 }
