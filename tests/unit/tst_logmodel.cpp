@@ -1,5 +1,7 @@
 #include "tools/workbench/document/LogModel.h"
 
+#include "tests/support/FixtureStep.h"
+
 #include <QAbstractItemModelTester>
 #include <QtTest>
 
@@ -15,14 +17,15 @@ private slots:
 
 void TestLogModel::dropsTheOldest()
 {
+    const FixtureStep step("test.step");
     LogModel log;
     log.append("first");
     for (int i = 0; i < 10000; ++i)
-        log.appendWarning(QString::number(i), i, "step");
+        log.appendWarning(QString::number(i), &step, "10000  step");
     QCOMPARE(log.rowCount(), 9001);
     const QModelIndex last = log.index(log.rowCount() - 1, LogModel::MessageColumn);
     QCOMPARE(last.data().toString(), QString("9999"));
-    QCOMPARE(last.data(LogModel::StepRole).toInt(), 9999);
+    QCOMPARE(last.data(LogModel::StepRole).value<QObject *>(), &step);
     QVERIFY(last.data(LogModel::WarningRole).toBool());
     QCOMPARE(last.siblingAtColumn(LogModel::StepColumn).data().toString(), QString("10000  step"));
 

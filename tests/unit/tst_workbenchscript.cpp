@@ -92,6 +92,8 @@ private slots:
     void runLeavesTheScriptAlone();
     void stopsBetweenSteps();
     void resultsFollowTheirSteps();
+    void resultsBelongToTheSettingsOfTheRun();
+    void tellsWhyAStepWasSkipped();
     void anotherScriptEndsTheRun();
     void stepsThatThrow();
     void textsWithoutBound();
@@ -505,7 +507,8 @@ void TestWorkbenchScript::runsAll()
 
     QCOMPARE(log.rowCount(), 2);
     QCOMPARE(log.index(0, LogModel::MessageColumn).data().toString(), warnings.first());
-    QCOMPARE(log.index(0, 0).data(LogModel::StepRole).toInt(), 1);
+    QCOMPARE(log.index(0, 0).data(LogModel::StepRole).value<QObject *>(), &document.model().step(1));
+    QVERIFY(log.index(0, LogModel::StepColumn).data().toString().startsWith("2  "));
     QVERIFY(!log.index(1, 0).data(LogModel::WarningRole).toBool());
 }
 
@@ -607,7 +610,8 @@ void TestWorkbenchScript::stopsBetweenSteps()
     waitForEnd(session);
     QCOMPARE(outcome(document, 0), StepHost::StepOutcome::Skipped);
     QCOMPARE(outcome(document, 1), StepHost::StepOutcome::NotRun);
-    QVERIFY(log.index(0, LogModel::MessageColumn).data().toString().startsWith("Run stopped"));
+    const QModelIndex last = log.index(log.rowCount() - 1, LogModel::MessageColumn);
+    QVERIFY(last.data().toString().startsWith("Run stopped"));
 }
 
 void TestWorkbenchScript::resultsFollowTheirSteps()
@@ -626,6 +630,43 @@ void TestWorkbenchScript::resultsFollowTheirSteps()
     waitForEnd(session);
     QCOMPARE(outcome(document, 0), StepHost::StepOutcome::NotRun);
     QCOMPARE(outcome(document, 1), StepHost::StepOutcome::Skipped);
+}
+
+void TestWorkbenchScript::resultsBelongToTheSettingsOfTheRun()
+{
+    QSemaphore begun;
+    QSemaphore mayEnd;
+    ScriptDocument document(m_catalogue);
+    LogModel log;
+    document.model().setSteps(waitingSteps(2, begun, mayEnd));
+    RunSession session(document, log);
+    session.runAll();
+    begun.acquire();
+    document.setEnabled(rows({0}), false);
+    mayEnd.release(2);
+    waitForEnd(session);
+    const auto isOutdated = [&](int row) {
+        return document.model().index(row).data(ScriptModel::OutdatedRole).toBool();
+    };
+    QVERIFY(isOutdated(0));
+    QVERIFY(!isOutdated(1));
+    document.undoStack().undo();
+    QVERIFY(!isOutdated(0));
+}
+
+void TestWorkbenchScript::tellsWhyAStepWasSkipped()
+{
+    ScriptDocument document(m_catalogue);
+    LogModel log;
+    RunSession session(document, log);
+    document.placeStep("list.clear", 0);
+    session.runAll();
+    waitForEnd(session);
+    const QStringList reasons = document.model().index(0).data(ScriptModel::WarningsRole).toStringList();
+    QCOMPARE(reasons.size(), 1);
+    QVERIFY2(reasons.first().endsWith(": No variable is chosen."), qPrintable(reasons.first()));
+    QCOMPARE(log.index(0, LogModel::MessageColumn).data().toString(), reasons.first());
+    QVERIFY(document.model().index(0).data(Qt::ToolTipRole).toString().contains(reasons.first()));
 }
 
 void TestWorkbenchScript::anotherScriptEndsTheRun()

@@ -35,6 +35,7 @@
 #include <QPointer>
 #include <QPushButton>
 #include <QScrollBar>
+#include <QStatusBar>
 #include <QTableView>
 #include <QTreeView>
 #include <QtTest>
@@ -449,13 +450,13 @@ void TestWorkbenchWindow::editsVariableNames()
     QCOMPARE(setting("sourceVar").toString(), QString("names"));
     typeInto(source->lineEdit(), "$other");
     QCOMPARE(setting("sourceVar").toString(), QString("$other"));
-    QVERIFY(properties()->editor("sourceVar")->hint().contains("$other"));
+    QVERIFY(properties()->hint("sourceVar").contains("$other"));
     setVariable("other", QVariantList(), VarType::List);
     QCOMPARE(source->count(), 2);
     QCOMPARE(source->currentText(), QString("$other"));
-    QVERIFY(properties()->editor("sourceVar")->hint().isEmpty());
+    QVERIFY(properties()->hint("sourceVar").isEmpty());
     typeInto(source->lineEdit(), "count");
-    QVERIFY(!properties()->editor("sourceVar")->hint().isEmpty());
+    QVERIFY(!properties()->hint("sourceVar").isEmpty());
     QCOMPARE(setting("targetVar").toString(), QString());
 }
 
@@ -464,12 +465,12 @@ void TestWorkbenchWindow::editsReferences()
     place("list.add");
     typeInto(field<QLineEdit>("value"), " literal ");
     QCOMPARE(setting("value").toString(), QString(" literal "));
-    QVERIFY(properties()->editor("value")->hint().isEmpty());
+    QVERIFY(properties()->hint("value").isEmpty());
     typeInto(field<QLineEdit>("value"), "$x.Count");
     QCOMPARE(setting("value").toString(), QString("$x.Count"));
-    QVERIFY(properties()->editor("value")->hint().contains(QString::fromUtf8("“x”")));
+    QVERIFY(properties()->hint("value").contains(QString::fromUtf8("“x”")));
     setVariable("x", QVariantList(), VarType::List);
-    QVERIFY(properties()->editor("value")->hint().isEmpty());
+    QVERIFY(properties()->hint("value").isEmpty());
     QCOMPARE(scriptPane()->model()->index(0, 0).data().toString(), script().step(0).toString());
 }
 
@@ -524,7 +525,7 @@ void TestWorkbenchWindow::editsIntegers()
     place("list.get");
     typeInto(field<QLineEdit>("index"), typed);
     QCOMPARE(setting("index").toString(), typed);
-    QCOMPARE(!properties()->editor("index")->hint().isEmpty(), hinted);
+    QCOMPARE(!properties()->hint("index").isEmpty(), hinted);
 }
 
 void TestWorkbenchWindow::editsChoicesAndAppliesVisibility()
@@ -563,7 +564,7 @@ void TestWorkbenchWindow::editsPlainTexts()
     place("list.add");
     typeInto(field<QLineEdit>("index"), "anything at all");
     QCOMPARE(setting("index").toString(), QString("anything at all"));
-    QVERIFY(properties()->editor("index")->hint().isEmpty());
+    QVERIFY(properties()->hint("index").isEmpty());
 }
 
 void TestWorkbenchWindow::undoesWhileAFieldHasTheFocus()
@@ -600,7 +601,7 @@ void TestWorkbenchWindow::editsTheSettingsOfAnyStep()
 
     auto *mode = pane.editor("mode")->findChild<QComboBox *>();
     QCOMPARE(mode->currentIndex(), -1);
-    QVERIFY(pane.editor("mode")->hint().contains("7"));
+    QVERIFY(pane.hint("mode").contains("7"));
     QCOMPARE(pane.editor("mode")->value(), QVariant(7));
     QVERIFY(!pane.editor("note")->isVisible());
     QTest::keyClick(mode, Qt::Key_End);
@@ -612,7 +613,7 @@ void TestWorkbenchWindow::editsTheSettingsOfAnyStep()
     QCOMPARE(step.m_ratio, 0.25);
     typeInto(ratio, "much");
     QCOMPARE(ratio->text(), QString("much"));
-    QVERIFY(!pane.editor("ratio")->hint().isEmpty());
+    QVERIFY(!pane.hint("ratio").isEmpty());
 
     typeInto(pane.editor("level")->findChild<QLineEdit *>(), "12");
     QCOMPARE(step.m_level, 12);
@@ -655,8 +656,11 @@ void TestWorkbenchWindow::runsAndShowsTheOutcome()
     QCOMPARE(script().index(0).data(ScriptModel::OutcomeRole).toInt(), int(StepHost::StepOutcome::Wrote));
     QVERIFY(!m_window->findChild<QAction *>("stop")->isEnabled());
 
+    QVERIFY(!script().index(1).data(ScriptModel::OutdatedRole).toBool());
     m_window->document().setSetting(1, "targetVar", QString("names"));
-    QCOMPARE(script().index(1).data(ScriptModel::OutcomeRole).toInt(), int(StepHost::StepOutcome::NotRun));
+    QVERIFY(script().index(1).data(ScriptModel::OutdatedRole).toBool());
+    m_window->document().setSetting(1, "targetVar", QString("missing"));
+    QVERIFY(!script().index(1).data(ScriptModel::OutdatedRole).toBool());
 }
 
 void TestWorkbenchWindow::keepsResults()
@@ -688,6 +692,20 @@ void TestWorkbenchWindow::leadsFromTheLogToTheStep()
     QTest::keyClick(log, Qt::Key_Return);
     QCOMPARE(scriptPane()->currentRow(), 0);
     QVERIFY(scriptPane()->hasFocus());
+    // Wherever it stands now.
+    m_window->document().moveSteps({0}, 2);
+    scriptPane()->setCurrentRow(0);
+    QTest::keyClick(log, Qt::Key_Return);
+    QCOMPARE(scriptPane()->currentRow(), 1);
+    // And nowhere when it is gone.
+    m_window->document().removeSteps({1});
+    QTest::keyClick(log, Qt::Key_Return);
+    QCOMPARE(scriptPane()->currentRow(), 0);
+    QVERIFY(m_window->statusBar()->currentMessage().contains("any more"));
+    m_window->document().undoStack().undo();
+    scriptPane()->setCurrentRow(0);
+    QTest::keyClick(log, Qt::Key_Return);
+    QCOMPARE(scriptPane()->currentRow(), 1);
 }
 
 void TestWorkbenchWindow::editsVariables()
@@ -899,7 +917,7 @@ void TestWorkbenchWindow::speaksChinese()
             titles.append(action->text());
         return titles;
     }();
-    QCOMPARE(menus.size(), 5);
+    QCOMPARE(menus.size(), 6);
     for (const QString &title : menus)
         QVERIFY2(title.at(0).unicode() >= 0x4e00, qPrintable(title));
     QCOMPARE(m_window->findChild<QDockWidget *>("logDock")->windowTitle(), QString::fromUtf8("日志"));

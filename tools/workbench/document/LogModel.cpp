@@ -15,12 +15,17 @@ LogModel::LogModel(QObject *parent) : QAbstractTableModel(parent) { }
 
 void LogModel::append(const QString &message)
 {
-    add({QTime::currentTime(), StepHost::inLines(message), false, -1, QString()});
+    add({QTime::currentTime(), StepHost::inLines(message), false, nullptr, QString()});
 }
 
-void LogModel::appendWarning(const QString &message, int step, const QString &stepSummary)
+void LogModel::appendWarning(const QString &message)
 {
-    add({QTime::currentTime(), StepHost::inLines(message), true, step, stepSummary});
+    appendWarning(message, nullptr, QString());
+}
+
+void LogModel::appendWarning(const QString &message, const Operation *step, const QString &stepName)
+{
+    add({QTime::currentTime(), StepHost::inLines(message), true, const_cast<Operation *>(step), stepName});
 }
 
 void LogModel::add(const Line &line)
@@ -63,16 +68,18 @@ QVariant LogModel::data(const QModelIndex &index, int role) const
         case TimeColumn:
             return line.time.toString(QStringLiteral("HH:mm:ss"));
         case StepColumn:
-            if (line.step < 0)
-                return QString();
-            return QStringLiteral("%1  %2").arg(QString::number(line.step + 1), line.stepSummary);
+            return line.stepName;
         default:
             return line.message;
         }
     case Qt::ToolTipRole:
         return toolTipText(line.message);
+    case Qt::AccessibleTextRole:
+        if (index.column() == MessageColumn && line.isWarning)
+            return tr("Warning: %1").arg(line.message);
+        return QVariant();
     case StepRole:
-        return line.step;
+        return QVariant::fromValue<QObject *>(line.step);
     case WarningRole:
         return line.isWarning;
     default:

@@ -1,7 +1,10 @@
 #pragma once
 
+#include "hostapi/Operation.h"
+
 #include <QAbstractTableModel>
 #include <QDateTime>
+#include <QPointer>
 #include <QVector>
 
 namespace Workbench
@@ -14,7 +17,7 @@ class LogModel : public QAbstractTableModel
 public:
     enum Column { TimeColumn, StepColumn, MessageColumn, ColumnCount };
     enum Role {
-        StepRole = Qt::UserRole, ///< `int`: the step's position in the script at the run, or -1.
+        StepRole = Qt::UserRole, ///< `QObject *`: the step; null when the line is about none, or it is gone.
         WarningRole, ///< `bool`
     };
 
@@ -23,9 +26,12 @@ public:
     /// Adds the line \a message, with the present time. Beyond 10,000 lines the oldest are dropped.
     void append(const QString &message);
 
-    /// Adds the warning \a message. It is about the step \a stepSummary that stands in row \a step of the
-    /// script; -1 and an empty text for one that is about no step.
-    void appendWarning(const QString &message, int step = -1, const QString &stepSummary = QString());
+    /// Adds the warning \a message.
+    void appendWarning(const QString &message);
+
+    /// Adds the warning \a message about \a step, as \a stepName names it. The line leads to the step wherever it
+    /// stands later; null for one that the script does not have any more.
+    void appendWarning(const QString &message, const Operation *step, const QString &stepName);
 
     void clear();
 
@@ -40,8 +46,8 @@ private:
         QTime time;
         QString message;
         bool isWarning = false;
-        int step = -1;
-        QString stepSummary;
+        QPointer<Operation> step; ///< Never changed here.
+        QString stepName;
     };
 
     void add(const Line &line);

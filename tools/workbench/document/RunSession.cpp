@@ -5,6 +5,7 @@
 #include "ScriptModel.h"
 #include "host/plugins/StepTexts.h"
 #include "host/running/StartedProcesses.h"
+#include "host/scripts/StepProblems.h"
 
 #include <QHash>
 #include <QThread>
@@ -17,7 +18,14 @@ namespace Workbench
 namespace
 {
 constexpr int progressIntervalMs = 50;
+
+/// What the log calls \a step, which stood in \a row at the run.
+QString nameOf(const Operation &step, int row)
+{
+    return QStringLiteral("%1  %2").arg(QString::number(row + 1),
+                                        StepHost::shownStepText(step, &Operation::toString));
 }
+} // namespace
 
 /// A run that goes on. Its thread alone uses the script, the variables and the result until it has ended.
 struct RunSession::Run
@@ -25,6 +33,7 @@ struct RunSession::Run
     StepHost::Script script;
     QVector<const Operation *>
         originals; ///< The document's steps that were copied; just for telling them apart.
+    int firstRow = 0; ///< Where the first of them stood.
     VariableScope variables;
     StepHost::RunResult result;
     std::atomic<int> done{0};
@@ -103,13 +112,13 @@ void RunSession::start(int firstRow, int lastRow, const VariableScope &variables
     if (m_run || firstRow < 0 || lastRow < firstRow || lastRow >= model.rowCount())
         return;
     auto next = std::make_unique<Run>();
+    next->firstRow = firstRow;
     for (int row = firstRow; row <= lastRow; ++row) {
         const Operation &step = model.step(row);
         next->originals.append(&step);
         next->script.steps.push_back(m_document.copyStep(row));
         if (!next->script.steps.back().operation) {
-            m_log.appendWarning(ScriptDocument::noCopy(row), row,
-                                StepHost::shownStepText(step, &Operation::toString));
+            m_log.appendWarning(ScriptDocument::noCopy(row), &step, nameOf(step, row));
             return;
         }
     }
@@ -150,6 +159,17 @@ void RunSession::finish()
     emit changed();
 }
 
+QStringList RunSession::reasonsOfSilence(const Operation &step, const VariableScope &variables)
+{
+    QStringList reasons;
+    const QVector<StepHost::StepProblem> problems = StepHost::StepProblems::ofStep(step, variables);
+    for (const StepHost::StepProblem &problem : problems)
+        reasons.append(problem.text);
+    if (reasons.isEmpty())
+        reasons.append(tr("The step wrote nothing and gave no reason."));
+    return reasons;
+}
+
 void RunSession::report(const Run &run)
 {
     ScriptModel &model = m_document.model();
@@ -157,16 +177,19 @@ void RunSession::report(const Run &run)
     for (int row = 0; row < model.rowCount(); ++row)
         rows.insert(&model.step(row), row);
     for (int i = 0; i < run.originals.size(); ++i) {
-        const StepHost::StepResult &result = run.result.steps.at(size_t(i));
+        const StepHost::ScriptStep &step = run.script.steps.at(size_t(i));
+        StepHost::StepResult result = run.result.steps.at(size_t(i));
+        if (result.outcome == StepHost::StepOutcome::Skipped && result.warnings.isEmpty())
+            result.warnings = reasonsOfSilence(*step.operation, run.variables);
         const int row = rows.value(run.originals.at(i), -1);
         if (row >= 0 && result.outcome != StepHost::StepOutcome::NotRun)
-            model.setResult(row, result);
-        const QString summary =
-            StepHost::shownStepText(*run.script.steps.at(size_t(i)).operation, &Operation::toString);
-        for (const QString &warning : result.warnings)
-            m_log.appendWarning(warning, row, summary);
+            model.setResult(row, result, step);
+        const Operation *original = row >= 0 ? run.originals.at(i) : nullptr;
+        const QString name = nameOf(*step.operation, run.firstRow + i);
+        for (const QString &warning : qAsConst(result.warnings))
+            m_log.appendWarning(warning, original, name);
         if (result.outcome == StepHost::StepOutcome::Failed)
-            m_log.appendWarning(tr("The step failed: %1").arg(result.failure), row, summary);
+            m_log.appendWarning(tr("The step failed: %1").arg(result.failure), original, name);
     }
 
     const QString counts = tr("%1 wrote, %2 skipped, %3 disabled, in %4 ms")

@@ -64,6 +64,7 @@ private:
     void start(int firstRow, int lastRow, const VariableScope &variables);
     void showProgress();
     void finish();
+    static QStringList reasonsOfSilence(const Operation &step, const VariableScope &variables);
     void report(const Run &run);
     void abandon();
 

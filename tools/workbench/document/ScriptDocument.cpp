@@ -6,6 +6,7 @@
 #include "host/plugins/StepTexts.h"
 #include "host/running/RunReport.h"
 #include "host/scripts/ScriptFile.h"
+#include "host/values/InputFile.h"
 #include "host/values/OutputFile.h"
 
 #include <QDir>
@@ -180,39 +181,68 @@ void ScriptDocument::showVariables(const VariableScope &variables)
 
 QString ScriptDocument::fileName() const
 {
-    return m_fileName;
+    return m_file.path();
+}
+
+WatchedFile &ScriptDocument::file()
+{
+    return m_file;
+}
+
+StepHost::Result<QByteArray> ScriptDocument::write(StepHost::ScriptForm form) const
+{
+    const StepHost::Script script = copy();
+    for (std::size_t row = 0; row < script.steps.size(); ++row) {
+        if (!script.steps[row].operation)
+            return StepHost::failure(noCopy(int(row)));
+    }
+    return StepHost::writeScript(script, form, m_catalogue);
+}
+
+StepHost::Result<QByteArray> ScriptDocument::toJson() const
+{
+    return write(StepHost::ScriptForm::Json);
+}
+
+QString ScriptDocument::readableText(const QByteArray &bytes) const
+{
+    const StepHost::Result<StepHost::Script> script = StepHost::readAnyScript(bytes, m_catalogue);
+    if (!script)
+        return QString::fromUtf8(bytes);
+    return QString::fromUtf8(
+        StepHost::writeScript(*script, StepHost::ScriptForm::Json, m_catalogue).value_or(bytes));
 }
 
 void ScriptDocument::clear()
 {
-    replace(StepHost::Script(), QString());
+    m_file.setContent(QString(), QByteArray());
+    replace(StepHost::Script());
 }
 
 QString ScriptDocument::open(const QString &fileName)
 {
-    StepHost::Result<StepHost::Script> script = StepHost::readScriptFile(fileName, m_catalogue);
+    const StepHost::Result<QByteArray> bytes = StepHost::readInputFile(fileName);
+    if (!bytes)
+        return bytes.error();
+    StepHost::Result<StepHost::Script> script = StepHost::readAnyScript(*bytes, m_catalogue);
     if (!script)
-        return script.error();
-    replace(std::move(*script), QFileInfo(fileName).absoluteFilePath());
+        return tr("%1: %2").arg(QDir::toNativeSeparators(fileName), script.error());
+    m_file.setContent(QFileInfo(fileName).absoluteFilePath(), *bytes);
+    replace(std::move(*script));
     return QString();
 }
 
 QString ScriptDocument::save(const QString &fileName)
 {
     // A file of another suffix is read by its content all the same.
-    const StepHost::ScriptForm form = StepHost::scriptFormOf(fileName).value_or(StepHost::ScriptForm::Json);
-    const StepHost::Script script = copy();
-    for (std::size_t row = 0; row < script.steps.size(); ++row) {
-        if (!script.steps[row].operation)
-            return noCopy(int(row));
-    }
-    const StepHost::Result<QByteArray> written = StepHost::writeScript(script, form, m_catalogue);
+    const StepHost::Result<QByteArray> written =
+        write(StepHost::scriptFormOf(fileName).value_or(StepHost::ScriptForm::Json));
     if (!written)
         return written.error();
     const StepHost::Result<QString> saved = StepHost::writeOutputFile(fileName, *written);
     if (!saved)
         return tr("%1: %2").arg(QDir::toNativeSeparators(fileName), saved.error());
-    m_fileName = QFileInfo(fileName).absoluteFilePath();
+    m_file.setContent(QFileInfo(fileName).absoluteFilePath(), *written);
     m_undoStack.setClean();
     emit fileNameChanged();
     if (!saved->isEmpty())
@@ -220,13 +250,12 @@ QString ScriptDocument::save(const QString &fileName)
     return QString();
 }
 
-void ScriptDocument::replace(StepHost::Script script, const QString &fileName)
+void ScriptDocument::replace(StepHost::Script script)
 {
     m_undoStack.clear();
     VariableScope variables;
     StepHost::declareVariables(script, variables);
     m_model->setSteps(std::move(script.steps));
-    m_fileName = fileName;
     showVariables(variables);
     emit replaced();
     emit fileNameChanged();

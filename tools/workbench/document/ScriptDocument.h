@@ -1,5 +1,6 @@
 #pragma once
 
+#include "WatchedFile.h"
 #include "host/scripts/ScriptFile.h"
 #include "hostapi/VariableScope.h"
 
@@ -66,6 +67,15 @@ public:
     /// The absolute path of the script's file; empty for a script that has none yet.
     QString fileName() const;
 
+    /// The script's file as it was opened or saved last.
+    WatchedFile &file();
+
+    /// The script as JSON, or why it cannot be written so.
+    StepHost::Result<QByteArray> toJson() const;
+
+    /// The script in \a bytes, in either form, as toJson() would write it; when they are no script, their text.
+    QString readableText(const QByteArray &bytes) const;
+
     /// Begins a new, empty script without undo.
     void clear();
 
@@ -95,12 +105,13 @@ private:
     friend class ChangeVariablesCommand;
 
     void showVariables(const VariableScope &variables);
-    void replace(StepHost::Script script, const QString &fileName);
+    StepHost::Result<QByteArray> write(StepHost::ScriptForm form) const;
+    void replace(StepHost::Script script);
 
     const StepHost::StepCatalogue &m_catalogue;
     ScriptModel *m_model;
     VariableScope m_variables;
-    QString m_fileName;
+    WatchedFile m_file;
     // Declared last: its commands hold steps and refer to the document.
     QUndoStack m_undoStack;
 };

@@ -1,6 +1,7 @@
 #include "ScriptModel.h"
 
 #include "StepMime.h"
+#include "host/plugins/StepSettings.h"
 #include "host/plugins/StepTexts.h"
 #include "host/values/QuotedText.h"
 #include "tools/workbench/look/ThemedIcon.h"
@@ -19,9 +20,8 @@ QStringList messages(const StepHost::StepResult &result)
 {
     QStringList lines;
     for (const QString &warning : result.warnings)
-        lines.append(StepHost::inLines(warning));
-    if (!result.failure.isEmpty())
-        lines.append(StepHost::inLines(result.failure));
+        lines += StepHost::inLines(warning).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    lines += StepHost::inLines(result.failure).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
     return lines;
 }
 } // namespace
@@ -29,6 +29,23 @@ QStringList messages(const StepHost::StepResult &result)
 ScriptModel::ScriptModel(QObject *parent) : QAbstractListModel(parent), m_id(QUuid::createUuid()) { }
 
 ScriptModel::~ScriptModel() = default;
+
+ScriptModel::Settings ScriptModel::settingsOf(const StepHost::ScriptStep &step)
+{
+    Settings settings;
+    settings.enabled = step.enabled;
+    const QVector<QMetaProperty> properties = StepHost::settingsOf(*step.operation);
+    for (const QMetaProperty &property : properties)
+        settings.values.append(property.read(step.operation.get()));
+    return settings;
+}
+
+ScriptModel::Row ScriptModel::rowOf(StepHost::ScriptStep step)
+{
+    Row row;
+    row.step = std::move(step);
+    return row;
+}
 
 ScriptModel::Row &ScriptModel::at(int row)
 {
@@ -56,14 +73,14 @@ void ScriptModel::setSteps(std::vector<StepHost::ScriptStep> steps)
     m_rows.clear();
     m_rows.reserve(steps.size());
     for (StepHost::ScriptStep &step : steps)
-        m_rows.push_back(Row{std::move(step), StepHost::StepResult()});
+        m_rows.push_back(rowOf(std::move(step)));
     endResetModel();
 }
 
 void ScriptModel::insertStep(int row, StepHost::ScriptStep step)
 {
     beginInsertRows(QModelIndex(), row, row);
-    m_rows.insert(m_rows.begin() + row, Row{std::move(step), StepHost::StepResult()});
+    m_rows.insert(m_rows.begin() + row, rowOf(std::move(step)));
     endInsertRows();
 }
 
@@ -91,28 +108,38 @@ void ScriptModel::moveStep(int from, int to)
 void ScriptModel::setEnabled(int row, bool enabled)
 {
     at(row).step.enabled = enabled;
-    at(row).result = StepHost::StepResult();
-    rowChanged(row);
+    settingsChanged(row);
 }
 
 void ScriptModel::setSetting(int row, const QString &property, const QVariant &value)
 {
     at(row).step.operation->setProperty(property.toUtf8().constData(), value);
+    settingsChanged(row);
+}
+
+void ScriptModel::settingsChanged(int row)
+{
     // What the step did with other settings says nothing about it as it is now.
-    at(row).result = StepHost::StepResult();
+    const Settings settings = settingsOf(at(row).step);
+    const Settings &before = at(row).ranWith;
+    at(row).isOutdated = at(row).result.outcome != StepHost::StepOutcome::NotRun
+        && (settings.values != before.values || settings.enabled != before.enabled);
     rowChanged(row);
 }
 
-void ScriptModel::setResult(int row, const StepHost::StepResult &result)
+void ScriptModel::setResult(int row, const StepHost::StepResult &result, const StepHost::ScriptStep &step)
 {
     at(row).result = result;
-    rowChanged(row);
+    at(row).ranWith = settingsOf(step);
+    settingsChanged(row);
 }
 
 void ScriptModel::clearResults()
 {
-    for (Row &row : m_rows)
+    for (Row &row : m_rows) {
         row.result = StepHost::StepResult();
+        row.isOutdated = false;
+    }
     if (!m_rows.empty())
         emit dataChanged(index(0), index(rowCount() - 1));
 }
@@ -132,6 +159,39 @@ int ScriptModel::rowOf(const Operation *step) const
     const auto found = std::find_if(m_rows.cbegin(), m_rows.cend(),
                                     [step](const Row &row) { return row.step.operation.get() == step; });
     return found == m_rows.cend() ? -1 : int(found - m_rows.cbegin());
+}
+
+QString ScriptModel::outcomeText(const Row &row)
+{
+    switch (row.result.outcome) {
+    case StepHost::StepOutcome::Wrote:
+        return tr("wrote");
+    case StepHost::StepOutcome::Skipped:
+        return tr("skipped");
+    case StepHost::StepOutcome::Failed:
+        return tr("failed");
+    case StepHost::StepOutcome::Disabled:
+        return tr("disabled");
+    case StepHost::StepOutcome::NotRun:
+        break;
+    }
+    return QString();
+}
+
+QString ScriptModel::spokenText(int row) const
+{
+    const Row &shown = at(row);
+    QStringList parts{tr("Step %1: %2")
+                          .arg(row + 1)
+                          .arg(StepHost::shownStepText(*shown.step.operation, &Operation::toString))};
+    if (!shown.step.enabled)
+        parts.append(tr("not enabled"));
+    if (row == m_runningRow)
+        parts.append(tr("running…"));
+    const QString outcome = outcomeText(shown);
+    if (!outcome.isEmpty())
+        parts.append(shown.isOutdated ? tr("%1, before its settings were changed").arg(outcome) : outcome);
+    return shortened((parts + messages(shown.result)).join(QLatin1String("; ")));
 }
 
 QIcon ScriptModel::icon(const QString &path) const
@@ -156,6 +216,14 @@ bool ScriptModel::isStep(const QModelIndex &index) const
     return index.isValid() && checkIndex(index, CheckIndexOption::ParentIsInvalid);
 }
 
+QString ScriptModel::toolTip(const Row &row)
+{
+    QStringList lines{StepHost::shownStepText(*row.step.operation, &Operation::description)};
+    if (row.isOutdated)
+        lines.append(tr("The outcome is from before the settings were changed."));
+    return (lines + messages(row.result)).join(QLatin1Char('\n'));
+}
+
 Qt::ItemFlags ScriptModel::flags(const QModelIndex &index) const
 {
     // Drops go between the rows, not onto one.
@@ -177,15 +245,19 @@ QVariant ScriptModel::data(const QModelIndex &index, int role) const
     case Qt::DecorationRole:
         return icon(StepHost::stepText(operation, &Operation::icon));
     case Qt::ToolTipRole:
-        return toolTipText(
-            (QStringList(StepHost::shownStepText(operation, &Operation::description)) + messages(row.result))
-                .join(QLatin1Char('\n')));
+        return toolTipText(toolTip(row));
+    case Qt::AccessibleTextRole:
+        return spokenText(index.row());
     case Qt::CheckStateRole:
         return int(row.step.enabled ? Qt::Checked : Qt::Unchecked);
     case NumberRole:
         return index.row() + 1;
     case OutcomeRole:
         return int(row.result.outcome);
+    case OutcomeTextRole:
+        return outcomeText(row);
+    case OutdatedRole:
+        return row.isOutdated;
     case WarningsRole:
         return messages(row.result);
     case RunningRole:

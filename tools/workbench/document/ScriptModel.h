@@ -22,9 +22,12 @@ public:
     enum Role {
         NumberRole = Qt::UserRole, ///< `int`: the step's number, from 1.
         OutcomeRole, ///< `int`: StepHost::StepOutcome
-        WarningsRole, ///< `QStringList`: what the step had to say, also why it failed.
+        OutcomeTextRole, ///< `QString`: the outcome in a word, for the user; empty for a step that was not run.
+        OutdatedRole, ///< `bool`: the outcome is that of the step with other settings than it has now.
+        WarningsRole, ///< `QStringList`: what the step had to say, also why it failed, a line each.
         RunningRole, ///< `bool`: it is this step's turn in a run that goes on.
     };
+    /// `Qt::AccessibleTextRole` has all that is drawn of a step, in words.
 
     explicit ScriptModel(QObject *parent = nullptr);
     ~ScriptModel() override;
@@ -49,8 +52,8 @@ public:
     /// Gives the property \a property of the step in \a row the value \a value.
     void setSetting(int row, const QString &property, const QVariant &value);
 
-    /// Notes what became of the step in \a row.
-    void setResult(int row, const StepHost::StepResult &result);
+    /// Notes what became of the step in \a row when it was like \a step.
+    void setResult(int row, const StepHost::StepResult &result, const StepHost::ScriptStep &step);
 
     /// Forgets what became of all steps.
     void clearResults();
@@ -86,12 +89,27 @@ signals:
     void insertRequested(const QByteArray &script, int row);
 
 private:
+    /// What an outcome depends on.
+    struct Settings
+    {
+        QVariantList values;
+        bool enabled = true;
+    };
+
     struct Row
     {
         StepHost::ScriptStep step;
         StepHost::StepResult result;
+        Settings ranWith; ///< The settings that the result belongs to.
+        bool isOutdated = false; ///< The step has others now.
     };
 
+    static Settings settingsOf(const StepHost::ScriptStep &step);
+    static Row rowOf(StepHost::ScriptStep step);
+    static QString outcomeText(const Row &row);
+    static QString toolTip(const Row &row);
+    QString spokenText(int row) const;
+    void settingsChanged(int row);
     bool isStep(const QModelIndex &index) const;
     Row &at(int row);
     const Row &at(int row) const;

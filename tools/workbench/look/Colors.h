@@ -32,4 +32,11 @@ inline QColor subdued(const QPalette &palette)
     color.setAlphaF(0.62);
     return color;
 }
+
+/// What is behind a selection in a view that the keys are not for now.
+inline QColor resting(const QPalette &palette)
+{
+    const QColor base = palette.color(QPalette::Active, QPalette::Base);
+    return isDark(palette) ? base.lighter(220) : base.darker(115);
+}
 } // namespace Workbench::Colors

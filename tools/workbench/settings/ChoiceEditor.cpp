@@ -32,10 +32,4 @@ void ChoiceEditor::setValue(const QVariant &value)
     m_value = value.toInt();
     m_combo->setCurrentIndex(m_value >= 0 && m_value < m_combo->count() ? m_value : -1);
 }
-
-QString ChoiceEditor::hint() const
-{
-    return m_combo->currentIndex() < 0 ? tr("The present value, %1, is none of the choices.").arg(m_value)
-                                       : QString();
-}
 } // namespace Workbench

@@ -16,7 +16,6 @@ public:
 
     QVariant value() const override;
     void setValue(const QVariant &value) override;
-    QString hint() const override;
 
 private:
     QComboBox *m_combo;

@@ -12,11 +12,5 @@ class IntegerEditor : public TextEditor
 
 public:
     explicit IntegerEditor(int type, QWidget *parent = nullptr);
-
-    void setVariables(const VariableScope &variables) override;
-    QString hint() const override;
-
-private:
-    VariableScope m_variables;
 };
 } // namespace Workbench

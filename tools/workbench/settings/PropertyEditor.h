@@ -29,7 +29,8 @@ public:
     /// Offers the variables of \a variables where the editor offers any.
     virtual void setVariables(const VariableScope &variables);
 
-    /// What the user should know about what is typed; empty when there is nothing to say.
+    /// What the user should know about what is typed, beside what StepHost::StepProblems tells of the value; empty when
+    /// there is nothing to say.
     virtual QString hint() const;
 
 signals:

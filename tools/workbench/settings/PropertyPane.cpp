@@ -2,7 +2,10 @@
 
 #include "PropertyEditor.h"
 #include "host/plugins/StepTexts.h"
+#include "host/scripts/StepProblems.h"
 #include "host/values/QuotedText.h"
+#include "tools/workbench/look/ColoredLabel.h"
+#include "tools/workbench/look/Colors.h"
 #include "tools/workbench/look/ThemedIcon.h"
 #include "tools/workbench/look/ToolTipText.h"
 
@@ -30,6 +33,8 @@ PropertyPane::PropertyPane(QWidget *parent) : QScrollArea(parent)
 {
     setWidgetResizable(true);
     setFrameShape(QFrame::NoFrame);
+    // Its editors have the keyboard; the pane itself would be a stop that nobody sees.
+    setFocusPolicy(Qt::NoFocus);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     build();
 }
@@ -99,8 +104,8 @@ void PropertyPane::addRow(const StepHost::SettingSchema &setting, QVBoxLayout *l
     row.editor =
         createPropertyEditor(setting, m_step->property(setting.property.toUtf8().constData()), row.widget);
     row.editor->setVariables(m_variables);
-    row.hint = newTextLabel(QString());
-    row.hint->setForegroundRole(QPalette::PlaceholderText);
+    row.hint = new ColoredLabel(Colors::subdued);
+    row.hint->setObjectName(QStringLiteral("hint"));
     row.hint->setMinimumWidth(1);
     const QString labelText = menuText(setting.label.isEmpty() ? setting.property : setting.label);
     auto *label = newTextLabel(labelText);
@@ -140,15 +145,24 @@ void PropertyPane::setVariables(const VariableScope &variables)
     updateRows();
 }
 
+QString PropertyPane::hintFor(const Row &row) const
+{
+    const QVariant value = row.editor->value();
+    const QString problem =
+        value.isValid() ? StepHost::StepProblems::ofSetting(row.setting, value, m_variables) : QString();
+    return problem.isEmpty() ? row.editor->hint() : problem;
+}
+
 void PropertyPane::updateRows()
 {
     if (m_description)
         m_description->setText(shortened(StepHost::shownStepText(*m_step, &Operation::description)));
     for (const Row &row : qAsConst(m_rows)) {
         row.widget->setVisible(StepHost::isVisible(row.setting, *m_step));
-        const QString hint = row.editor->hint();
-        row.hint->setText(StepHost::inLines(shortened(hint)));
+        const QString hint = StepHost::inLines(shortened(hintFor(row)));
+        row.hint->setText(hint);
         row.hint->setVisible(!hint.isEmpty());
+        row.editor->focusProxy()->setAccessibleDescription(hint);
     }
 }
 
@@ -157,6 +171,15 @@ void PropertyPane::focusInEvent(QFocusEvent *event)
     QScrollArea::focusInEvent(event);
     if (event->reason() == Qt::ShortcutFocusReason && !m_rows.isEmpty())
         m_rows.first().editor->setFocus(event->reason());
+}
+
+QString PropertyPane::hint(const QString &property) const
+{
+    for (const Row &row : m_rows) {
+        if (row.setting.property == property)
+            return hintFor(row);
+    }
+    return QString();
 }
 
 PropertyEditor *PropertyPane::editor(const QString &property) const

@@ -34,6 +34,9 @@ public:
     /// The editor of the setting \a property; null when the step has none.
     PropertyEditor *editor(const QString &property) const;
 
+    /// What the user is told about the setting \a property; empty when there is nothing to say.
+    QString hint(const QString &property) const;
+
 signals:
     /// The user gave the setting \a property the value \a value.
     void settingEdited(const QString &property, const QVariant &value);
@@ -50,6 +53,7 @@ private:
         QLabel *hint;
     };
 
+    QString hintFor(const Row &row) const;
     void build();
     void addRow(const StepHost::SettingSchema &setting, QVBoxLayout *layout);
     void addHeader(QVBoxLayout *layout);

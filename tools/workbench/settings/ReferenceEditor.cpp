@@ -1,7 +1,6 @@
 #include "ReferenceEditor.h"
 
 #include "ReferenceCompleter.h"
-#include "host/scripts/References.h"
 
 #include <QLineEdit>
 
@@ -15,13 +14,6 @@ ReferenceEditor::ReferenceEditor(const QVector<VarType> &types, QWidget *parent)
 
 void ReferenceEditor::setVariables(const VariableScope &variables)
 {
-    m_variables = variables;
     m_completer->setVariables(variables, m_types);
-}
-
-QString ReferenceEditor::hint() const
-{
-    const QString unknown = StepHost::unknownVariable(lineEdit()->text(), m_variables);
-    return unknown.isEmpty() ? TextEditor::hint() : tr("There is no variable “%1” yet.").arg(unknown);
 }
 } // namespace Workbench

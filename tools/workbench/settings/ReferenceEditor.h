@@ -18,11 +18,9 @@ public:
     explicit ReferenceEditor(const QVector<VarType> &types, QWidget *parent = nullptr);
 
     void setVariables(const VariableScope &variables) override;
-    QString hint() const override;
 
 private:
     ReferenceCompleter *m_completer;
     QVector<VarType> m_types;
-    VariableScope m_variables;
 };
 } // namespace Workbench

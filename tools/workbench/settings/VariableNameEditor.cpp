@@ -46,7 +46,6 @@ void VariableNameEditor::setValue(const QVariant &value)
 
 void VariableNameEditor::setVariables(const VariableScope &variables)
 {
-    m_variables = variables;
     QStringList names;
     const QStringList allNames = variables.names();
     for (const QString &name : allNames) {
@@ -67,13 +66,6 @@ void VariableNameEditor::setVariables(const VariableScope &variables)
 
 QString VariableNameEditor::hint() const
 {
-    const QString name = m_combo->currentText();
-    if (name.isEmpty())
-        return tr("No variable is chosen.");
-    if (!m_variables.contains(name))
-        return tr("There is no variable “%1” yet.").arg(name);
-    if (m_kind == StepHost::VariableKind::List && !StepHost::isOfKind(m_variables.typeOf(name), m_kind))
-        return tr("“%1” is not a list.").arg(name);
-    return hintOfUnseen(name);
+    return hintOfUnseen(m_combo->currentText());
 }
 } // namespace Workbench

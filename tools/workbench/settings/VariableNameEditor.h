@@ -23,6 +23,5 @@ public:
 private:
     StepHost::VariableKind m_kind;
     QComboBox *m_combo;
-    VariableScope m_variables;
 };
 } // namespace Workbench

@@ -71,6 +71,37 @@
     </message>
 </context>
 <context>
+    <name>StepHost::StepProblems</name>
+    <message>
+        <source>No variable is chosen.</source>
+        <translation>尚未选择变量。</translation>
+    </message>
+    <message>
+        <source>There is no variable “%1” yet.</source>
+        <translation>还没有变量“%1”。</translation>
+    </message>
+    <message>
+        <source>“%1” is not a list.</source>
+        <translation>“%1”不是列表。</translation>
+    </message>
+    <message>
+        <source>Not an integer. The step may skip its work.</source>
+        <translation>不是整数，步骤可能会跳过。</translation>
+    </message>
+    <message>
+        <source>A reference. Not every step looks one up here.</source>
+        <translation>这是引用。并非每个步骤都会在此解析引用。</translation>
+    </message>
+    <message>
+        <source>The present value, %1, is none of the choices.</source>
+        <translation>当前值 %1 不在选项之中。</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1：%2</translation>
+    </message>
+</context>
+<context>
     <name>StepHost::ValueFile</name>
     <message>
         <source>Item %1 has a line break, which a text file with one item a line cannot hold. Choose a .csv file.</source>
@@ -108,10 +139,131 @@
     </message>
 </context>
 <context>
-    <name>Workbench::ChoiceEditor</name>
+    <name>Workbench::DifferenceDialog</name>
     <message>
-        <source>The present value, %1, is none of the choices.</source>
-        <translation>当前值 %1 不在选项之中。</translation>
+        <source>Difference</source>
+        <translation>差异</translation>
+    </message>
+    <message>
+        <source>Both are the same script; only the way it is written differs.</source>
+        <translation>两者是同一个脚本，只是写法不同。</translation>
+    </message>
+    <message>
+        <source>− only in %1
++ only in %2</source>
+        <translation>− 仅在%1中
++ 仅在%2中</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>关闭</translation>
+    </message>
+</context>
+<context>
+    <name>Workbench::FileActions</name>
+    <message>
+        <source>Unsaved changes</source>
+        <translation>未保存的更改</translation>
+    </message>
+    <message>
+        <source>The script has changes that are not saved. Save them?</source>
+        <translation>脚本有未保存的更改。要保存吗？</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>保存</translation>
+    </message>
+    <message>
+        <source>Discard</source>
+        <translation>放弃</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Open script</source>
+        <translation>打开脚本</translation>
+    </message>
+    <message>
+        <source>Scripts (*.json *.qms);;All files (*)</source>
+        <translation>脚本 (*.json *.qms);;所有文件 (*)</translation>
+    </message>
+    <message>
+        <source>Opened %1</source>
+        <translation>已打开 %1</translation>
+    </message>
+    <message>
+        <source>The script cannot be opened</source>
+        <translation>无法打开脚本</translation>
+    </message>
+    <message>
+        <source>Binary script (*.qms)</source>
+        <translation>二进制脚本 (*.qms)</translation>
+    </message>
+    <message>
+        <source>Save script</source>
+        <translation>保存脚本</translation>
+    </message>
+    <message>
+        <source>Script as JSON (*.json)</source>
+        <translation>JSON 脚本 (*.json)</translation>
+    </message>
+    <message>
+        <source>The script cannot be saved</source>
+        <translation>无法保存脚本</translation>
+    </message>
+    <message>
+        <source>Saved %1</source>
+        <translation>已保存 %1</translation>
+    </message>
+    <message>
+        <source>The file has changed</source>
+        <translation>文件已更改</translation>
+    </message>
+    <message>
+        <source>Another program has changed %1 since it was opened or saved here. Saving replaces what it wrote.</source>
+        <translation>自从在此打开或保存 %1 之后，另一个程序更改了它。保存会替换其写入的内容。</translation>
+    </message>
+    <message>
+        <source>Replace</source>
+        <translation>替换</translation>
+    </message>
+    <message>
+        <source>Save as…</source>
+        <translation>另存为…</translation>
+    </message>
+    <message>
+        <source>Show difference</source>
+        <translation>查看差异</translation>
+    </message>
+    <message>
+        <source>Another program has changed %1.</source>
+        <translation>另一个程序更改了 %1。</translation>
+    </message>
+    <message>
+        <source>Reload</source>
+        <translation>重新载入</translation>
+    </message>
+    <message>
+        <source>Keep mine</source>
+        <translation>保留我的内容</translation>
+    </message>
+    <message>
+        <source>The difference cannot be shown</source>
+        <translation>无法显示差异</translation>
+    </message>
+    <message>
+        <source>the file</source>
+        <translation>文件</translation>
+    </message>
+    <message>
+        <source>the window</source>
+        <translation>窗口</translation>
+    </message>
+    <message>
+        <source>Reloading the file drops the changes that are not saved.</source>
+        <translation>重新载入文件会丢弃未保存的更改。</translation>
     </message>
 </context>
 <context>
@@ -119,18 +271,6 @@
     <message>
         <source>An integer</source>
         <translation>整数</translation>
-    </message>
-    <message>
-        <source>There is no variable “%1” yet.</source>
-        <translation>还没有变量“%1”。</translation>
-    </message>
-    <message>
-        <source>A reference. Not every step looks one up here.</source>
-        <translation>这是引用。并非每个步骤都会在此解析引用。</translation>
-    </message>
-    <message>
-        <source>Not an integer. The step may skip its work.</source>
-        <translation>不是整数，步骤可能会跳过。</translation>
     </message>
 </context>
 <context>
@@ -163,6 +303,10 @@
     <message>
         <source>Message</source>
         <translation>消息</translation>
+    </message>
+    <message>
+        <source>Warning: %1</source>
+        <translation>警告：%1</translation>
     </message>
 </context>
 <context>
@@ -267,10 +411,6 @@
         <translation>停止(&amp;T)</translation>
     </message>
     <message>
-        <source>&amp;Put variables back</source>
-        <translation>还原变量(&amp;P)</translation>
-    </message>
-    <message>
         <source>Run the whole script on its start values (%1)</source>
         <translation>从初始值开始运行整个脚本（%1）</translation>
     </message>
@@ -287,10 +427,6 @@
         <translation>在下一步骤之前停止（%1）</translation>
     </message>
     <message>
-        <source>Put the variables back to what they were before the run (%1)</source>
-        <translation>把变量还原为运行之前的值（%1）</translation>
-    </message>
-    <message>
         <source>&amp;View</source>
         <translation>视图(&amp;V)</translation>
     </message>
@@ -301,62 +437,6 @@
     <message>
         <source>&amp;About the workbench</source>
         <translation>关于工作台(&amp;A)</translation>
-    </message>
-    <message>
-        <source>Unsaved changes</source>
-        <translation>未保存的更改</translation>
-    </message>
-    <message>
-        <source>The script has changes that are not saved. Save them?</source>
-        <translation>脚本有未保存的更改。要保存吗？</translation>
-    </message>
-    <message>
-        <source>Save</source>
-        <translation>保存</translation>
-    </message>
-    <message>
-        <source>Discard</source>
-        <translation>放弃</translation>
-    </message>
-    <message>
-        <source>Cancel</source>
-        <translation>取消</translation>
-    </message>
-    <message>
-        <source>Open script</source>
-        <translation>打开脚本</translation>
-    </message>
-    <message>
-        <source>Scripts (*.json *.qms);;All files (*)</source>
-        <translation>脚本 (*.json *.qms);;所有文件 (*)</translation>
-    </message>
-    <message>
-        <source>Opened %1</source>
-        <translation>已打开 %1</translation>
-    </message>
-    <message>
-        <source>The script cannot be opened</source>
-        <translation>无法打开脚本</translation>
-    </message>
-    <message>
-        <source>Binary script (*.qms)</source>
-        <translation>二进制脚本 (*.qms)</translation>
-    </message>
-    <message>
-        <source>Save script</source>
-        <translation>保存脚本</translation>
-    </message>
-    <message>
-        <source>Script as JSON (*.json)</source>
-        <translation>JSON 脚本 (*.json)</translation>
-    </message>
-    <message>
-        <source>The script cannot be saved</source>
-        <translation>无法保存脚本</translation>
-    </message>
-    <message>
-        <source>Saved %1</source>
-        <translation>已保存 %1</translation>
     </message>
     <message>
         <source>None yet</source>
@@ -381,6 +461,22 @@
     <message>
         <source>The Quillmap workbench, version %1: a place to try out the steps of plug-ins by hand.</source>
         <translation>Quillmap 工作台 %1 版：亲手试用插件步骤的地方。</translation>
+    </message>
+    <message>
+        <source>V&amp;ariables</source>
+        <translation>变量(&amp;A)</translation>
+    </message>
+    <message>
+        <source>&amp;Clear results</source>
+        <translation>清除结果(&amp;C)</translation>
+    </message>
+    <message>
+        <source>Forget what the last run did and left in the variables (%1)</source>
+        <translation>清除上次运行的情况和它留在变量中的值（%1）</translation>
+    </message>
+    <message>
+        <source>The script does not have this step any more.</source>
+        <translation>脚本中已没有此步骤。</translation>
     </message>
 </context>
 <context>
@@ -418,10 +514,6 @@
         <source>A value, or $variable</source>
         <translation>值，或 $变量</translation>
     </message>
-    <message>
-        <source>There is no variable “%1” yet.</source>
-        <translation>还没有变量“%1”。</translation>
-    </message>
 </context>
 <context>
     <name>Workbench::RunSession</name>
@@ -450,6 +542,10 @@
         <translation>
             <numerusform>步骤遗留的 %n 个进程已被结束</numerusform>
         </translation>
+    </message>
+    <message>
+        <source>The step wrote nothing and gave no reason.</source>
+        <translation>步骤没有写入任何内容，也没有说明原因。</translation>
     </message>
 </context>
 <context>
@@ -508,6 +604,45 @@
     </message>
 </context>
 <context>
+    <name>Workbench::ScriptModel</name>
+    <message>
+        <source>wrote</source>
+        <translation>已写入</translation>
+    </message>
+    <message>
+        <source>skipped</source>
+        <translation>已跳过</translation>
+    </message>
+    <message>
+        <source>failed</source>
+        <translation>出错</translation>
+    </message>
+    <message>
+        <source>disabled</source>
+        <translation>已停用</translation>
+    </message>
+    <message>
+        <source>Step %1: %2</source>
+        <translation>步骤 %1：%2</translation>
+    </message>
+    <message>
+        <source>not enabled</source>
+        <translation>未启用</translation>
+    </message>
+    <message>
+        <source>running…</source>
+        <translation>运行中…</translation>
+    </message>
+    <message>
+        <source>%1, before its settings were changed</source>
+        <translation>%1（更改设置之前）</translation>
+    </message>
+    <message>
+        <source>The outcome is from before the settings were changed.</source>
+        <translation>此结果是更改设置之前的结果。</translation>
+    </message>
+</context>
+<context>
     <name>Workbench::ScriptPane</name>
     <message>
         <source>Steps of the script</source>
@@ -526,16 +661,8 @@
         <translation>粘贴(&amp;P)</translation>
     </message>
     <message>
-        <source>D&amp;uplicate</source>
-        <translation>创建副本(&amp;U)</translation>
-    </message>
-    <message>
         <source>&amp;Delete</source>
         <translation>删除(&amp;D)</translation>
-    </message>
-    <message>
-        <source>Move u&amp;p</source>
-        <translation>上移(&amp;P)</translation>
     </message>
     <message>
         <source>Move d&amp;own</source>
@@ -551,28 +678,20 @@ Drag one here from the palette, or double-click it there.</source>
         <translation>脚本还没有步骤。
 从步骤库拖到这里，或在那里双击。</translation>
     </message>
+    <message>
+        <source>Dup&amp;licate</source>
+        <translation>创建副本(&amp;L)</translation>
+    </message>
+    <message>
+        <source>&amp;Move up</source>
+        <translation>上移(&amp;M)</translation>
+    </message>
 </context>
 <context>
     <name>Workbench::StepDelegate</name>
     <message>
         <source>running…</source>
         <translation>运行中…</translation>
-    </message>
-    <message>
-        <source>✓ wrote</source>
-        <translation>✓ 已写入</translation>
-    </message>
-    <message>
-        <source>⚠ skipped</source>
-        <translation>⚠ 已跳过</translation>
-    </message>
-    <message>
-        <source>✗ failed</source>
-        <translation>✗ 出错</translation>
-    </message>
-    <message>
-        <source>disabled</source>
-        <translation>已停用</translation>
     </message>
 </context>
 <context>
@@ -740,20 +859,29 @@ Drag one here from the palette, or double-click it there.</source>
             <numerusform>%n 项</numerusform>
         </translation>
     </message>
-</context>
-<context>
-    <name>Workbench::VariableNameEditor</name>
     <message>
-        <source>No variable is chosen.</source>
-        <translation>尚未选择变量。</translation>
+        <source>Unsaved changes</source>
+        <translation>未保存的更改</translation>
     </message>
     <message>
-        <source>There is no variable “%1” yet.</source>
-        <translation>还没有变量“%1”。</translation>
+        <source>Keep what was changed in this dialog?</source>
+        <translation>要保留在此对话框中所做的更改吗？</translation>
     </message>
     <message>
-        <source>“%1” is not a list.</source>
-        <translation>“%1”不是列表。</translation>
+        <source>Keep</source>
+        <translation>保留</translation>
+    </message>
+    <message>
+        <source>Discard</source>
+        <translation>放弃</translation>
+    </message>
+    <message>
+        <source>Undo</source>
+        <translation>撤销</translation>
+    </message>
+    <message>
+        <source>Redo</source>
+        <translation>重做</translation>
     </message>
 </context>
 <context>
@@ -808,6 +936,10 @@ After the last run: %2</source>
         <source>After the last run</source>
         <translation>上次运行之后</translation>
     </message>
+    <message>
+        <source>%1, changed by the last run</source>
+        <translation>%1，上次运行更改了它</translation>
+    </message>
 </context>
 <context>
     <name>Workbench::VariablesPane</name>
@@ -828,10 +960,6 @@ After the last run: %2</source>
         <translation>保留结果</translation>
     </message>
     <message>
-        <source>Make the values after the last run those that the script starts with</source>
-        <translation>把上次运行之后的值作为脚本的初始值</translation>
-    </message>
-    <message>
         <source>Variables</source>
         <translation>变量</translation>
     </message>
@@ -850,6 +978,26 @@ After the last run: %2</source>
     <message>
         <source>variable%1</source>
         <translation>变量%1</translation>
+    </message>
+    <message>
+        <source>&amp;Add variable</source>
+        <translation>添加变量(&amp;A)</translation>
+    </message>
+    <message>
+        <source>&amp;Remove variable</source>
+        <translation>删除变量(&amp;R)</translation>
+    </message>
+    <message>
+        <source>&amp;Edit value…</source>
+        <translation>编辑值(&amp;E)…</translation>
+    </message>
+    <message>
+        <source>&amp;Keep results</source>
+        <translation>保留结果(&amp;K)</translation>
+    </message>
+    <message>
+        <source>Make the values after the last run those that the script starts with (%1)</source>
+        <translation>把上次运行之后的值作为脚本的初始值（%1）</translation>
     </message>
 </context>
 <context>

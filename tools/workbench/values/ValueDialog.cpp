@@ -6,7 +6,9 @@
 #include "host/values/QuotedText.h"
 #include "host/values/ValueFile.h"
 #include "tools/workbench/look/ChoiceDelegate.h"
+#include "tools/workbench/look/ColoredLabel.h"
 #include "tools/workbench/look/Colors.h"
+#include "tools/workbench/look/PaneView.h"
 #include "tools/workbench/look/ThemedIcon.h"
 #include "tools/workbench/look/ToolTipText.h"
 #include "tools/workbench/look/TypeNames.h"
@@ -18,6 +20,7 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QMenu>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QTableView>
 #include <QToolBar>
@@ -42,10 +45,44 @@ QVector<ChoiceDelegate::Choice> kindChoices()
         choices.append({int(kind), TypeNames::of(kind)});
     return choices;
 }
+
+/// One edit. Values share what they have in common with the one before, so even a long list costs little.
+class ValueCommand : public QUndoCommand
+{
+public:
+    using SetValue = std::function<void(const QVariantList &)>;
+
+    ValueCommand(const QVariantList &before, const QVariantList &after, const SetValue &setValue)
+        : m_before(before), m_after(after), m_setValue(setValue)
+    {
+    }
+
+    void undo() override
+    {
+        m_setValue(m_before);
+    }
+
+    void redo() override
+    {
+        // When it is pushed, the edit is done already.
+        if (m_isDone)
+            m_setValue(m_after);
+        m_isDone = true;
+    }
+
+private:
+    QVariantList m_before;
+    QVariantList m_after;
+    SetValue m_setValue;
+    bool m_isDone = false;
+};
+
+constexpr int undoLimit = 100;
 } // namespace
 
 ValueDialog::ValueDialog(const QString &name, VarType type, const QVariantList &value, QWidget *parent)
-    : QDialog(parent), m_type(type), m_view(new QTableView), m_count(new QLabel), m_message(new QLabel)
+    : QDialog(parent), m_type(type), m_view(new PaneView<QTableView>), m_count(new QLabel),
+      m_message(new ColoredLabel(Colors::warning))
 {
     const QString shownName = StepHost::inOneLine(shortened(name));
     setWindowTitle(type == VarType::Table ? tr("Table “%1”").arg(shownName) : tr("List “%1”").arg(shownName));
@@ -59,10 +96,14 @@ ValueDialog::ValueDialog(const QString &name, VarType type, const QVariantList &
         connect(m_list, &ListValueModel::refused, this, &ValueDialog::showMessage);
     }
     setValue(value);
+    m_undoStack.setUndoLimit(undoLimit);
 
     m_view->setObjectName(QStringLiteral("values"));
     m_view->setModel(m_model);
+    m_view->setAccessibleName(windowTitle());
     m_view->setWordWrap(false);
+    // Otherwise nothing but the table could be reached by Tab.
+    m_view->setTabKeyNavigation(false);
     m_view->setAlternatingRowColors(true);
     m_view->verticalHeader()->setDefaultSectionSize(m_view->fontMetrics().height() + 8);
     m_view->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
@@ -86,12 +127,7 @@ ValueDialog::ValueDialog(const QString &name, VarType type, const QVariantList &
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
 
     m_message->setObjectName(QStringLiteral("message"));
-    m_message->setTextFormat(Qt::PlainText);
-    m_message->setWordWrap(true);
     m_message->hide();
-    QPalette messagePalette = m_message->palette();
-    messagePalette.setColor(QPalette::WindowText, Colors::warning(messagePalette));
-    m_message->setPalette(messagePalette);
 
     auto *bottom = new QHBoxLayout;
     bottom->addWidget(m_count);
@@ -106,10 +142,64 @@ ValueDialog::ValueDialog(const QString &name, VarType type, const QVariantList &
     m_view->setFocus();
     resize(760, 540);
 
+    connectModel();
+    showCount();
+}
+
+void ValueDialog::connectModel()
+{
     connect(m_model, &QAbstractItemModel::modelReset, this, &ValueDialog::showCount);
     connect(m_model, &QAbstractItemModel::rowsInserted, this, &ValueDialog::showCount);
     connect(m_model, &QAbstractItemModel::rowsRemoved, this, &ValueDialog::showCount);
-    showCount();
+    // What is edited in a cell comes from the view, not through edit().
+    connect(m_model, &QAbstractItemModel::dataChanged, this, &ValueDialog::noteEdit);
+}
+
+void ValueDialog::noteEdit()
+{
+    if (m_isEditing)
+        return;
+    const QVariantList before = m_noted;
+    m_noted = value();
+    if (!ItemValue::same(QVariant(before), QVariant(m_noted)))
+        m_undoStack.push(
+            new ValueCommand(before, m_noted, [this](const QVariantList &value) { setValue(value); }));
+}
+
+void ValueDialog::edit(const std::function<void()> &action)
+{
+    m_isEditing = true;
+    action();
+    m_isEditing = false;
+    noteEdit();
+}
+
+void ValueDialog::select(const QModelIndex &index)
+{
+    // Not as the view would select it by itself: the keys that are held down are those of the command.
+    m_view->selectionModel()->setCurrentIndex(
+        index,
+        QItemSelectionModel::ClearAndSelect
+            | (m_list ? QItemSelectionModel::Rows : QItemSelectionModel::NoUpdate));
+    m_view->scrollTo(index);
+}
+
+void ValueDialog::reject()
+{
+    if (m_undoStack.index() > 0) {
+        QMessageBox box(QMessageBox::Warning, tr("Unsaved changes"),
+                        tr("Keep what was changed in this dialog?"), QMessageBox::NoButton, this);
+        QPushButton *keepButton = box.addButton(tr("Keep"), QMessageBox::AcceptRole);
+        QPushButton *discardButton = box.addButton(tr("Discard"), QMessageBox::DestructiveRole);
+        box.setEscapeButton(box.addButton(tr("Cancel"), QMessageBox::RejectRole));
+        box.setDefaultButton(keepButton);
+        box.exec();
+        if (box.clickedButton() == keepButton)
+            accept();
+        if (box.clickedButton() != discardButton)
+            return;
+    }
+    QDialog::reject();
 }
 
 QToolBar *ValueDialog::createToolBar()
@@ -135,10 +225,21 @@ QToolBar *ValueDialog::createToolBar()
     } else {
         add(tr("Up"), QStringLiteral("up"), Qt::ALT | Qt::Key_Up, [this] { moveItems(-1); });
         add(tr("Down"), QStringLiteral("down"), Qt::ALT | Qt::Key_Down, [this] { moveItems(1); });
-        add(tr("Sort"), QStringLiteral("sort"), Qt::CTRL | Qt::Key_T,
-            [this] { m_list->sort(ListValueModel::ValueColumn, Qt::AscendingOrder); });
+        add(tr("Sort"), QStringLiteral("sort"), Qt::CTRL | Qt::Key_T, &ValueDialog::sortItems);
     }
     addTypeMenu(bar);
+    bar->addSeparator();
+    const auto addUndo = [bar](QAction *action, const QString &text, const QString &icon,
+                               const QKeySequence &key) {
+        action->setIcon(themedIcon(icon));
+        action->setIconText(text);
+        action->setShortcut(key);
+        bar->addAction(action);
+    };
+    addUndo(m_undoStack.createUndoAction(this, tr("Undo")), tr("Undo"), QStringLiteral("undo"),
+            QKeySequence::Undo);
+    addUndo(m_undoStack.createRedoAction(this, tr("Redo")), tr("Redo"), QStringLiteral("redo"),
+            Qt::CTRL | Qt::Key_Y);
     bar->addSeparator();
     add(tr("Import…"), QStringLiteral("open"), Qt::CTRL | Qt::Key_O, &ValueDialog::chooseImport);
     add(tr("Export…"), QStringLiteral("save"), Qt::CTRL | Qt::Key_S, &ValueDialog::chooseExport);
@@ -166,6 +267,7 @@ QVariantList ValueDialog::value() const
 
 void ValueDialog::setValue(const QVariantList &value)
 {
+    m_noted = value;
     if (m_list)
         m_list->setItems(value);
     else
@@ -187,23 +289,27 @@ QList<int> ValueDialog::selectedRows() const
 void ValueDialog::insertItem()
 {
     const int row = m_view->currentIndex().isValid() ? m_view->currentIndex().row() + 1 : m_model->rowCount();
-    if (m_table && m_model->columnCount() == 0)
-        m_model->insertColumn(0);
-    else
-        m_model->insertRow(row);
-    m_view->setCurrentIndex(m_model->index(qMin(row, m_model->rowCount() - 1), 0));
+    edit([this, row] {
+        if (m_table && m_model->columnCount() == 0)
+            m_model->insertColumn(0);
+        else
+            m_model->insertRow(row);
+    });
+    select(m_model->index(qMin(row, m_model->rowCount() - 1), 0));
     m_view->edit(m_view->currentIndex());
 }
 
 void ValueDialog::removeItems()
 {
-    removeModelRows(*m_model, selectedRows());
+    edit([this] { removeModelRows(*m_model, selectedRows()); });
 }
 
 void ValueDialog::insertColumn()
 {
     const QModelIndex current = m_view->currentIndex();
-    m_model->insertColumn(current.isValid() ? current.column() + 1 : m_model->columnCount());
+    edit([this, current] {
+        m_model->insertColumn(current.isValid() ? current.column() + 1 : m_model->columnCount());
+    });
 }
 
 void ValueDialog::removeColumns()
@@ -214,8 +320,10 @@ void ValueDialog::removeColumns()
         columns.append(index.column());
     std::sort(columns.begin(), columns.end());
     columns.erase(std::unique(columns.begin(), columns.end()), columns.end());
-    for (auto column = columns.crbegin(); column != columns.crend(); ++column)
-        m_model->removeColumn(*column);
+    edit([this, &columns] {
+        for (auto column = columns.crbegin(); column != columns.crend(); ++column)
+            m_model->removeColumn(*column);
+    });
 }
 
 void ValueDialog::moveItems(int distance)
@@ -225,16 +333,25 @@ void ValueDialog::moveItems(int distance)
         return;
     const int first = rows.first();
     const int count = rows.last() - first + 1;
-    m_list->moveRows(QModelIndex(), first, count, QModelIndex(),
-                     distance < 0 ? first - 1 : first + count + 1);
+    edit([this, first, count, distance] {
+        m_list->moveRows(QModelIndex(), first, count, QModelIndex(),
+                         distance < 0 ? first - 1 : first + count + 1);
+    });
+}
+
+void ValueDialog::sortItems()
+{
+    edit([this] { m_list->sort(ListValueModel::ValueColumn, Qt::AscendingOrder); });
 }
 
 void ValueDialog::convertSelected(ItemKind kind)
 {
-    if (m_list)
-        m_list->convertRows(selectedRows(), kind);
-    else
-        m_table->convertCells(m_view->selectionModel()->selectedIndexes(), kind);
+    edit([this, kind] {
+        if (m_list)
+            m_list->convertRows(selectedRows(), kind);
+        else
+            m_table->convertCells(m_view->selectionModel()->selectedIndexes(), kind);
+    });
 }
 
 void ValueDialog::chooseImport()
@@ -249,8 +366,14 @@ void ValueDialog::importFile(const QString &fileName)
 {
     const auto value = m_list ? ValueFile::readList(fileName) : ValueFile::readTable(fileName);
     showMessage(value ? QString() : value.error());
-    if (value)
-        setValue(*value);
+    if (!value)
+        return;
+    edit([this, &value] {
+        if (m_list)
+            m_list->setItems(*value);
+        else
+            m_table->setRows(*value);
+    });
 }
 
 void ValueDialog::chooseExport()

@@ -5,10 +5,14 @@
 #include "hostapi/VariableScope.h"
 
 #include <QDialog>
+#include <QUndoStack>
 #include <QVariantList>
+
+#include <functional>
 
 class QAbstractItemModel;
 class QLabel;
+class QModelIndex;
 class QTableView;
 class QToolBar;
 
@@ -30,6 +34,9 @@ public:
     /// The value as edited.
     QVariantList value() const;
 
+    /// Closes the dialog without the edits. When there are some, the user is asked before.
+    void reject() override;
+
     /// Reads the value from the file \a fileName. If that cannot be read, says why and changes nothing.
     void importFile(const QString &fileName);
 
@@ -40,12 +47,17 @@ private:
     QToolBar *createToolBar();
     void addTypeMenu(QToolBar *bar);
     void setValue(const QVariantList &value);
+    void connectModel();
+    void noteEdit();
+    void edit(const std::function<void()> &action);
+    void select(const QModelIndex &index);
     QList<int> selectedRows() const;
     void insertItem();
     void removeItems();
     void insertColumn();
     void removeColumns();
     void moveItems(int distance);
+    void sortItems();
     void convertSelected(StepHost::ItemKind kind);
     void chooseImport();
     void chooseExport();
@@ -56,6 +68,9 @@ private:
     ListValueModel *m_list = nullptr; ///< Null for a table.
     TableValueModel *m_table = nullptr; ///< Null for a list.
     QAbstractItemModel *m_model = nullptr; ///< The one of the two that there is.
+    QUndoStack m_undoStack;
+    QVariantList m_noted; ///< The value after the last edit that the undo stack knows of.
+    bool m_isEditing = false; ///< In edit(), which makes one edit of all that the model tells of.
     QTableView *m_view;
     QLabel *m_count;
     QLabel *m_message;

@@ -191,6 +191,11 @@ QVariant VariablesModel::data(const QModelIndex &index, int role) const
         if (index.column() == ValueColumn)
             return ItemValue::editText(m_variables.get(referenceTo(m_names.at(row))));
         return display(row, index.column());
+    case Qt::AccessibleTextRole:
+        if (changed && index.column() == ResultColumn)
+            return tr("%1, changed by the last run")
+                .arg(StepHost::inLines(display(row, ResultColumn).toString()));
+        return QVariant();
     case Qt::FontRole:
         if (changed && index.column() == ResultColumn) {
             QFont font;

@@ -8,6 +8,7 @@
 #include "tools/workbench/document/ScriptDocument.h"
 #include "tools/workbench/look/ChoiceDelegate.h"
 #include "tools/workbench/look/Colors.h"
+#include "tools/workbench/look/PaneView.h"
 #include "tools/workbench/look/ThemedIcon.h"
 #include "tools/workbench/look/TypeNames.h"
 #include "tools/workbench/values/ValueDialog.h"
@@ -48,30 +49,19 @@ bool isContainer(VarType type)
 
 VariablesPane::VariablesPane(ScriptDocument &document, RunSession &session, QWidget *parent)
     : QWidget(parent), m_document(document), m_session(session), m_model(new VariablesModel(this)),
-      m_view(new QTableView)
+      m_view(new PaneView<QTableView>)
 {
     createView();
+    createActions();
     auto *bar = new QToolBar;
     bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     bar->setIconSize(QSize(16, 16));
-    const auto add = [this, bar](const QString &text, const QString &icon, void (VariablesPane::*slot)()) {
-        QAction *action = bar->addAction(themedIcon(icon), text);
-        connect(action, &QAction::triggered, this, slot);
-        return action;
-    };
-    add(tr("Add"), QStringLiteral("add"), &VariablesPane::addVariable)
-        ->setObjectName(QStringLiteral("addVariable"));
-    m_remove = add(tr("Remove"), QStringLiteral("delete"), &VariablesPane::removeVariable);
-    m_remove->setObjectName(QStringLiteral("removeVariable"));
-    m_remove->setShortcut(QKeySequence::Delete);
-    m_remove->setShortcutContext(Qt::WidgetShortcut);
-    m_view->addAction(m_remove);
-    m_edit = bar->addAction(themedIcon(QStringLiteral("edit")), tr("Edit value…"));
-    connect(m_edit, &QAction::triggered, this, [this] { editValue(m_view->currentIndex().row()); });
-    bar->addSeparator();
-    m_keep = add(tr("Keep results"), QStringLiteral("keep"), &VariablesPane::keepResults);
-    m_keep->setObjectName(QStringLiteral("keepResults"));
-    m_keep->setToolTip(tr("Make the values after the last run those that the script starts with"));
+    for (QAction *action : qAsConst(m_editActions)) {
+        if (action)
+            bar->addAction(action);
+        else
+            bar->addSeparator();
+    }
 
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(4, 0, 4, 4);
@@ -90,6 +80,46 @@ VariablesPane::VariablesPane(ScriptDocument &document, RunSession &session, QWid
     connect(m_view->selectionModel(), &QItemSelectionModel::currentChanged, this,
             &VariablesPane::updateActions);
     updateActions();
+}
+
+QAction *VariablesPane::addEditAction(const QString &text, const QString &shortText, const QString &icon,
+                                      const QKeySequence &key, const QString &name)
+{
+    auto *action = new QAction(themedIcon(icon), text, this);
+    action->setIconText(shortText);
+    action->setObjectName(name);
+    action->setShortcut(key);
+    action->setToolTip(QStringLiteral("%1 (%2)").arg(shortText, key.toString(QKeySequence::NativeText)));
+    m_view->addAction(action);
+    m_editActions.append(action);
+    return action;
+}
+
+void VariablesPane::createActions()
+{
+    QAction *add = addEditAction(tr("&Add variable"), tr("Add"), QStringLiteral("add"),
+                                 Qt::CTRL | Qt::SHIFT | Qt::Key_A, QStringLiteral("addVariable"));
+    connect(add, &QAction::triggered, this, &VariablesPane::addVariable);
+    m_remove = addEditAction(tr("&Remove variable"), tr("Remove"), QStringLiteral("delete"),
+                             QKeySequence::Delete, QStringLiteral("removeVariable"));
+    // Only here: elsewhere the same key removes steps and texts.
+    m_remove->setShortcutContext(Qt::WidgetShortcut);
+    connect(m_remove, &QAction::triggered, this, &VariablesPane::removeVariable);
+    m_edit = addEditAction(tr("&Edit value…"), tr("Edit value…"), QStringLiteral("edit"),
+                           Qt::CTRL | Qt::Key_E, QStringLiteral("editValue"));
+    connect(m_edit, &QAction::triggered, this, [this] { editValue(m_view->currentIndex().row()); });
+    m_editActions.append(nullptr);
+    m_keep = addEditAction(tr("&Keep results"), tr("Keep results"), QStringLiteral("keep"),
+                           Qt::CTRL | Qt::Key_K, QStringLiteral("keepResults"));
+    m_keep->setToolTip(tr("Make the values after the last run those that the script starts with (%1)")
+                           .arg(m_keep->shortcut().toString(QKeySequence::NativeText)));
+    connect(m_keep, &QAction::triggered, this, &VariablesPane::keepResults);
+    m_view->setContextMenuPolicy(Qt::ActionsContextMenu);
+}
+
+QList<QAction *> VariablesPane::editActions() const
+{
+    return m_editActions;
 }
 
 void VariablesPane::createView()

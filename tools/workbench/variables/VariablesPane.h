@@ -3,6 +3,7 @@
 #include <QWidget>
 
 class QAction;
+class QKeySequence;
 class QModelIndex;
 class QTableView;
 
@@ -22,6 +23,9 @@ public:
 
     VariablesModel &model() const;
 
+    /// The actions on variables, for a menu; null stands for a separator.
+    QList<QAction *> editActions() const;
+
 signals:
     /// An edit was not carried out, for \a reason.
     void refused(const QString &reason);
@@ -31,6 +35,9 @@ protected:
 
 private:
     void createView();
+    QAction *addEditAction(const QString &text, const QString &shortText, const QString &icon,
+                           const QKeySequence &key, const QString &name);
+    void createActions();
     void showResult();
     void updateActions();
     void addVariable();
@@ -43,6 +50,7 @@ private:
     RunSession &m_session;
     VariablesModel *m_model;
     QTableView *m_view;
+    QList<QAction *> m_editActions;
     QAction *m_remove = nullptr;
     QAction *m_edit = nullptr;
     QAction *m_keep = nullptr;

@@ -11,6 +11,8 @@
 #include <QMenu>
 #include <QStyledItemDelegate>
 
+#include <algorithm>
+
 namespace Workbench
 {
 namespace
@@ -31,7 +33,7 @@ protected:
 };
 } // namespace
 
-LogPane::LogPane(LogModel &log, QWidget *parent) : QTreeView(parent), m_log(log)
+LogPane::LogPane(LogModel &log, QWidget *parent) : PaneView<QTreeView>(parent), m_log(log)
 {
     setObjectName(QStringLiteral("log"));
     setAccessibleName(tr("Log"));
@@ -46,24 +48,31 @@ LogPane::LogPane(LogModel &log, QWidget *parent) : QTreeView(parent), m_log(log)
                             fontMetrics().horizontalAdvance(QStringLiteral("00:00:00")) + 24);
     header()->resizeSection(LogModel::StepColumn, 170);
     connect(this, &QTreeView::activated, this, [this](const QModelIndex &index) {
-        const int step = index.data(LogModel::StepRole).toInt();
-        if (step >= 0)
-            emit stepRequested(step);
+        if (!index.siblingAtColumn(LogModel::StepColumn).data().toString().isEmpty())
+            emit stepRequested(qobject_cast<Operation *>(index.data(LogModel::StepRole).value<QObject *>()));
     });
+    auto *copy = new QAction(tr("Copy"), this);
+    copy->setShortcut(QKeySequence::Copy);
+    // Only here: elsewhere the same keys copy steps and texts.
+    copy->setShortcutContext(Qt::WidgetShortcut);
+    connect(copy, &QAction::triggered, this, &LogPane::copyLines);
+    addAction(copy);
     connect(&log, &QAbstractItemModel::rowsInserted, this, &QTreeView::scrollToBottom, Qt::QueuedConnection);
 }
 
 void LogPane::copyLines() const
 {
     QStringList lines;
-    const QModelIndexList selected = selectionModel()->selectedRows();
-    for (const QModelIndex &index : selected) {
+    QModelIndexList selected = selectionModel()->selectedRows();
+    std::sort(selected.begin(), selected.end());
+    for (const QModelIndex &index : qAsConst(selected)) {
         QStringList cells;
         for (int column = 0; column < LogModel::ColumnCount; ++column)
             cells.append(index.siblingAtColumn(column).data().toString());
         lines.append(cells.join(QLatin1Char('\t')));
     }
-    QApplication::clipboard()->setText(lines.join(QLatin1Char('\n')));
+    if (!lines.isEmpty())
+        QApplication::clipboard()->setText(lines.join(QLatin1Char('\n')));
 }
 
 void LogPane::contextMenuEvent(QContextMenuEvent *event)

@@ -1,13 +1,17 @@
 #pragma once
 
+#include "tools/workbench/look/PaneView.h"
+
 #include <QTreeView>
+
+class Operation;
 
 namespace Workbench
 {
 class LogModel;
 
 /// The lines of the log. Activating one leads to its step.
-class LogPane : public QTreeView
+class LogPane : public PaneView<QTreeView>
 {
     Q_OBJECT
 
@@ -15,8 +19,8 @@ public:
     explicit LogPane(LogModel &log, QWidget *parent = nullptr);
 
 signals:
-    /// The user wants to see the step in \a row of the script.
-    void stepRequested(int row);
+    /// The user wants to see the step \a step; null for one that is gone.
+    void stepRequested(const Operation *step);
 
 protected:
     void contextMenuEvent(QContextMenuEvent *event) override;

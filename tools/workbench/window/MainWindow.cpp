@@ -1,5 +1,6 @@
 #include "MainWindow.h"
 
+#include "FileBar.h"
 #include "LogPane.h"
 #include "PalettePane.h"
 #include "ScriptPane.h"
@@ -15,18 +16,18 @@
 #include <QCloseEvent>
 #include <QDir>
 #include <QDockWidget>
-#include <QFileDialog>
 #include <QFileInfo>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QMimeData>
 #include <QProgressBar>
-#include <QPushButton>
 #include <QRegularExpression>
+#include <QScreen>
 #include <QSettings>
 #include <QStatusBar>
 #include <QToolBar>
 #include <QUrl>
+#include <QVBoxLayout>
 
 namespace Workbench
 {
@@ -40,15 +41,27 @@ QString withoutMnemonic(QString text)
     return text.remove(mark);
 }
 
+/// Adds \a actions to \a menu; null stands for a separator.
+void fillMenu(QMenu *menu, const QList<QAction *> &actions)
+{
+    for (QAction *action : actions) {
+        if (action)
+            menu->addAction(action);
+        else
+            menu->addSeparator();
+    }
+}
+
 // Counted up when docks or tool bars change, so that an older state is not applied to them.
 constexpr int stateVersion = 1;
 } // namespace
 
 MainWindow::MainWindow(const StepHost::StepCatalogue &catalogue, QSettings &settings, QWidget *parent)
-    : QMainWindow(parent), m_settings(settings), m_recentFiles(settings), m_document(catalogue),
-      m_session(m_document, m_log), m_script(new ScriptPane(m_document)),
-      m_palette(new PalettePane(catalogue)), m_properties(new PropertyPane),
-      m_variables(new VariablesPane(m_document, m_session)), m_toolBar(addToolBar(tr("Tools")))
+    : QMainWindow(parent), m_settings(settings), m_document(catalogue), m_session(m_document, m_log),
+      m_fileBar(new FileBar), m_files(m_document, settings, *m_fileBar, *this),
+      m_script(new ScriptPane(m_document)), m_palette(new PalettePane(catalogue)),
+      m_properties(new PropertyPane), m_variables(new VariablesPane(m_document, m_session)),
+      m_toolBar(addToolBar(tr("Tools")))
 {
     m_toolBar->setObjectName(QStringLiteral("toolBar"));
     m_toolBar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
@@ -56,9 +69,10 @@ MainWindow::MainWindow(const StepHost::StepCatalogue &catalogue, QSettings &sett
     setWindowIcon(QIcon(QStringLiteral(":/workbench/images/workbench.svg")));
     setAcceptDrops(true);
     setDockNestingEnabled(true);
-    setCentralWidget(m_script);
+    createCentre();
     createFileMenu();
     createEditMenu();
+    createVariablesMenu();
     createRunMenu();
     createViewMenu();
     createDocks();
@@ -114,15 +128,23 @@ QDockWidget *MainWindow::addDock(const QString &title, const QString &name, QWid
     return dock;
 }
 
+void MainWindow::createCentre()
+{
+    auto *centre = new QWidget;
+    auto *layout = new QVBoxLayout(centre);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(m_fileBar);
+    layout->addWidget(m_script, 1);
+    setCentralWidget(centre);
+}
+
 void MainWindow::createDocks()
 {
     setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
     setCorner(Qt::BottomRightCorner, Qt::BottomDockWidgetArea);
     auto *logPane = new LogPane(m_log);
-    connect(logPane, &LogPane::stepRequested, m_script, [this](int row) {
-        m_script->setCurrentRow(row);
-        m_script->setFocus();
-    });
+    connect(logPane, &LogPane::stepRequested, this, &MainWindow::goToStep);
 
     QDockWidget *palette = addDock(tr("Palette"), QStringLiteral("paletteDock"), m_palette,
                                    Qt::LeftDockWidgetArea, Qt::CTRL | Qt::Key_1);
@@ -132,9 +154,18 @@ void MainWindow::createDocks()
                                      Qt::BottomDockWidgetArea, Qt::CTRL | Qt::Key_4);
     QDockWidget *log = addDock(tr("Log"), QStringLiteral("logDock"), logPane, Qt::BottomDockWidgetArea,
                                Qt::CTRL | Qt::Key_5);
-    resizeDocks({palette, settings}, {220, 270}, Qt::Horizontal);
-    resizeDocks({variables, log}, {250, 250}, Qt::Vertical);
-    resizeDocks({variables, log}, {520, 520}, Qt::Horizontal);
+    if (hasSmallScreen()) {
+        // The script is what the window is for: the other panes give way to it.
+        tabifyDockWidget(variables, log);
+        variables->raise();
+        m_toolBar->setToolButtonStyle(Qt::ToolButtonIconOnly);
+        resizeDocks({palette, settings}, {140, 180}, Qt::Horizontal);
+        resizeDocks({variables}, {110}, Qt::Vertical);
+    } else {
+        resizeDocks({palette, settings}, {220, 270}, Qt::Horizontal);
+        resizeDocks({variables, log}, {250, 250}, Qt::Vertical);
+        resizeDocks({variables, log}, {520, 520}, Qt::Horizontal);
+    }
 
     auto *goToScript = new QAction(tr("Go to the script"), this);
     goToScript->setShortcut(Qt::CTRL | Qt::Key_2);
@@ -143,25 +174,31 @@ void MainWindow::createDocks()
     addAction(goToScript);
 }
 
+bool MainWindow::hasSmallScreen() const
+{
+    constexpr int smallWidth = 1000;
+    return screen()->availableSize().width() < smallWidth;
+}
+
 void MainWindow::createFileMenu()
 {
     QMenu *menu = menuBar()->addMenu(tr("&File"));
     const auto add = [this, menu](const QString &text, const QString &icon, const QKeySequence &key,
                                   auto slot) {
-        QAction *action = menu->addAction(themedIcon(icon), text, this, slot);
+        QAction *action = menu->addAction(themedIcon(icon), text, &m_files, slot);
         action->setIconText(withoutMnemonic(text));
         action->setShortcut(key);
         return action;
     };
-    m_toolBar->addAction(add(tr("&New"), QStringLiteral("new"), QKeySequence::New, &MainWindow::newFile));
+    m_toolBar->addAction(add(tr("&New"), QStringLiteral("new"), QKeySequence::New, &FileActions::newFile));
     m_toolBar->addAction(
-        add(tr("&Open…"), QStringLiteral("open"), QKeySequence::Open, &MainWindow::chooseFile));
+        add(tr("&Open…"), QStringLiteral("open"), QKeySequence::Open, &FileActions::chooseFile));
     m_recentMenu = menu->addMenu(tr("Open &recent"));
     connect(m_recentMenu, &QMenu::aboutToShow, this, &MainWindow::showRecentFiles);
     menu->addSeparator();
-    m_toolBar->addAction(add(tr("&Save"), QStringLiteral("save"), QKeySequence::Save, &MainWindow::save));
+    m_toolBar->addAction(add(tr("&Save"), QStringLiteral("save"), QKeySequence::Save, &FileActions::save));
     add(tr("Save &as…"), QStringLiteral("save"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S),
-        &MainWindow::saveAs);
+        &FileActions::saveAs);
     menu->addSeparator();
     menu->addAction(tr("&Quit"), this, &QWidget::close)->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q));
     m_toolBar->addSeparator();
@@ -182,16 +219,15 @@ void MainWindow::createEditMenu()
     menu->addAction(undo);
     menu->addAction(redo);
     menu->addSeparator();
-    const QList<QAction *> stepActions = m_script->editActions();
-    for (QAction *action : stepActions) {
-        if (action)
-            menu->addAction(action);
-        else
-            menu->addSeparator();
-    }
+    fillMenu(menu, m_script->editActions());
     m_toolBar->addAction(undo);
     m_toolBar->addAction(redo);
     m_toolBar->addSeparator();
+}
+
+void MainWindow::createVariablesMenu()
+{
+    fillMenu(menuBar()->addMenu(tr("V&ariables")), m_variables->editActions());
 }
 
 QAction *MainWindow::addRunAction(const QString &text, const QString &icon, const QKeySequence &key,
@@ -214,7 +250,7 @@ void MainWindow::createRunMenu()
         addRunAction(tr("Run &step"), QStringLiteral("run-step"), Qt::Key_F10, QStringLiteral("runStep"));
     m_stop =
         addRunAction(tr("S&top"), QStringLiteral("stop"), Qt::SHIFT | Qt::Key_F5, QStringLiteral("stop"));
-    m_restore = addRunAction(tr("&Put variables back"), QStringLiteral("restore"), Qt::CTRL | Qt::Key_F5,
+    m_restore = addRunAction(tr("&Clear results"), QStringLiteral("restore"), Qt::CTRL | Qt::Key_F5,
                              QStringLiteral("restore"));
     m_runAll->setToolTip(
         tr("Run the whole script on its start values (%1)").arg(m_runAll->shortcut().toString()));
@@ -222,7 +258,7 @@ void MainWindow::createRunMenu()
     m_runStep->setToolTip(tr("Run the current step alone, on what the last run left (%1)")
                               .arg(m_runStep->shortcut().toString()));
     m_stop->setToolTip(tr("Stop before the next step (%1)").arg(m_stop->shortcut().toString()));
-    m_restore->setToolTip(tr("Put the variables back to what they were before the run (%1)")
+    m_restore->setToolTip(tr("Forget what the last run did and left in the variables (%1)")
                               .arg(m_restore->shortcut().toString()));
     connect(m_runAll, &QAction::triggered, &m_session, &RunSession::runAll);
     connect(m_runTo, &QAction::triggered, this, [this] { m_session.runTo(m_script->currentRow()); });
@@ -266,6 +302,8 @@ void MainWindow::connectPanes()
             [this](const QString &remark) { m_log.appendWarning(remark); });
     connect(m_variables, &VariablesPane::refused, this, &MainWindow::showMessage);
     connect(&m_document, &ScriptDocument::fileNameChanged, this, &MainWindow::showFileName);
+    connect(&m_files, &FileActions::done, this, &MainWindow::showMessage);
+    connect(&m_files, &FileActions::failed, this, &MainWindow::showError);
     connect(&m_document.undoStack(), &QUndoStack::cleanChanged, this,
             [this](bool clean) { setWindowModified(!clean); });
     connect(&m_session, &RunSession::changed, this, &MainWindow::showSession);
@@ -277,7 +315,8 @@ void MainWindow::connectPanes()
 
 void MainWindow::readState()
 {
-    resize(1280, 800);
+    // At a high scale a screen has fewer pixels for the window than it seems.
+    resize(QSize(1280, 800).boundedTo(screen()->availableSize()));
     restoreGeometry(m_settings.value(QStringLiteral("window/geometry")).toByteArray());
     restoreState(m_settings.value(QStringLiteral("window/state")).toByteArray(), stateVersion);
 }
@@ -288,89 +327,15 @@ void MainWindow::writeState()
     m_settings.setValue(QStringLiteral("window/state"), saveState(stateVersion));
 }
 
-bool MainWindow::mayDiscard()
-{
-    if (m_document.undoStack().isClean())
-        return true;
-    QMessageBox box(QMessageBox::Warning, tr("Unsaved changes"),
-                    tr("The script has changes that are not saved. Save them?"), QMessageBox::NoButton, this);
-    QPushButton *saveButton = box.addButton(tr("Save"), QMessageBox::AcceptRole);
-    QPushButton *discardButton = box.addButton(tr("Discard"), QMessageBox::DestructiveRole);
-    QPushButton *cancelButton = box.addButton(tr("Cancel"), QMessageBox::RejectRole);
-    box.setDefaultButton(saveButton);
-    box.setEscapeButton(cancelButton);
-    box.exec();
-    if (box.clickedButton() == saveButton)
-        return save();
-    return box.clickedButton() == discardButton;
-}
-
-void MainWindow::newFile()
-{
-    if (mayDiscard())
-        m_document.clear();
-}
-
-void MainWindow::chooseFile()
-{
-    const QString fileName =
-        QFileDialog::getOpenFileName(this, tr("Open script"), QFileInfo(m_document.fileName()).path(),
-                                     tr("Scripts (*.json *.qms);;All files (*)"));
-    if (!fileName.isEmpty())
-        openFile(fileName);
-}
-
 void MainWindow::openFile(const QString &fileName)
 {
-    if (!mayDiscard())
-        return;
-    const QString error = m_document.open(fileName);
-    if (error.isEmpty()) {
-        m_recentFiles.add(fileName);
-        showMessage(tr("Opened %1").arg(QDir::toNativeSeparators(fileName)));
-        return;
-    }
-    m_recentFiles.remove(fileName);
-    showError(tr("The script cannot be opened"), error);
-}
-
-bool MainWindow::save()
-{
-    return m_document.fileName().isEmpty() ? saveAs() : saveTo(m_document.fileName());
-}
-
-bool MainWindow::saveAs()
-{
-    const QString present = m_document.fileName();
-    const QString binaryFilter = tr("Binary script (*.qms)");
-    QFileDialog dialog(this, tr("Save script"), QFileInfo(present).path());
-    dialog.setAcceptMode(QFileDialog::AcceptSave);
-    dialog.setNameFilters({tr("Script as JSON (*.json)"), binaryFilter});
-    dialog.setDefaultSuffix(QStringLiteral("json"));
-    connect(&dialog, &QFileDialog::filterSelected, &dialog, [&dialog, binaryFilter](const QString &filter) {
-        dialog.setDefaultSuffix(filter == binaryFilter ? QStringLiteral("qms") : QStringLiteral("json"));
-    });
-    if (!present.isEmpty())
-        dialog.selectFile(present);
-    return dialog.exec() == QDialog::Accepted && saveTo(dialog.selectedFiles().value(0));
-}
-
-bool MainWindow::saveTo(const QString &fileName)
-{
-    const QString error = m_document.save(fileName);
-    if (!error.isEmpty()) {
-        showError(tr("The script cannot be saved"), error);
-        return false;
-    }
-    m_recentFiles.add(fileName);
-    showMessage(tr("Saved %1").arg(QDir::toNativeSeparators(fileName)));
-    return true;
+    m_files.open(fileName);
 }
 
 void MainWindow::showRecentFiles()
 {
     m_recentMenu->clear();
-    const QStringList paths = m_recentFiles.paths();
+    const QStringList paths = m_files.recentFiles();
     for (const QString &path : paths)
         m_recentMenu->addAction(menuText(QDir::toNativeSeparators(path)), this,
                                 [this, path] { openFile(path); });
@@ -387,6 +352,17 @@ void MainWindow::showFileName()
                              .replace(QLatin1String("[*]"), QLatin1String("[*][*]"));
     setWindowTitle(tr("%1[*] – Quillmap workbench").arg(fileName.isEmpty() ? tr("New script") : name));
     setWindowModified(!m_document.undoStack().isClean());
+}
+
+void MainWindow::goToStep(const Operation *step)
+{
+    const int row = step ? m_document.model().rowOf(step) : -1;
+    if (row < 0) {
+        showMessage(tr("The script does not have this step any more."));
+        return;
+    }
+    m_script->setCurrentRow(row);
+    m_script->setFocus();
 }
 
 void MainWindow::showStep(int row)
@@ -441,7 +417,7 @@ void MainWindow::showAbout()
 
 void MainWindow::closeEvent(QCloseEvent *event)
 {
-    if (!mayDiscard()) {
+    if (!m_files.mayDiscard()) {
         event->ignore();
         return;
     }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "RecentFiles.h"
+#include "FileActions.h"
 #include "tools/workbench/document/LogModel.h"
 #include "tools/workbench/document/RunSession.h"
 #include "tools/workbench/document/ScriptDocument.h"
@@ -15,6 +15,7 @@ class QToolBar;
 
 namespace Workbench
 {
+class FileBar;
 class PalettePane;
 class PropertyPane;
 class ScriptPane;
@@ -50,9 +51,12 @@ private:
                          const QKeySequence &key);
     QAction *addRunAction(const QString &text, const QString &icon, const QKeySequence &key,
                           const QString &name);
+    bool hasSmallScreen() const;
+    void createCentre();
     void createDocks();
     void createFileMenu();
     void createEditMenu();
+    void createVariablesMenu();
     void createRunMenu();
     void createViewMenu();
     void createStatusBar();
@@ -60,14 +64,9 @@ private:
     void readState();
     void writeState();
 
-    bool mayDiscard();
-    void newFile();
-    void chooseFile();
-    bool save();
-    bool saveAs();
-    bool saveTo(const QString &fileName);
     void showRecentFiles();
     void showFileName();
+    void goToStep(const Operation *step);
     void showStep(int row);
     void showSession();
     void showProgress(int done, int total);
@@ -76,11 +75,12 @@ private:
     void showAbout();
 
     QSettings &m_settings;
-    RecentFiles m_recentFiles;
     LogModel m_log;
     ScriptDocument m_document;
     RunSession m_session;
 
+    FileBar *m_fileBar;
+    FileActions m_files;
     ScriptPane *m_script;
     PalettePane *m_palette = nullptr;
     PropertyPane *m_properties = nullptr;

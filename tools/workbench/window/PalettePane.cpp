@@ -1,6 +1,7 @@
 #include "PalettePane.h"
 
 #include "PaletteModel.h"
+#include "tools/workbench/look/PaneView.h"
 #include "tools/workbench/look/ThemedIcon.h"
 
 #include <QKeyEvent>
@@ -13,7 +14,7 @@ namespace Workbench
 {
 PalettePane::PalettePane(const StepHost::StepCatalogue &catalogue, QWidget *parent)
     : QWidget(parent), m_search(new QLineEdit), m_filter(new QSortFilterProxyModel(this)),
-      m_tree(new QTreeView)
+      m_tree(new PaneView<QTreeView>)
 {
     m_filter->setSourceModel(new PaletteModel(catalogue, this));
     m_filter->setFilterRole(PaletteModel::SearchRole);
@@ -33,6 +34,7 @@ PalettePane::PalettePane(const StepHost::StepCatalogue &catalogue, QWidget *pare
     m_tree->setAccessibleName(tr("Steps on offer"));
     m_tree->setModel(m_filter);
     m_tree->setHeaderHidden(true);
+    m_tree->setIndentation(12);
     m_tree->setIconSize(QSize(24, 24));
     m_tree->setDragEnabled(true);
     m_tree->setDragDropMode(QAbstractItemView::DragOnly);

@@ -11,6 +11,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QContextMenuEvent>
+#include <QDrag>
 #include <QMenu>
 #include <QMimeData>
 #include <QPainter>
@@ -19,7 +20,13 @@
 
 namespace Workbench
 {
-ScriptPane::ScriptPane(ScriptDocument &document, QWidget *parent) : QListView(parent), m_document(document)
+namespace
+{
+constexpr int dragIconSize = 24;
+}
+
+ScriptPane::ScriptPane(ScriptDocument &document, QWidget *parent)
+    : PaneView<QListView>(parent), m_document(document)
 {
     setObjectName(QStringLiteral("script"));
     setAccessibleName(tr("Steps of the script"));
@@ -34,19 +41,22 @@ ScriptPane::ScriptPane(ScriptDocument &document, QWidget *parent) : QListView(pa
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setResizeMode(QListView::Adjust);
     setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+    // Room for what a row has beside its summary, and a few words of that.
+    constexpr int charactersShown = 28;
+    setMinimumWidth(fontMetrics().averageCharWidth() * charactersShown + 2 * dragIconSize);
 
     const auto separator = [this] { m_editActions.append(nullptr); };
     addEditAction(tr("Cu&t"), QStringLiteral("cut"), QKeySequence::Cut, &ScriptPane::cut);
     addEditAction(tr("&Copy"), QStringLiteral("copy"), QKeySequence::Copy, &ScriptPane::copy);
     m_selectionActions = m_editActions;
     addEditAction(tr("&Paste"), QStringLiteral("paste"), QKeySequence::Paste, &ScriptPane::paste);
-    m_selectionActions += addEditAction(tr("D&uplicate"), QStringLiteral("duplicate"), Qt::CTRL | Qt::Key_D,
+    m_selectionActions += addEditAction(tr("Dup&licate"), QStringLiteral("duplicate"), Qt::CTRL | Qt::Key_D,
                                         &ScriptPane::duplicate);
     m_selectionActions += addEditAction(tr("&Delete"), QStringLiteral("delete"), QKeySequence::Delete,
                                         &ScriptPane::removeSelected);
     separator();
     m_selectionActions +=
-        addEditAction(tr("Move u&p"), QStringLiteral("up"), Qt::ALT | Qt::Key_Up, &ScriptPane::moveUp);
+        addEditAction(tr("&Move up"), QStringLiteral("up"), Qt::ALT | Qt::Key_Up, &ScriptPane::moveUp);
     m_selectionActions += addEditAction(tr("Move d&own"), QStringLiteral("down"), Qt::ALT | Qt::Key_Down,
                                         &ScriptPane::moveDown);
     m_selectionActions +=
@@ -55,6 +65,9 @@ ScriptPane::ScriptPane(ScriptDocument &document, QWidget *parent) : QListView(pa
     connect(&document, &ScriptDocument::touched, this, &ScriptPane::showTouched);
     connect(&document.model(), &QAbstractItemModel::modelReset, this, [this] {
         updateActions();
+        // What the settings show is selected, too.
+        if (model()->rowCount() > 0)
+            setCurrentRow(0);
         emit currentRowChanged(currentRow());
     });
     updateActions();
@@ -190,6 +203,19 @@ void ScriptPane::showTouched(int row, int count)
     selectionModel()->select(touched, QItemSelectionModel::ClearAndSelect);
     selectionModel()->setCurrentIndex(model()->index(row + count - 1, 0), QItemSelectionModel::NoUpdate);
     scrollTo(currentIndex());
+}
+
+void ScriptPane::startDrag(Qt::DropActions supportedActions)
+{
+    const QModelIndexList steps = selectedIndexes();
+    if (steps.isEmpty())
+        return;
+    // The icon alone: a picture of the rows would cover the line that shows where they will stand.
+    auto *drag = new QDrag(this);
+    drag->setMimeData(model()->mimeData(steps));
+    drag->setPixmap(steps.first().data(Qt::DecorationRole).value<QIcon>().pixmap(dragIconSize));
+    drag->setHotSpot(QPoint(-dragIconSize / 2, -dragIconSize / 2));
+    drag->exec(supportedActions, defaultDropAction());
 }
 
 void ScriptPane::selectionChanged(const QItemSelection &selected, const QItemSelection &deselected)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tools/workbench/look/PaneView.h"
+
 #include <QListView>
 
 namespace Workbench
@@ -7,7 +9,7 @@ namespace Workbench
 class ScriptDocument;
 
 /// The list of the script's steps, with the actions that change it.
-class ScriptPane : public QListView
+class ScriptPane : public PaneView<QListView>
 {
     Q_OBJECT
 
@@ -33,6 +35,7 @@ signals:
 protected:
     void paintEvent(QPaintEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
+    void startDrag(Qt::DropActions supportedActions) override;
     void selectionChanged(const QItemSelection &selected, const QItemSelection &deselected) override;
     void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
 

@@ -51,27 +51,33 @@ StepHost::StepOutcome outcomeOf(const QModelIndex &index)
     return StepHost::StepOutcome(index.data(ScriptModel::OutcomeRole).toInt());
 }
 
+/// The sign in front of an outcome, so that it is not told by its colour alone.
+QString outcomeSign(StepHost::StepOutcome outcome)
+{
+    switch (outcome) {
+    case StepHost::StepOutcome::Wrote:
+        return QStringLiteral("✓ ");
+    case StepHost::StepOutcome::Skipped:
+        return QStringLiteral("⚠ ");
+    case StepHost::StepOutcome::Failed:
+        return QStringLiteral("✗ ");
+    default:
+        return QString();
+    }
+}
+
 QString outcomeText(const QModelIndex &index)
 {
     if (index.data(ScriptModel::RunningRole).toBool())
         return StepDelegate::tr("running…");
-    switch (outcomeOf(index)) {
-    case StepHost::StepOutcome::Wrote:
-        return StepDelegate::tr("✓ wrote");
-    case StepHost::StepOutcome::Skipped:
-        return StepDelegate::tr("⚠ skipped");
-    case StepHost::StepOutcome::Failed:
-        return StepDelegate::tr("✗ failed");
-    case StepHost::StepOutcome::Disabled:
-        return StepDelegate::tr("disabled");
-    case StepHost::StepOutcome::NotRun:
-        break;
-    }
-    return QString();
+    const QString text = outcomeSign(outcomeOf(index)) + index.data(ScriptModel::OutcomeTextRole).toString();
+    return index.data(ScriptModel::OutdatedRole).toBool() ? QStringLiteral("(%1)").arg(text) : text;
 }
 
 QColor outcomeColor(const QModelIndex &index, const QPalette &palette)
 {
+    if (index.data(ScriptModel::OutdatedRole).toBool())
+        return Colors::subdued(palette);
     switch (outcomeOf(index)) {
     case StepHost::StepOutcome::Wrote:
         return Colors::success(palette);
@@ -97,14 +103,17 @@ void StepDelegate::paint(QPainter *painter, const QStyleOptionViewItem &viewOpti
 {
     QStyleOptionViewItem option = viewOption;
     initStyleOption(&option, index);
-    const QString summary = option.text.replace(QLatin1Char('\n'), QChar(0x21b5));
+    // For views, Qt has made line separators of the line feeds.
+    const QString summary = option.text.replace(QChar(QChar::LineSeparator), QChar(0x21b5));
     const QIcon icon = option.icon;
     const QString outcome = outcomeText(index);
     const RowLayout layout(option, option.fontMetrics.horizontalAdvance(outcome));
     const bool isSelected = option.state.testFlag(QStyle::State_Selected);
     const bool isEnabled = option.checkState == Qt::Checked;
     const QPalette &palette = option.palette;
-    const QColor selectedText = palette.color(QPalette::HighlightedText);
+    const QColor selectedText =
+        palette.color(option.state.testFlag(QStyle::State_Active) ? QPalette::Active : QPalette::Inactive,
+                      QPalette::HighlightedText);
 
     QStyle &style = option.widget ? *option.widget->style() : *QApplication::style();
     painter->save();
@@ -129,13 +138,21 @@ void StepDelegate::paint(QPainter *painter, const QStyleOptionViewItem &viewOpti
     painter->setPen(isSelected ? selectedText : outcomeColor(index, palette));
     painter->drawText(layout.outcome, Qt::AlignRight | Qt::AlignVCenter, outcome);
 
-    painter->setPen(isSelected ? selectedText : Colors::warning(palette));
+    const bool isOutdated = index.data(ScriptModel::OutdatedRole).toBool();
+    painter->setPen(isSelected       ? selectedText
+                        : isOutdated ? Colors::subdued(palette)
+                                     : Colors::warning(palette));
     QRect line = layout.warnings;
     line.setHeight(option.fontMetrics.lineSpacing());
     const QStringList messages = index.data(ScriptModel::WarningsRole).toStringList();
     for (const QString &warning : messages) {
         painter->drawText(line, Qt::AlignLeft | Qt::AlignVCenter, elided(option, warning, line.width()));
         line.translate(0, line.height());
+    }
+    if (option.state.testFlag(QStyle::State_HasFocus)) {
+        painter->setPen(QPen(isSelected ? selectedText : palette.color(QPalette::Text), 1, Qt::DashLine));
+        painter->setBrush(Qt::NoBrush);
+        painter->drawRect(option.rect.adjusted(1, 1, -2, -2));
     }
     painter->restore();
 }

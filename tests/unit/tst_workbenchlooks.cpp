@@ -1,0 +1,153 @@
+#include "WindowFixture.h"
+
+#include "tools/workbench/settings/PropertyPane.h"
+
+#include "tests/support/ErrorOf.h"
+#include "tests/support/TestPaths.h"
+
+#include <QLabel>
+#include <QScreen>
+#include <QtTest>
+
+using namespace Workbench;
+
+namespace
+{
+QPalette darkPalette()
+{
+    QPalette palette(QColor(0x35, 0x38, 0x3c), QColor(0x2b, 0x2d, 0x30));
+    palette.setColor(QPalette::Base, QColor(0x1e, 0x1f, 0x22));
+    return palette;
+}
+
+/// What \a widget shows of its window.
+QImage pictureOf(QWidget *widget)
+{
+    QWidget *window = widget->window();
+    return window->grab(QRect(widget->mapTo(window, QPoint()), widget->size())).toImage();
+}
+
+/// How far the pixels of \a image are apart, from 0 for a plain area to 255 for black on white.
+int contrastOf(const QImage &image)
+{
+    int darkest = 255;
+    int lightest = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            darkest = qMin(darkest, qGray(image.pixel(x, y)));
+            lightest = qMax(lightest, qGray(image.pixel(x, y)));
+        }
+    }
+    return lightest - darkest;
+}
+} // namespace
+
+class TestWorkbenchLooks : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void cleanup();
+
+    void hintsAreToBeRead_data();
+    void hintsAreToBeRead();
+    void warningsAreWhole();
+    void firstWindowFitsTheScreen();
+
+private:
+    StepHost::StepCatalogue m_catalogue;
+};
+
+void TestWorkbenchLooks::initTestCase()
+{
+    const auto added = m_catalogue.addPlugin(TestPaths::listPlugin());
+    QVERIFY2(added, qPrintable(errorOf(added)));
+}
+
+void TestWorkbenchLooks::cleanup()
+{
+    QApplication::setPalette(QPalette());
+}
+
+void TestWorkbenchLooks::hintsAreToBeRead_data()
+{
+    QTest::addColumn<QPalette>("palette");
+    QTest::newRow("default") << QPalette();
+    QTest::newRow("dark") << darkPalette();
+}
+
+void TestWorkbenchLooks::hintsAreToBeRead()
+{
+    QFETCH(QPalette, palette);
+    WindowFixture fixture(m_catalogue);
+    fixture.place("list.clear");
+    // While the window is there, as when the desktop goes dark in the evening.
+    QApplication::setPalette(palette);
+    QApplication::processEvents();
+    auto *hint = fixture.window.findChild<PropertyPane *>()->findChild<QLabel *>("hint");
+    QVERIFY(!hint->text().isEmpty());
+    QVERIFY2(contrastOf(pictureOf(hint)) > 100, qPrintable(QString::number(contrastOf(pictureOf(hint)))));
+}
+
+namespace
+{
+/// The rows of \a image that differ from its first column, as runs from top to bottom.
+QVector<QPair<int, int>> textLines(const QImage &image)
+{
+    QVector<QPair<int, int>> lines;
+    for (int y = 0; y < image.height(); ++y) {
+        bool isText = false;
+        for (int x = 1; x < image.width() && !isText; ++x)
+            isText = qAbs(qGray(image.pixel(x, y)) - qGray(image.pixel(0, y))) > 40;
+        if (isText && (lines.isEmpty() || lines.last().second < y - 1))
+            lines.append({y, y});
+        else if (isText)
+            lines.last().second = y;
+    }
+    return lines;
+}
+} // namespace
+
+void TestWorkbenchLooks::warningsAreWhole()
+{
+    StepHost::StepCatalogue catalogue;
+    QVERIFY(catalogue.addPlugin(TestPaths::fixture("HostileSteps")));
+    WindowFixture fixture(catalogue);
+    // Its warning has two lines.
+    fixture.place("fixture.escape");
+    fixture.place("fixture.escape");
+    fixture.run();
+    ScriptPane *pane = fixture.scriptPane();
+    fixture.window.resize(900, 700);
+    pane->clearSelection();
+    QApplication::processEvents();
+    QRect row = pane->visualRect(fixture.script().index(0)); // The other one has the mark of the focus.
+    // Right of the icon and left of the outcome.
+    row.setLeft(row.left() + 120);
+    row.setRight(row.right() - 100);
+    const QImage image = pane->viewport()->grab(row).toImage();
+    const QVector<QPair<int, int>> lines = textLines(image);
+    QCOMPARE(lines.size(), 3);
+    QVERIFY2(lines.last().second < image.height() - 2, qPrintable(QString::number(lines.last().second)));
+}
+
+void TestWorkbenchLooks::firstWindowFitsTheScreen()
+{
+    WindowFixture fixture(m_catalogue);
+    fixture.place("list.sort", {{"targetVar", "names"}});
+    fixture.run();
+    const QSize screen = fixture.window.screen()->availableSize();
+    QVERIFY2(fixture.window.width() <= screen.width() && fixture.window.height() <= screen.height(),
+             qPrintable(QString::number(fixture.window.width())));
+    // The script is the widest pane, and high enough for some steps.
+    for (const char *name : {"paletteTree", "settingsDock"}) {
+        const auto *pane = fixture.window.findChild<QWidget *>(name);
+        QVERIFY2(pane->width() < fixture.scriptPane()->width(), name);
+    }
+    const int rowHeight = fixture.scriptPane()->visualRect(fixture.script().index(0)).height();
+    QVERIFY(fixture.scriptPane()->viewport()->height() >= 2 * rowHeight);
+}
+
+QTEST_MAIN(TestWorkbenchLooks)
+#include "tst_workbenchlooks.moc"

@@ -1,0 +1,191 @@
+#include "FileActions.h"
+
+#include "DifferenceDialog.h"
+#include "FileBar.h"
+#include "host/values/InputFile.h"
+#include "host/values/QuotedText.h"
+#include "tools/workbench/document/ScriptDocument.h"
+
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QMessageBox>
+#include <QPushButton>
+
+namespace Workbench
+{
+FileActions::FileActions(ScriptDocument &document, QSettings &settings, FileBar &bar, QWidget &window)
+    : m_document(document), m_recentFiles(settings), m_bar(bar), m_window(window)
+{
+    connect(&document.file(), &WatchedFile::changedByOthers, this, &FileActions::showForeignFile);
+    connect(&document, &ScriptDocument::fileNameChanged, &bar, &QWidget::hide);
+}
+
+QString FileActions::shownFileName() const
+{
+    return StepHost::inOneLine(QFileInfo(m_document.fileName()).fileName());
+}
+
+QStringList FileActions::recentFiles() const
+{
+    return m_recentFiles.paths();
+}
+
+bool FileActions::mayDiscard()
+{
+    if (m_document.undoStack().isClean())
+        return true;
+    QMessageBox box(QMessageBox::Warning, tr("Unsaved changes"),
+                    tr("The script has changes that are not saved. Save them?"), QMessageBox::NoButton,
+                    &m_window);
+    QPushButton *saveButton = box.addButton(tr("Save"), QMessageBox::AcceptRole);
+    QPushButton *discardButton = box.addButton(tr("Discard"), QMessageBox::DestructiveRole);
+    QPushButton *cancelButton = box.addButton(tr("Cancel"), QMessageBox::RejectRole);
+    box.setDefaultButton(saveButton);
+    box.setEscapeButton(cancelButton);
+    box.exec();
+    if (box.clickedButton() == saveButton)
+        return save();
+    return box.clickedButton() == discardButton;
+}
+
+void FileActions::newFile()
+{
+    if (mayDiscard())
+        m_document.clear();
+}
+
+void FileActions::chooseFile()
+{
+    const QString fileName =
+        QFileDialog::getOpenFileName(&m_window, tr("Open script"), QFileInfo(m_document.fileName()).path(),
+                                     tr("Scripts (*.json *.qms);;All files (*)"));
+    if (!fileName.isEmpty())
+        open(fileName);
+}
+
+void FileActions::open(const QString &fileName)
+{
+    if (!mayDiscard())
+        return;
+    const QString error = m_document.open(fileName);
+    if (error.isEmpty()) {
+        m_recentFiles.add(fileName);
+        emit done(tr("Opened %1").arg(QDir::toNativeSeparators(fileName)));
+        return;
+    }
+    m_recentFiles.remove(fileName);
+    emit failed(tr("The script cannot be opened"), error);
+}
+
+bool FileActions::save()
+{
+    return m_document.fileName().isEmpty() ? saveAs() : saveTo(m_document.fileName());
+}
+
+bool FileActions::saveAs()
+{
+    const QString present = m_document.fileName();
+    const QString binaryFilter = tr("Binary script (*.qms)");
+    QFileDialog dialog(&m_window, tr("Save script"), QFileInfo(present).path());
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setNameFilters({tr("Script as JSON (*.json)"), binaryFilter});
+    dialog.setDefaultSuffix(QStringLiteral("json"));
+    connect(&dialog, &QFileDialog::filterSelected, &dialog, [&dialog, binaryFilter](const QString &filter) {
+        dialog.setDefaultSuffix(filter == binaryFilter ? QStringLiteral("qms") : QStringLiteral("json"));
+    });
+    if (!present.isEmpty())
+        dialog.selectFile(present);
+    return dialog.exec() == QDialog::Accepted && saveTo(dialog.selectedFiles().value(0));
+}
+
+bool FileActions::saveTo(const QString &fileName)
+{
+    const bool isOwnFile = QFileInfo(fileName).absoluteFilePath() == m_document.fileName();
+    if (isOwnFile && m_document.file().isForeign() && !maySaveOverOthers())
+        return m_document.undoStack().isClean();
+    const QString error = m_document.save(fileName);
+    if (!error.isEmpty()) {
+        emit failed(tr("The script cannot be saved"), error);
+        return false;
+    }
+    m_recentFiles.add(fileName);
+    emit done(tr("Saved %1").arg(QDir::toNativeSeparators(fileName)));
+    return true;
+}
+
+bool FileActions::maySaveOverOthers()
+{
+    for (;;) {
+        QMessageBox box(QMessageBox::Warning, tr("The file has changed"),
+                        tr("Another program has changed %1 since it was opened or saved here. Saving "
+                           "replaces what it wrote.")
+                            .arg(shownFileName()),
+                        QMessageBox::NoButton, &m_window);
+        box.setTextFormat(Qt::PlainText);
+        QPushButton *replaceButton = box.addButton(tr("Replace"), QMessageBox::DestructiveRole);
+        QPushButton *saveAsButton = box.addButton(tr("Save as…"), QMessageBox::AcceptRole);
+        QPushButton *differenceButton = box.addButton(tr("Show difference"), QMessageBox::ActionRole);
+        QPushButton *cancelButton = box.addButton(tr("Cancel"), QMessageBox::RejectRole);
+        box.setDefaultButton(cancelButton);
+        box.setEscapeButton(cancelButton);
+        box.exec();
+        if (box.clickedButton() == saveAsButton) {
+            saveAs();
+            return false;
+        }
+        if (box.clickedButton() != differenceButton)
+            return box.clickedButton() == replaceButton;
+        showDifference();
+    }
+}
+
+void FileActions::showForeignFile()
+{
+    m_bar.showText(tr("Another program has changed %1.").arg(shownFileName()));
+    m_bar.addButton(tr("Show difference"), false, [this] { showDifference(); });
+    m_bar.addButton(tr("Reload"), false, [this] { reload(); });
+    m_bar.addButton(tr("Keep mine"), true, [this] { keepMine(); });
+}
+
+void FileActions::showDifference()
+{
+    const auto file = StepHost::readInputFile(m_document.fileName());
+    const auto mine = m_document.toJson();
+    if (!file || !mine) {
+        emit failed(tr("The difference cannot be shown"), file ? mine.error() : file.error());
+        return;
+    }
+    DifferenceDialog dialog(m_document.readableText(*file), tr("the file"), QString::fromUtf8(*mine),
+                            tr("the window"), &m_window);
+    dialog.exec();
+}
+
+void FileActions::reload()
+{
+    if (!m_document.undoStack().isClean()) {
+        QMessageBox box(QMessageBox::Warning, tr("Unsaved changes"),
+                        tr("Reloading the file drops the changes that are not saved."), QMessageBox::NoButton,
+                        &m_window);
+        QPushButton *reloadButton = box.addButton(tr("Reload"), QMessageBox::DestructiveRole);
+        QPushButton *cancelButton = box.addButton(tr("Cancel"), QMessageBox::RejectRole);
+        box.setDefaultButton(cancelButton);
+        box.setEscapeButton(cancelButton);
+        box.exec();
+        if (box.clickedButton() != reloadButton)
+            return;
+    }
+    const QString error = m_document.open(m_document.fileName());
+    if (error.isEmpty())
+        emit done(tr("Opened %1").arg(QDir::toNativeSeparators(m_document.fileName())));
+    else
+        emit failed(tr("The script cannot be opened"), error);
+}
+
+void FileActions::keepMine()
+{
+    m_document.file().acceptContent();
+    // What the window has is in no file any more.
+    m_document.undoStack().resetClean();
+}
+} // namespace Workbench

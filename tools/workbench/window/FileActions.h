@@ -1,0 +1,61 @@
+#pragma once
+
+#include "RecentFiles.h"
+
+#include <QObject>
+
+class QPushButton;
+class QWidget;
+
+namespace Workbench
+{
+class FileBar;
+class ScriptDocument;
+
+/// Opens and saves the script, and asks the user before anything would be lost: changes that are not saved, and what
+/// another program wrote into the script's file meanwhile.
+class FileActions : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// \param bar where a file that was changed by others is reported
+    /// \param window what dialogs belong to
+    FileActions(ScriptDocument &document, QSettings &settings, FileBar &bar, QWidget &window);
+
+    /// The files that were opened or saved last.
+    QStringList recentFiles() const;
+
+    /// Whether the present script may be given up: it is saved, or the user says so.
+    bool mayDiscard();
+
+    void newFile();
+    void chooseFile();
+    void open(const QString &fileName);
+
+    /// Both return whether the script was saved.
+    bool save();
+    bool saveAs();
+
+signals:
+    /// Something was done, which \a message tells.
+    void done(const QString &message);
+
+    /// Something could not be done, which \a title names, for the reason \a error.
+    void failed(const QString &title, const QString &error);
+
+private:
+    QString shownFileName() const;
+    bool saveTo(const QString &fileName);
+    bool maySaveOverOthers();
+    void showForeignFile();
+    void showDifference();
+    void reload();
+    void keepMine();
+
+    ScriptDocument &m_document;
+    RecentFiles m_recentFiles;
+    FileBar &m_bar;
+    QWidget &m_window;
+};
+} // namespace Workbench
