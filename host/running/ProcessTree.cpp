@@ -4,10 +4,11 @@
 #include <QFile>
 #include <QProcessEnvironment>
 
+#include <csignal>
+
 #if defined(Q_OS_WIN)
 #include <windows.h>
 #else
-#include <csignal>
 #include <unistd.h>
 #if defined(Q_OS_LINUX)
 #include <sys/prctl.h>
@@ -77,5 +78,31 @@ void endProcessTree(ChildProcess &process, qint64 processId, const QString &mark
 #else
     Q_UNUSED(mark)
 #endif
+}
+
+QString signalName(int signal)
+{
+    switch (signal) {
+    case SIGABRT:
+        return QStringLiteral("abort");
+    case SIGFPE:
+        return QStringLiteral("arithmetic error");
+    case SIGILL:
+        return QStringLiteral("illegal instruction");
+    case SIGSEGV:
+        return QStringLiteral("segmentation fault");
+    case SIGINT:
+        return QStringLiteral("interrupted");
+    case SIGTERM:
+        return QStringLiteral("terminated");
+#if !defined(Q_OS_WIN)
+    case SIGBUS:
+        return QStringLiteral("bus error");
+    case SIGKILL:
+        return QStringLiteral("killed");
+#endif
+    default:
+        return QStringLiteral("signal %1").arg(signal);
+    }
 }
 } // namespace StepHost

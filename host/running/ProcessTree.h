@@ -30,4 +30,7 @@ void markProcessTree(QProcessEnvironment &environment, const QString &mark);
 /// mark, and everything that it started. It may have ended before, \a processId then being what its id was.
 /// Does not wait.
 void endProcessTree(ChildProcess &process, qint64 processId, const QString &mark);
+
+/// What people call the end of a process by \a signal, such as `segmentation fault`; on Windows, by that code.
+QString signalName(int signal);
 } // namespace StepHost

@@ -74,6 +74,8 @@ RunResult runScript(const Script &script, VariableScope &scope, const RunObserve
         } else {
             stepResult.outcome = StepOutcome::Disabled;
         }
+        if (observer.finished)
+            observer.finished(i, stepResult);
         if (observer.progress)
             observer.progress(i + 1, total);
         if (stepResult.outcome == StepOutcome::Failed) {

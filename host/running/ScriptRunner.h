@@ -16,7 +16,7 @@ enum class StepOutcome {
     Disabled, ///< It is not enabled.
     Wrote, ///< It wrote a variable.
     Skipped, ///< It ran and wrote nothing.
-    Failed, ///< It threw an exception, which ended the run.
+    Failed, ///< It threw an exception, or its process ended in it. That ended the run.
 };
 
 /// The name of \a outcome in reports: "wrote", "skipped", "disabled", "not run", "failed".
@@ -27,7 +27,7 @@ struct StepResult
 {
     StepOutcome outcome = StepOutcome::NotRun;
     QStringList warnings; ///< The lines that it wrote on Qt's warning log.
-    QString failure; ///< What a failed step threw.
+    QString failure; ///< What a failed step threw, or how it ended its process.
     bool ranOutOfMemory = false; ///< Whether that was `std::bad_alloc`.
 };
 
@@ -35,7 +35,8 @@ struct StepResult
 enum class RunEnd {
     Completed, ///< All steps had their turn.
     Stopped, ///< The caller asked to stop.
-    StepFailed, ///< A step threw an exception.
+    StepFailed, ///< A step threw an exception, or ended the process of the run.
+    NotRun, ///< RunProcess could not begin; RunResult::error says why.
 };
 
 /// What became of a run: one result for each step of the script.
@@ -43,6 +44,9 @@ struct RunResult
 {
     RunEnd end = RunEnd::Completed;
     std::vector<StepResult> steps;
+    QString error; ///< Why there was no run.
+    QByteArray
+        printed; ///< What RunProcess had printed by the plug-ins; of more than 10,000 bytes only the first.
 
     /// How many steps have \a outcome.
     int count(StepOutcome outcome) const;
@@ -53,10 +57,15 @@ struct RunObserver
 {
     /// Called before each enabled step runs, with its index.
     std::function<void(int index)> starting;
+    /// Called after each step, also one that is not enabled, with its index and what became of it.
+    std::function<void(int index, const StepResult &result)> finished;
     /// Called after each step with the number of steps that had their turn, and of all steps.
     std::function<void(int done, int total)> progress;
     /// Called before each step; true ends the run.
     std::function<bool()> shouldStop;
+    /// True ends the run at once, in the middle of a step. Only RunProcess asks, again and again, from the thread that
+    /// called it.
+    std::function<bool()> shouldEnd;
 };
 
 /// Runs the enabled steps of \a script, one after the other, on \a scope.

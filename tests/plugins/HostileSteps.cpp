@@ -2,6 +2,7 @@
 
 #include "hostapi/VariableScope.h"
 
+#include <cstdio>
 #include <stdexcept>
 
 namespace
@@ -63,6 +64,21 @@ public:
     Operation *clone(QObject *parent) const override
     {
         return new WritingStep(typeId(), parent);
+    }
+};
+
+class PrintingStep : public FixtureStep
+{
+public:
+    using FixtureStep::FixtureStep;
+
+    void doOperation() const override
+    {
+        std::fputs("printed on standard output", stdout);
+    }
+    Operation *clone(QObject *parent) const override
+    {
+        return new PrintingStep(typeId(), parent);
     }
 };
 
@@ -159,9 +175,10 @@ class HostileSteps : public FixturePlugin
 public:
     QList<Operation *> createPrototypes() override
     {
-        return {new ThrowingStep("fixture.throw"),    new EscapingStep("fixture.escape"),
-                new WritingStep("fixture.write"),     new UnclonableStep("fixture.unclonable"),
-                new SettingsStep("fixture.settings"), new BrittleStep("fixture.brittle")};
+        return {new ThrowingStep("fixture.throw"),        new EscapingStep("fixture.escape"),
+                new PrintingStep("fixture.print"),        new WritingStep("fixture.write"),
+                new UnclonableStep("fixture.unclonable"), new SettingsStep("fixture.settings"),
+                new BrittleStep("fixture.brittle")};
     }
 };
 

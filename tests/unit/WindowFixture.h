@@ -1,5 +1,7 @@
 #pragma once
 
+#include "RunWorkerMain.h"
+
 #include "tools/workbench/document/ScriptModel.h"
 #include "tools/workbench/window/LogPane.h"
 #include "tools/workbench/window/MainWindow.h"
@@ -23,7 +25,7 @@ struct WindowFixture
     {
         window.show();
         QApplication::setActiveWindow(&window);
-        QTest::qWaitForWindowActive(&window);
+        isReady = QTest::qWaitForWindowActive(&window);
     }
 
     Workbench::ScriptModel &script()
@@ -36,13 +38,13 @@ struct WindowFixture
         return window.findChild<Workbench::ScriptPane *>();
     }
 
-    /// Places a step behind the last one, with \a settings.
-    void place(const QString &typeId, const QVariantMap &settings = {})
+    /// Places a step behind the last one, with the settings \a values.
+    void place(const QString &typeId, const QVariantMap &values = {})
     {
         const int row = script().rowCount();
         window.document().placeStep(typeId, row);
-        for (auto setting = settings.begin(); setting != settings.end(); ++setting)
-            window.document().setSetting(row, setting.key(), setting.value());
+        for (auto value = values.begin(); value != values.end(); ++value)
+            window.document().setSetting(row, value.key(), value.value());
     }
 
     void setVariable(const QString &name, const QVariant &value, VarType type)
@@ -62,6 +64,7 @@ struct WindowFixture
     QTemporaryDir folder;
     QSettings settings;
     Workbench::MainWindow window;
+    bool isReady = false; ///< Whether the window became the active one.
 };
 
 /// Calls \a action with the modal dialog that is shown next, and closes it if it is still there then.

@@ -180,5 +180,5 @@ void TestWorkbenchFiles::keepsItsOwn()
     QVERIFY(contentOf(m_fileName).contains("list.merge"));
 }
 
-QTEST_MAIN(TestWorkbenchFiles)
+RUN_TEST_MAIN(QApplication, TestWorkbenchFiles)
 #include "tst_workbenchfiles.moc"

@@ -231,5 +231,5 @@ void TestWorkbenchKeyboard::settingsAreSpoken()
     QVERIFY2(hint.contains("missing"), qPrintable(hint));
 }
 
-QTEST_MAIN(TestWorkbenchKeyboard)
+RUN_TEST_MAIN(QApplication, TestWorkbenchKeyboard)
 #include "tst_workbenchkeyboard.moc"

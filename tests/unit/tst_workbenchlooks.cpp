@@ -149,5 +149,5 @@ void TestWorkbenchLooks::firstWindowFitsTheScreen()
     QVERIFY(fixture.scriptPane()->viewport()->height() >= 2 * rowHeight);
 }
 
-QTEST_MAIN(TestWorkbenchLooks)
+RUN_TEST_MAIN(QApplication, TestWorkbenchLooks)
 #include "tst_workbenchlooks.moc"

@@ -1,3 +1,5 @@
+#include "RunWorkerMain.h"
+
 #include "tools/workbench/settings/PropertyEditor.h"
 #include "tools/workbench/settings/PropertyPane.h"
 #include "tools/workbench/values/ValueDialog.h"
@@ -222,5 +224,5 @@ void TestWorkbenchTexts::valueDialog()
     QVERIFY2(message.contains(shown), qPrintable(message));
 }
 
-QTEST_MAIN(TestWorkbenchTexts)
+RUN_TEST_MAIN(QApplication, TestWorkbenchTexts)
 #include "tst_workbenchtexts.moc"

@@ -1,3 +1,5 @@
+#include "RunWorkerMain.h"
+
 #include "tools/workbench/document/ScriptModel.h"
 #include "tools/workbench/look/Language.h"
 #include "tools/workbench/look/TypeNames.h"
@@ -1054,5 +1056,5 @@ void TestWorkbenchWindow::longScriptsStayFluid()
           opened, scrolled, placed, ran);
 }
 
-QTEST_MAIN(TestWorkbenchWindow)
+RUN_TEST_MAIN(QApplication, TestWorkbenchWindow)
 #include "tst_workbenchwindow.moc"

@@ -3,6 +3,7 @@
 //   workbenchscreenshot LANGUAGE PLUGIN SCRIPT PNG [dark]
 
 #include "host/plugins/StepCatalogue.h"
+#include "host/running/RunWorker.h"
 #include "tools/workbench/look/Language.h"
 #include "tools/workbench/window/MainWindow.h"
 #include "tools/workbench/window/ScriptPane.h"
@@ -48,6 +49,8 @@ void run(Workbench::RunSession &session)
 
 int main(int argc, char **argv)
 {
+    if (StepHost::isRunWorker(argc, argv))
+        StepHost::workOnRun(argc, argv);
     QApplication application(argc, argv);
     const QStringList arguments = QApplication::arguments();
     if (arguments.size() < 5)

@@ -1,5 +1,6 @@
 #include "host/plugins/PluginSearch.h"
 #include "host/plugins/StepCatalogue.h"
+#include "host/running/RunWorker.h"
 #include "host/values/QuotedText.h"
 #include "tools/workbench/look/Language.h"
 #include "tools/workbench/window/CommandLine.h"
@@ -86,6 +87,8 @@ int work(const Workbench::CommandLine &line)
 
 int main(int argc, char **argv)
 {
+    if (StepHost::isRunWorker(argc, argv))
+        StepHost::workOnRun(argc, argv);
     nameApplication();
     const Workbench::CommandLine line = commandLine(argc, argv);
     switch (line.task) {

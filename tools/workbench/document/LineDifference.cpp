@@ -6,7 +6,7 @@ namespace Workbench
 {
 namespace
 {
-constexpr qint64 maxComparisons = 4'000'000;
+constexpr qint64 maxComparisons = 4000000;
 
 /// How many lines two texts have in common, from each pair of lines on to their ends.
 class CommonLines

@@ -4,12 +4,14 @@
 #include "ScriptDocument.h"
 #include "ScriptModel.h"
 #include "host/plugins/StepTexts.h"
+#include "host/running/RunProcess.h"
 #include "host/running/StartedProcesses.h"
 #include "host/scripts/StepProblems.h"
 
 #include <QHash>
 #include <QThread>
 
+#include <algorithm>
 #include <atomic>
 #include <optional>
 
@@ -37,7 +39,9 @@ struct RunSession::Run
     VariableScope variables;
     StepHost::RunResult result;
     std::atomic<int> done{0};
+    std::atomic<int> current{-1}; ///< The step that has begun last.
     std::atomic<bool> shouldStop{false};
+    std::atomic<bool> shouldEnd{false};
     QElapsedTimer clock;
     std::optional<StepHost::StartedProcesses> started{std::in_place};
     std::unique_ptr<QThread> thread;
@@ -45,22 +49,31 @@ struct RunSession::Run
     ~Run()
     {
         shouldStop = true;
+        shouldEnd = true;
         if (thread)
             thread->wait();
     }
 
-    void execute()
+    void execute(const Runner &runner)
     {
         StepHost::RunObserver observer;
+        observer.starting = [this](int index) { current = index; };
         observer.progress = [this](int count, int) { done = count; };
         observer.shouldStop = [this] { return shouldStop.load(); };
-        result = StepHost::runScript(script, variables, observer);
+        observer.shouldEnd = [this] { return shouldEnd.load(); };
+        result = runner(script, variables, observer);
     }
 };
 
-RunSession::RunSession(ScriptDocument &document, LogModel &log, QObject *parent)
-    : QObject(parent), m_document(document), m_log(log)
+RunSession::RunSession(ScriptDocument &document, LogModel &log, const Runner &runner, QObject *parent)
+    : QObject(parent), m_document(document), m_log(log), m_runner(runner)
 {
+    if (!m_runner) {
+        m_runner = [&document](const StepHost::Script &script, VariableScope &variables,
+                               const StepHost::RunObserver &observer) {
+            return StepHost::RunProcess::run(script, variables, document.catalogue(), observer);
+        };
+    }
     m_progressTimer.setInterval(progressIntervalMs);
     connect(&m_progressTimer, &QTimer::timeout, this, &RunSession::showProgress);
     connect(&document, &ScriptDocument::replaced, this, &RunSession::abandon);
@@ -126,7 +139,7 @@ void RunSession::start(int firstRow, int lastRow, const VariableScope &variables
     m_run->variables = variables;
     m_before = variables;
     m_run->clock.start();
-    m_run->thread.reset(QThread::create([run = m_run.get()] { run->execute(); }));
+    m_run->thread.reset(QThread::create([this, run = m_run.get()] { run->execute(m_runner); }));
     connect(m_run->thread.get(), &QThread::finished, this, &RunSession::finish);
     m_progressTimer.start();
     m_run->thread->start();
@@ -137,14 +150,17 @@ void RunSession::showProgress()
 {
     const int done = m_run->done;
     const int total = m_run->originals.size();
-    if (done < total)
-        m_document.model().setRunningRow(m_document.model().rowOf(m_run->originals.at(done)));
+    const int current = m_run->current;
+    if (current >= 0)
+        m_document.model().setRunningRow(m_document.model().rowOf(m_run->originals.at(current)));
     emit progressed(done, total);
 }
 
 void RunSession::finish()
 {
-    if (!m_run || !m_run->thread->isFinished())
+    const auto isOver = [](const std::unique_ptr<Run> &run) { return run->thread->isFinished(); };
+    m_abandoned.erase(std::remove_if(m_abandoned.begin(), m_abandoned.end(), isOver), m_abandoned.end());
+    if (!m_run || !isOver(m_run))
         return;
     m_progressTimer.stop();
     const std::unique_ptr<Run> run = std::move(m_run);
@@ -192,11 +208,21 @@ void RunSession::report(const Run &run)
             m_log.appendWarning(tr("The step failed: %1").arg(result.failure), original, name);
     }
 
-    const QString counts = tr("%1 wrote, %2 skipped, %3 disabled, in %4 ms")
-                               .arg(run.result.count(StepHost::StepOutcome::Wrote))
-                               .arg(run.result.count(StepHost::StepOutcome::Skipped))
-                               .arg(run.result.count(StepHost::StepOutcome::Disabled))
-                               .arg(run.clock.elapsed());
+    if (!run.result.printed.isEmpty())
+        m_log.append(tr("The plug-ins printed: %1").arg(QString::fromUtf8(run.result.printed).trimmed()));
+    reportEnd(run);
+}
+
+void RunSession::reportEnd(const Run &run)
+{
+    using StepHost::StepOutcome;
+    QString counts = tr("%1 wrote, %2 skipped, %3 disabled, in %4 ms")
+                         .arg(run.result.count(StepOutcome::Wrote))
+                         .arg(run.result.count(StepOutcome::Skipped))
+                         .arg(run.result.count(StepOutcome::Disabled))
+                         .arg(run.clock.elapsed());
+    if (!run.result.error.isEmpty())
+        counts = tr("%1; %2").arg(run.result.error, counts);
     switch (run.result.end) {
     case StepHost::RunEnd::Completed:
         m_log.append(tr("Run completed: %1").arg(counts));
@@ -207,13 +233,16 @@ void RunSession::report(const Run &run)
     case StepHost::RunEnd::StepFailed:
         m_log.appendWarning(tr("Run ended by a step that failed: %1").arg(counts));
         break;
+    case StepHost::RunEnd::NotRun:
+        m_log.appendWarning(tr("The run could not begin: %1").arg(run.result.error));
+        break;
     }
 }
 
 void RunSession::stop()
 {
-    if (m_run)
-        m_run->shouldStop = true;
+    if (m_run && m_run->shouldStop.exchange(true))
+        m_run->shouldEnd = true;
 }
 
 void RunSession::restore()
@@ -230,7 +259,13 @@ void RunSession::restore()
 void RunSession::abandon()
 {
     m_progressTimer.stop();
-    m_run.reset();
+    if (m_run) {
+        m_run->shouldStop = true;
+        m_run->shouldEnd = true;
+        // Where the system allows, that ends the run's process, too.
+        m_run->started.reset();
+        m_abandoned.push_back(std::move(m_run));
+    }
     restore();
 }
 } // namespace Workbench

@@ -38,6 +38,11 @@ ScriptDocument::ScriptDocument(const StepHost::StepCatalogue &catalogue, QObject
 
 ScriptDocument::~ScriptDocument() = default;
 
+const StepHost::StepCatalogue &ScriptDocument::catalogue() const
+{
+    return m_catalogue;
+}
+
 ScriptModel &ScriptDocument::model() const
 {
     return *m_model;

@@ -27,6 +27,7 @@ public:
     explicit ScriptDocument(const StepHost::StepCatalogue &catalogue, QObject *parent = nullptr);
     ~ScriptDocument() override;
 
+    const StepHost::StepCatalogue &catalogue() const;
     ScriptModel &model() const;
     QUndoStack &undoStack();
     const VariableScope &variables() const;

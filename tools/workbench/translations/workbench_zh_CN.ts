@@ -71,6 +71,33 @@
     </message>
 </context>
 <context>
+    <name>StepHost::RunProcess</name>
+    <message>
+        <source>no process could be started: %1</source>
+        <translation>无法启动进程：%1</translation>
+    </message>
+    <message>
+        <source>it was stopped in the middle</source>
+        <translation>步骤在执行中被停止</translation>
+    </message>
+    <message>
+        <source>what it told of the run was not understood</source>
+        <translation>无法理解进程报告的运行情况</translation>
+    </message>
+    <message>
+        <source>%1, while %2</source>
+        <translation>%1，当时：%2</translation>
+    </message>
+    <message>
+        <source>the process crashed: %1</source>
+        <translation>进程崩溃：%1</translation>
+    </message>
+    <message>
+        <source>the process was ended with status %1</source>
+        <translation>进程以状态 %1 结束</translation>
+    </message>
+</context>
+<context>
     <name>StepHost::StepProblems</name>
     <message>
         <source>No variable is chosen.</source>
@@ -423,10 +450,6 @@
         <translation>在上次运行的结果上只运行当前步骤（%1）</translation>
     </message>
     <message>
-        <source>Stop before the next step (%1)</source>
-        <translation>在下一步骤之前停止（%1）</translation>
-    </message>
-    <message>
         <source>&amp;View</source>
         <translation>视图(&amp;V)</translation>
     </message>
@@ -477,6 +500,10 @@
     <message>
         <source>The script does not have this step any more.</source>
         <translation>脚本中已没有此步骤。</translation>
+    </message>
+    <message>
+        <source>Stop before the next step; once more: at once (%1)</source>
+        <translation>在下一步之前停止；再按一次则立即停止（%1）</translation>
     </message>
 </context>
 <context>
@@ -546,6 +573,18 @@
     <message>
         <source>The step wrote nothing and gave no reason.</source>
         <translation>步骤没有写入任何内容，也没有说明原因。</translation>
+    </message>
+    <message>
+        <source>The plug-ins printed: %1</source>
+        <translation>插件输出：%1</translation>
+    </message>
+    <message>
+        <source>%1; %2</source>
+        <translation>%1；%2</translation>
+    </message>
+    <message>
+        <source>The run could not begin: %1</source>
+        <translation>无法开始运行：%1</translation>
     </message>
 </context>
 <context>

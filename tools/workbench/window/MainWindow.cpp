@@ -257,7 +257,7 @@ void MainWindow::createRunMenu()
     m_runTo->setToolTip(tr("Run the script up to the current step (%1)").arg(m_runTo->shortcut().toString()));
     m_runStep->setToolTip(tr("Run the current step alone, on what the last run left (%1)")
                               .arg(m_runStep->shortcut().toString()));
-    m_stop->setToolTip(tr("Stop before the next step (%1)").arg(m_stop->shortcut().toString()));
+    m_stop->setToolTip(tr("Stop before the next step; once more: at once (%1)").arg(m_stop->shortcut().toString()));
     m_restore->setToolTip(tr("Forget what the last run did and left in the variables (%1)")
                               .arg(m_restore->shortcut().toString()));
     connect(m_runAll, &QAction::triggered, &m_session, &RunSession::runAll);

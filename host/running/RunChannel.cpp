@@ -1,0 +1,229 @@
+#include "RunChannel.h"
+
+#include "host/plugins/StepCatalogue.h"
+#include "host/plugins/StepRecord.h"
+#include "host/plugins/StepSettings.h"
+#include "host/values/QuotedText.h"
+#include "host/values/VariableName.h"
+
+#include <QDataStream>
+#include <QtEndian>
+
+#include <algorithm>
+#include <exception>
+#include <limits>
+
+namespace StepHost
+{
+namespace
+{
+constexpr auto streamVersion = QDataStream::Qt_5_15;
+
+QDataStream &operator<<(QDataStream &stream, const ScriptVariable &variable)
+{
+    return stream << variable.name << qint32(variable.type) << variable.value;
+}
+
+QDataStream &operator>>(QDataStream &stream, ScriptVariable &variable)
+{
+    qint32 type = 0;
+    stream >> variable.name >> type >> variable.value;
+    variable.type = VarType(type);
+    return stream;
+}
+
+QDataStream &operator<<(QDataStream &stream, const SentStep &step)
+{
+    return stream << step.typeId << step.record << step.settings << step.enabled;
+}
+
+QDataStream &operator>>(QDataStream &stream, SentStep &step)
+{
+    return stream >> step.typeId >> step.record >> step.settings >> step.enabled;
+}
+
+template<typename Item>
+void writeAll(QDataStream &stream, const std::vector<Item> &items)
+{
+    stream << quint32(items.size());
+    for (const Item &item : items)
+        stream << item;
+}
+
+template<typename Item>
+void readAll(QDataStream &stream, std::vector<Item> &items)
+{
+    quint32 count = 0;
+    stream >> count;
+    // Not all at once: the number may be a lie.
+    for (quint32 i = 0; i < count && stream.status() == QDataStream::Ok; ++i) {
+        items.emplace_back();
+        stream >> items.back();
+    }
+}
+
+bool isWhole(const QDataStream &stream)
+{
+    return stream.status() == QDataStream::Ok && stream.atEnd();
+}
+
+bool isSendableAt(const QVariant &value, int depth)
+{
+    constexpr int maxDepth = 1000;
+    const auto areSendable = [depth](const auto &values) {
+        return std::all_of(values.begin(), values.end(),
+                           [depth](const QVariant &each) { return isSendableAt(each, depth + 1); });
+    };
+    if (depth > maxDepth)
+        return false;
+    switch (value.userType()) {
+    case QMetaType::UnknownType:
+    case QMetaType::Bool:
+    case QMetaType::Int:
+    case QMetaType::Double:
+    case QMetaType::QString:
+        return true;
+    case QMetaType::QVariantList:
+        return areSendable(*static_cast<const QVariantList *>(value.constData()));
+    case QMetaType::QVariantMap:
+        return areSendable(*static_cast<const QVariantMap *>(value.constData()));
+    case QMetaType::QVariantHash:
+        return areSendable(*static_cast<const QVariantHash *>(value.constData()));
+    default:
+        break;
+    }
+    QByteArray bytes;
+    QDataStream stream(&bytes, QIODevice::WriteOnly);
+    return value.userType() < QMetaType::User && QMetaType::save(stream, value.userType(), value.constData());
+}
+
+SentStep sentStep(const ScriptStep &step)
+{
+    SentStep sent;
+    sent.typeId = step.operation->typeId();
+    sent.record = recordOf(*step.operation);
+    sent.enabled = step.enabled;
+    const QVector<QMetaProperty> settings = settingsOf(*step.operation);
+    for (const QMetaProperty &setting : settings) {
+        const QVariant value = setting.read(step.operation.get());
+        if (isSendable(value)) // One that is not is left to the record.
+            sent.settings.insert(QString::fromUtf8(setting.name()), value);
+    }
+    return sent;
+}
+} // namespace
+
+bool isSendable(const QVariant &value)
+{
+    return isSendableAt(value, 0);
+}
+
+Result<QByteArray> packRequest(const Script &script, const VariableScope &scope,
+                               const StepCatalogue &catalogue)
+{
+    RunRequest request;
+    for (const auto &plugin : catalogue.plugins())
+        request.plugins.append(plugin->fileName());
+    const QStringList names = scope.names();
+    for (const QString &name : names) {
+        const ScriptVariable variable{name, scope.typeOf(referenceTo(name)), scope.get(referenceTo(name))};
+        if (!isSendable(variable.value))
+            return failure(QStringLiteral("the value of %1 cannot be handed over").arg(quoted(name)));
+        request.variables.push_back(variable);
+    }
+    for (std::size_t i = 0; i < script.steps.size(); ++i) {
+        try {
+            request.steps.push_back(sentStep(script.steps[i]));
+        } catch (const std::exception &exception) {
+            return failure(QStringLiteral("step %1 threw an exception when it was saved: %2")
+                               .arg(QString::number(i + 1), QString::fromUtf8(exception.what())));
+        } catch (...) {
+            return failure(QStringLiteral("step %1 threw an exception when it was saved").arg(i + 1));
+        }
+    }
+    QByteArray bytes;
+    QDataStream stream(&bytes, QIODevice::WriteOnly);
+    stream.setVersion(streamVersion);
+    stream << request.plugins;
+    writeAll(stream, request.variables);
+    writeAll(stream, request.steps);
+    return bytes;
+}
+
+std::optional<RunRequest> unpackRequest(const QByteArray &bytes)
+{
+    RunRequest request;
+    QDataStream stream(bytes);
+    stream.setVersion(streamVersion);
+    stream >> request.plugins;
+    readAll(stream, request.variables);
+    readAll(stream, request.steps);
+    return isWhole(stream) ? std::make_optional(std::move(request)) : std::nullopt;
+}
+
+QByteArray packNote(const RunNote &note)
+{
+    QByteArray bytes;
+    QDataStream stream(&bytes, QIODevice::WriteOnly);
+    stream.setVersion(streamVersion);
+    stream << quint8(note.kind) << note.text << qint32(note.index) << qint32(note.result.outcome)
+           << note.result.warnings << note.result.failure << note.result.ranOutOfMemory;
+    writeAll(stream, note.variables);
+    stream << note.removed << qint32(note.end);
+    return bytes;
+}
+
+std::optional<RunNote> unpackNote(const QByteArray &bytes)
+{
+    RunNote note;
+    quint8 kind = 0;
+    qint32 index = 0;
+    qint32 outcome = 0;
+    qint32 end = 0;
+    QDataStream stream(bytes);
+    stream.setVersion(streamVersion);
+    stream >> kind >> note.text >> index >> outcome >> note.result.warnings >> note.result.failure
+        >> note.result.ranOutOfMemory;
+    readAll(stream, note.variables);
+    stream >> note.removed >> end;
+    if (!isWhole(stream) || kind >= RunNote::KindCount || outcome < 0 || outcome > int(StepOutcome::Failed)
+        || end < 0 || end > int(RunEnd::StepFailed))
+        return std::nullopt;
+    note.kind = RunNote::Kind(kind);
+    note.index = index;
+    note.result.outcome = StepOutcome(outcome);
+    note.end = RunEnd(end);
+    return note;
+}
+
+QByteArray MessageReader::framed(const QByteArray &message)
+{
+    QByteArray framed(int(sizeof(quint32)), Qt::Uninitialized);
+    qToBigEndian(quint32(message.size()), framed.data());
+    return framed + message;
+}
+
+void MessageReader::append(const QByteArray &bytes)
+{
+    m_bytes += bytes;
+}
+
+std::optional<QByteArray> MessageReader::next()
+{
+    constexpr int lengthSize = int(sizeof(quint32));
+    if (m_isBroken || m_bytes.size() < lengthSize)
+        return std::nullopt;
+    const quint32 length = qFromBigEndian<quint32>(m_bytes.constData());
+    m_isBroken = length > quint32(std::numeric_limits<int>::max() - lengthSize);
+    if (m_isBroken || m_bytes.size() - lengthSize < int(length))
+        return std::nullopt;
+    const QByteArray message = m_bytes.mid(lengthSize, int(length));
+    m_bytes.remove(0, lengthSize + int(length));
+    return message;
+}
+
+bool MessageReader::isBroken() const
+{
+    return m_isBroken;
+}
+} // namespace StepHost

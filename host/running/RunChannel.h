@@ -1,0 +1,93 @@
+#pragma once
+
+#include "ScriptRunner.h"
+#include "host/values/Result.h"
+
+#include <QByteArray>
+#include <QStringList>
+#include <QVariant>
+
+#include <optional>
+
+namespace StepHost
+{
+class StepCatalogue;
+
+/// What a run in a process of its own and the process that asked for it tell each other. What comes from the other side
+/// is not trusted: whatever does not fit is an error.
+
+/// A step as it is handed over: made anew by its type, with its record and its settings.
+struct SentStep
+{
+    QString typeId;
+    QByteArray record;
+    QVariantMap settings;
+    bool enabled = true;
+};
+
+/// A run that is asked for.
+struct RunRequest
+{
+    QStringList plugins; ///< Paths of the plug-ins that the steps come from.
+    std::vector<ScriptVariable> variables;
+    std::vector<SentStep> steps;
+};
+
+/// What a run tells while it goes on.
+struct RunNote
+{
+    enum Kind : quint8 {
+        Work, ///< What is being done now: `text`, which fits behind "while".
+        Refused, ///< The run cannot begin, for the reason `text`. Nothing follows.
+        Starting, ///< The step `index` begins.
+        Finished, ///< The step `index` had its turn: `result`, `variables` that changed and the `removed` ones.
+        Ended, ///< The run is over: `end`. Nothing follows.
+        KindCount
+    };
+
+    Kind kind = Work;
+    QString text;
+    int index = -1;
+    StepResult result;
+    std::vector<ScriptVariable> variables;
+    QStringList removed;
+    RunEnd end = RunEnd::Completed;
+};
+
+/// Whether \a value can be handed over: it and what it holds are of types of Qt's own that can be written to a stream,
+/// nested no more than 1,000 deep.
+bool isSendable(const QVariant &value);
+
+/// The request to run \a script on \a scope. Refused are a step that throws when it saves its record, and values that
+/// are not sendable.
+Result<QByteArray> packRequest(const Script &script, const VariableScope &scope,
+                               const StepCatalogue &catalogue);
+
+/// The request in \a bytes; nothing when they are none.
+std::optional<RunRequest> unpackRequest(const QByteArray &bytes);
+
+QByteArray packNote(const RunNote &note);
+
+/// The note in \a bytes; nothing when they are none.
+std::optional<RunNote> unpackNote(const QByteArray &bytes);
+
+/// Makes of the bytes of a stream the messages that were sent, each behind its length.
+class MessageReader
+{
+public:
+    /// \a message as it is sent.
+    static QByteArray framed(const QByteArray &message);
+
+    void append(const QByteArray &bytes);
+
+    /// The next message that is there as a whole.
+    std::optional<QByteArray> next();
+
+    /// Whether what came is no message, so nothing that follows can be one.
+    bool isBroken() const;
+
+private:
+    QByteArray m_bytes;
+    bool m_isBroken = false;
+};
+} // namespace StepHost

@@ -1,0 +1,215 @@
+#include "RunProcess.h"
+
+#include "ProcessTree.h"
+#include "RunChannel.h"
+#include "RunWorker.h"
+#include "host/plugins/StepCatalogue.h"
+#include "host/values/VariableName.h"
+
+namespace StepHost
+{
+namespace
+{
+constexpr int pollIntervalMs = 50;
+constexpr int maxPrinted = 10000;
+
+// Makes `scope` what the run told of its own.
+void applyChanges(const RunNote &note, VariableScope &scope)
+{
+    for (const QString &name : note.removed)
+        scope.remove(referenceTo(name));
+    for (const ScriptVariable &variable : note.variables) {
+        const QString reference = referenceTo(variable.name);
+        if (scope.contains(reference) && scope.typeOf(reference) != variable.type)
+            scope.remove(reference);
+        if (!scope.contains(reference))
+            scope.declare(reference, variable.type);
+        scope.set(reference, variable.value);
+    }
+}
+} // namespace
+
+/// A run that goes on.
+class RunProcess::Session
+{
+public:
+    Session(const RunObserver &observer, int stepCount, VariableScope &scope)
+        : m_observer(observer), m_scope(scope)
+    {
+        m_result.steps.resize(std::size_t(stepCount));
+        m_worker.setProcessChannelMode(QProcess::SeparateChannels);
+    }
+
+    ~Session()
+    {
+        m_worker.kill();
+        m_worker.waitForFinished(-1);
+    }
+
+    RunResult carryOut(const QByteArray &request)
+    {
+        m_worker.start(QCoreApplication::applicationFilePath(), {QLatin1String(runWorkerName)});
+        if (!m_worker.waitForStarted(-1)) {
+            noRun(tr("no process could be started: %1").arg(m_worker.errorString()));
+            return m_result;
+        }
+        m_worker.write(MessageReader::framed(request));
+        while (!m_isOver && m_worker.state() != QProcess::NotRunning)
+            goOn();
+        // What it told before it ended.
+        m_worker.waitForFinished(pollIntervalMs);
+        readNotes();
+        if (!m_isOver)
+            endEarly(endOfWorker());
+        keepPrinted();
+        return m_result;
+    }
+
+private:
+    void goOn()
+    {
+        m_worker.waitForReadyRead(pollIntervalMs);
+        readNotes();
+        keepPrinted();
+        if (m_isOver)
+            return;
+        if (m_observer.shouldEnd && m_observer.shouldEnd()) {
+            m_result.end = RunEnd::Stopped;
+            m_worker.kill();
+            m_worker.waitForFinished(-1);
+            readNotes();
+            if (!m_isOver)
+                endEarly(tr("it was stopped in the middle"));
+        } else if (!m_isAskedToStop && m_observer.shouldStop && m_observer.shouldStop()) {
+            m_isAskedToStop = true;
+            m_worker.write("s");
+        }
+    }
+
+    void readNotes()
+    {
+        m_reader.append(m_worker.readAllStandardOutput());
+        while (!m_isOver) {
+            const std::optional<QByteArray> message = m_reader.next();
+            if (!message)
+                break;
+            const std::optional<RunNote> note = unpackNote(*message);
+            if (note)
+                take(*note);
+            else
+                endEarly(tr("what it told of the run was not understood"));
+        }
+        if (!m_isOver && m_reader.isBroken())
+            endEarly(tr("what it told of the run was not understood"));
+    }
+
+    void take(const RunNote &note)
+    {
+        const bool isStep = note.index >= 0 && note.index < int(m_result.steps.size());
+        switch (note.kind) {
+        case RunNote::Refused:
+            noRun(note.text);
+            break;
+        case RunNote::Work:
+            m_work = note.text;
+            break;
+        case RunNote::Starting:
+            m_running = isStep ? note.index : -1;
+            m_hasBegun = true;
+            if (isStep && m_observer.starting)
+                m_observer.starting(note.index);
+            break;
+        case RunNote::Finished:
+            if (isStep)
+                finishStep(note);
+            break;
+        case RunNote::Ended:
+            m_result.end = note.end;
+            m_isOver = true;
+            break;
+        case RunNote::KindCount:
+            break;
+        }
+    }
+
+    void finishStep(const RunNote &note)
+    {
+        m_running = -1;
+        m_hasBegun = true;
+        m_result.steps[std::size_t(note.index)] = note.result;
+        applyChanges(note, m_scope);
+        if (m_observer.finished)
+            m_observer.finished(note.index, note.result);
+        if (m_observer.progress)
+            m_observer.progress(note.index + 1, int(m_result.steps.size()));
+    }
+
+    void noRun(const QString &reason)
+    {
+        m_result.end = RunEnd::NotRun;
+        m_result.error = reason;
+        m_isOver = true;
+    }
+
+    // The process has ended, for `reason`, before the run was over.
+    void endEarly(const QString &reason)
+    {
+        m_isOver = true;
+        if (!m_hasBegun) {
+            if (m_result.end == RunEnd::Stopped)
+                return;
+            noRun(m_work.isEmpty() ? reason : tr("%1, while %2").arg(reason, m_work));
+            return;
+        }
+        if (m_result.end != RunEnd::Stopped)
+            m_result.end = RunEnd::StepFailed;
+        if (m_running < 0) {
+            m_result.error = reason;
+            return;
+        }
+        StepResult &step = m_result.steps[std::size_t(m_running)];
+        step.outcome = StepOutcome::Failed;
+        step.failure = reason;
+        if (m_observer.finished)
+            m_observer.finished(m_running, step);
+    }
+
+    QString endOfWorker() const
+    {
+        return m_worker.exitStatus() == QProcess::CrashExit
+            ? tr("the process crashed: %1").arg(signalName(m_worker.exitCode()))
+            : tr("the process was ended with status %1").arg(m_worker.exitCode());
+    }
+
+    void keepPrinted()
+    {
+        const QByteArray printed = m_worker.readAllStandardError();
+        m_result.printed += printed.left(maxPrinted - m_result.printed.size());
+    }
+
+    const RunObserver &m_observer;
+    VariableScope &m_scope;
+    ChildProcess m_worker;
+    MessageReader m_reader;
+    RunResult m_result;
+    QString m_work; ///< What the process was at before the run began.
+    int m_running = -1; ///< The step whose turn it is.
+    bool m_hasBegun = false;
+    bool m_isAskedToStop = false;
+    bool m_isOver = false;
+};
+
+RunResult RunProcess::run(const Script &script, VariableScope &scope, const StepCatalogue &catalogue,
+                          const RunObserver &observer)
+{
+    const Result<QByteArray> request = packRequest(script, scope, catalogue);
+    if (!request) {
+        RunResult result;
+        result.steps.resize(script.steps.size());
+        result.end = RunEnd::NotRun;
+        result.error = request.error();
+        return result;
+    }
+    return Session(observer, int(script.steps.size()), scope).carryOut(*request);
+}
+} // namespace StepHost

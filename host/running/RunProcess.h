@@ -1,0 +1,31 @@
+#pragma once
+
+#include "ScriptRunner.h"
+
+#include <QCoreApplication>
+
+namespace StepHost
+{
+class StepCatalogue;
+
+/// Runs in a process of their own, which is this program started again: what a step does to its process is done to none
+/// of the caller's. The program's main() has to ask isRunWorker() first.
+class RunProcess
+{
+    Q_DECLARE_TR_FUNCTIONS(StepHost::RunProcess)
+
+public:
+    /// Runs \a script on \a scope as runScript() does, with steps that the process makes of the plug-ins of
+    /// \a catalogue: each with its record and its settings; what a step keeps beside these, it does not have there.
+    /// Blocks until the run is over, while \a observer is told of it and asked, all in the thread of the caller.
+    ///
+    /// A step that crashes, hangs until RunObserver::shouldEnd, or ends its process is StepOutcome::Failed with a text
+    /// that says how. The results of the steps before it, and their variables, are there all the same. A value that
+    /// cannot be handed over is left out, and the step has a warning that says so.
+    static RunResult run(const Script &script, VariableScope &scope, const StepCatalogue &catalogue,
+                         const RunObserver &observer = RunObserver());
+
+private:
+    class Session;
+};
+} // namespace StepHost

@@ -1,0 +1,206 @@
+#include "RunWorker.h"
+
+#include "ProcessTree.h"
+#include "RunChannel.h"
+#include "host/plugins/StepCatalogue.h"
+#include "host/plugins/StepRecord.h"
+#include "host/values/ItemValue.h"
+#include "host/values/QuotedText.h"
+#include "host/values/VariableName.h"
+
+#include <QCoreApplication>
+#include <QtEndian>
+
+#include <atomic>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <thread>
+
+#ifdef Q_OS_WIN
+#include <fcntl.h>
+#include <io.h>
+#else
+#include <fcntl.h>
+#include <unistd.h>
+#endif
+
+namespace StepHost
+{
+namespace
+{
+constexpr int exitOrphaned = 1;
+
+std::FILE *channel = nullptr;
+std::atomic<bool> shouldStop{false};
+
+// Takes standard output for the channel, so that nothing that a plug-in prints gets in between.
+std::FILE *takeStandardOutput()
+{
+#ifdef Q_OS_WIN
+    _setmode(_fileno(stdin), _O_BINARY);
+    const int descriptor = _dup(_fileno(stdout));
+    _setmode(descriptor, _O_BINARY);
+    _dup2(_fileno(stderr), _fileno(stdout));
+    return _fdopen(descriptor, "wb");
+#else
+    const int descriptor = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+    dup2(STDERR_FILENO, STDOUT_FILENO);
+    return fdopen(descriptor, "wb");
+#endif
+}
+
+void tell(const RunNote &note)
+{
+    const QByteArray framed = MessageReader::framed(packNote(note));
+    std::fwrite(framed.constData(), 1, std::size_t(framed.size()), channel);
+    std::fflush(channel);
+}
+
+[[noreturn]] void end(const RunNote &note)
+{
+    tell(note);
+    std::fflush(stdout);
+    // Nothing that the plug-ins would do at the end is of use any more.
+    std::_Exit(0);
+}
+
+[[noreturn]] void refuse(const QString &reason)
+{
+    RunNote note;
+    note.kind = RunNote::Refused;
+    note.text = reason;
+    end(note);
+}
+
+void tellWork(const QString &work)
+{
+    RunNote note;
+    note.text = work;
+    tell(note);
+}
+
+QByteArray readRequest()
+{
+    char length[sizeof(quint32)];
+    if (std::fread(length, 1, sizeof length, stdin) != sizeof length)
+        std::_Exit(exitOrphaned);
+    QByteArray request(int(qFromBigEndian<quint32>(length)), Qt::Uninitialized);
+    if (std::fread(request.data(), 1, std::size_t(request.size()), stdin) != std::size_t(request.size()))
+        std::_Exit(exitOrphaned);
+    return request;
+}
+
+// Waits for the one thing that can still come, the wish to stop, and for the end of who would send it.
+void listen()
+{
+    while (std::fgetc(stdin) != EOF)
+        shouldStop = true;
+    std::_Exit(exitOrphaned);
+}
+
+Script makeScript(const RunRequest &request, const StepCatalogue &catalogue)
+{
+    Script script;
+    for (const SentStep &sent : request.steps) {
+        tellWork(QStringLiteral("step %1 was made").arg(script.steps.size() + 1));
+        ScriptStep step;
+        step.enabled = sent.enabled;
+        step.operation.reset(catalogue.create(sent.typeId, nullptr));
+        if (!step.operation)
+            refuse(QStringLiteral("step %1: the plug-in gives no copy of it").arg(script.steps.size() + 1));
+        // A step that does not read its record has its settings all the same.
+        static_cast<void>(loadWholeRecord(*step.operation, sent.record));
+        for (auto setting = sent.settings.begin(); setting != sent.settings.end(); ++setting)
+            step.operation->setProperty(setting.key().toUtf8().constData(), setting.value());
+        script.steps.push_back(std::move(step));
+    }
+    return script;
+}
+
+// Notes what differs in `now` from `before`.
+void noteChanges(const VariableScope &before, const VariableScope &now, RunNote &note)
+{
+    const QStringList oldNames = before.names();
+    for (const QString &name : oldNames) {
+        if (!now.contains(referenceTo(name)))
+            note.removed.append(name);
+    }
+    const QStringList names = now.names();
+    for (const QString &name : names) {
+        const QString reference = referenceTo(name);
+        ScriptVariable variable{name, now.typeOf(reference), now.get(reference)};
+        const bool isChanged = !before.contains(reference) || before.typeOf(reference) != variable.type
+            || !ItemValue::same(before.get(reference), variable.value);
+        if (!isChanged)
+            continue;
+        if (!isSendable(variable.value)) {
+            note.result.warnings.append(QStringLiteral("the value of %1 cannot be shown: its type is %2")
+                                            .arg(quoted(name), QLatin1String(variable.value.typeName())));
+            variable.value = QVariant();
+        }
+        note.variables.push_back(variable);
+    }
+}
+
+[[noreturn]] void work()
+{
+    const std::optional<RunRequest> request = unpackRequest(readRequest());
+    if (!request)
+        refuse(QStringLiteral("the run was not understood"));
+    std::thread(listen).detach();
+    StepCatalogue catalogue;
+    for (const QString &plugin : request->plugins) {
+        tellWork(QStringLiteral("the plug-in %1 was loaded").arg(plugin));
+        const auto added = catalogue.addPlugin(plugin);
+        if (!added)
+            refuse(added.error().reason);
+    }
+    const Script script = makeScript(*request, catalogue);
+    VariableScope scope;
+    for (const ScriptVariable &variable : request->variables) {
+        scope.declare(referenceTo(variable.name), variable.type);
+        scope.set(referenceTo(variable.name), variable.value);
+    }
+
+    VariableScope told = scope;
+    RunObserver observer;
+    observer.shouldStop = [] { return shouldStop.load(); };
+    observer.starting = [](int index) {
+        RunNote note;
+        note.kind = RunNote::Starting;
+        note.index = index;
+        tell(note);
+    };
+    observer.finished = [&](int index, const StepResult &result) {
+        RunNote note;
+        note.kind = RunNote::Finished;
+        note.index = index;
+        note.result = result;
+        noteChanges(told, scope, note);
+        tell(note);
+        told = scope;
+    };
+    RunNote note;
+    note.kind = RunNote::Ended;
+    note.end = runScript(script, scope, observer).end;
+    end(note);
+}
+} // namespace
+
+bool isRunWorker(int argc, char **argv)
+{
+    return argc > 1 && std::strcmp(argv[1], runWorkerName) == 0;
+}
+
+void workOnRun(int &argc, char **argv)
+{
+    channel = takeStandardOutput();
+    // Neither may a request be read too far, nor what was printed be lost in a crash.
+    std::setvbuf(stdin, nullptr, _IONBF, 0);
+    std::setvbuf(stdout, nullptr, _IONBF, 0);
+    leadProcessTree();
+    const QCoreApplication application(argc, argv);
+    work();
+}
+} // namespace StepHost

@@ -1,0 +1,16 @@
+#pragma once
+
+namespace StepHost
+{
+/// The argument that a program is started with to carry out a run.
+constexpr char runWorkerName[] = "run-worker";
+
+/// Whether this program was started to carry out a run, as RunProcess starts it.
+bool isRunWorker(int argc, char **argv);
+
+/// Carries out the run that RunProcess asks for, and ends the program. To be called first of all in a program that
+/// isRunWorker(), before it makes an application object of its own.
+///
+/// What the plug-ins print goes to standard error. When the process that asked for the run ends, this one ends at once.
+[[noreturn]] void workOnRun(int &argc, char **argv);
+} // namespace StepHost
