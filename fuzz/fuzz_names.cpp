@@ -118,6 +118,10 @@ void requireSame(const VariableScope &scope, const PlainScope &plain)
 void requireReads(int count)
 {
     static const StepHost::StepCatalogue noSteps;
+    static std::vector<bool> isDone(mostNames + 1);
+    if (isDone[std::size_t(count)]) // It would do the same again.
+        return;
+    isDone[std::size_t(count)] = true;
     QByteArray script = R"({"steps": [], "variables": [)";
     for (int i = 0; i < count && i < collidingNames().size(); ++i)
         script += (i > 0 ? R"(, {"name": ")" : R"({"name": ")") + collidingNames().at(i).toUtf8()

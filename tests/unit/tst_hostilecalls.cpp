@@ -4,6 +4,7 @@
 #include <QtTest>
 
 #include <memory>
+#include <random>
 
 #ifdef Q_OS_UNIX
 #include <unistd.h>
@@ -22,6 +23,8 @@ private slots:
     void showsArgumentsSafely();
     void refuses_data();
     void refuses();
+    void survivesDamagedPlugins_data();
+    void survivesDamagedPlugins();
 
 private:
     std::unique_ptr<StepctlFolder> m_folder;
@@ -115,7 +118,7 @@ void TestHostileCalls::showsArgumentsSafely()
 {
     QFETCH(QStringList, arguments);
     for (const QString &hostile :
-         {QString::fromUtf8("a\u001b[31m\u202e\u2066\u200b\u2028\r\nb"), QString(100000, 'x')}) {
+         {QString::fromUtf8("a\u001b[31m\u202e\u2066\u200b\u2028\r\nb"), QString(30000, 'x')}) {
         QStringList given = arguments;
         const Run result = m_folder->run(given.replaceInStrings("?", hostile));
         QVERIFY(result.status > 0);
@@ -154,6 +157,48 @@ void TestHostileCalls::refuses()
     QCOMPARE(result.errors, error);
     QCOMPARE(result.output, QString());
     QCOMPARE(result.status, 2);
+}
+
+void TestHostileCalls::survivesDamagedPlugins_data()
+{
+    QTest::addColumn<int>("place"); // From the end when it is negative.
+    QTest::addColumn<int>("length");
+    QTest::addColumn<int>("rounds");
+    QFile plugin(TestPaths::listPlugin());
+    QVERIFY(plugin.open(QIODevice::ReadOnly));
+    const int metaData = plugin.readAll().indexOf("QTMETADATA");
+    QVERIFY(metaData > 0);
+    QTest::newRow("header") << 0 << 64 << 20;
+    QTest::newRow("metadata") << metaData << 400 << 20;
+    QTest::newRow("sections") << -2000 << 2000 << 20;
+    QTest::newRow("cut off") << 0 << 0 << 20;
+}
+
+// Damaged where it is read before any of its code runs.
+void TestHostileCalls::survivesDamagedPlugins()
+{
+    QFETCH(int, place);
+    QFETCH(int, length);
+    QFETCH(int, rounds);
+    QFile plugin(TestPaths::listPlugin());
+    QVERIFY(plugin.open(QIODevice::ReadOnly));
+    const QByteArray whole = plugin.readAll();
+    std::mt19937 random(7);
+    for (int round = 0; round < rounds; ++round) {
+        QByteArray damaged = whole;
+        if (length == 0)
+            damaged.truncate(int(random() % uint(whole.size())));
+        for (int change = 0; length > 0 && change < 4; ++change) {
+            const int at = (place < 0 ? whole.size() + place : place) + int(random() % uint(length));
+            damaged[at] = char(random());
+        }
+        m_folder->write("damaged" + TestPaths::moduleSuffix(), damaged);
+        const Run result = m_folder->run(
+            {"palette", "--isolate", "--plugin", m_folder->path() + "/damaged" + TestPaths::moduleSuffix()});
+        QVERIFY2(result.status == 0 || result.status == 2, qPrintable(result.errors));
+        QCOMPARE(result.errors.count("stepctl: "), result.status == 0 ? 0 : 1);
+        QVERIFY(result.errors.size() < 3000);
+    }
 }
 
 QTEST_GUILESS_MAIN(TestHostileCalls)

@@ -3,7 +3,11 @@
 #include "host/values/LeftBehind.h"
 #include "tests/support/ErrorOf.h"
 
+#include <QThread>
 #include <QtTest>
+
+#include <memory>
+#include <vector>
 
 #ifdef Q_OS_UNIX
 #include <csignal>
@@ -31,6 +35,7 @@ private slots:
     void writesAFileOfTheLongestName();
     void removesWhatWasLeftBehind();
     void putsOffTheEnd();
+    void writersAtTheSameTime();
 };
 
 void TestOutputFile::replacesFiles()
@@ -265,6 +270,41 @@ void TestOutputFile::putsOffTheEnd()
     }
 #else
     QSKIP("this system does not put off signals");
+#endif
+}
+
+// Nobody takes the file of another for one that was left behind.
+void TestOutputFile::writersAtTheSameTime()
+{
+#ifdef Q_OS_UNIX
+    constexpr int writers = 4;
+    constexpr int files = 50;
+    const QTemporaryDir folder;
+    QStringList errors[writers];
+    std::vector<std::unique_ptr<QThread>> threads;
+    for (int writer = 0; writer < writers; ++writer) {
+        threads.emplace_back(QThread::create([&folder, writer, &list = errors[writer]] {
+            for (int i = 0; i < files; ++i) {
+                const Result<QString> written =
+                    writeOutputFile(folder.filePath("a"), QByteArray(10000, char('a' + writer)));
+                list.append(errorOf(written));
+            }
+        }));
+        threads.back()->start();
+    }
+    for (const auto &thread : threads)
+        QVERIFY(thread->wait());
+    for (QStringList &list : errors) {
+        list.removeAll(QString());
+        QCOMPARE(list, QStringList());
+    }
+    QFile file(folder.filePath("a"));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QByteArray content = file.readAll();
+    QCOMPARE(content, QByteArray(10000, content.at(0)));
+    QCOMPARE(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden), QStringList("a"));
+#else
+    QSKIP("this system does not replace a file that another has open");
 #endif
 }
 
