@@ -1,5 +1,6 @@
 #include "PluginLoader.h"
 
+#include "StepTexts.h"
 #include "host/values/QuotedText.h"
 
 #include <QFileInfo>
@@ -83,8 +84,16 @@ Verdict takePrototypes(const QList<Operation *> &offered, QList<Operation *> &ow
     return verdict;
 }
 
+PluginManifest takenManifest(PluginManifest manifest)
+{
+    for (QString *text : {&manifest.pluginId, &manifest.name, &manifest.version, &manifest.typeIdPrefix})
+        *text = takenText(*text);
+    return manifest;
+}
+
 Verdict vetTypeIds(const QList<Operation *> &prototypes, const QString &prefix)
 {
+    constexpr int longestTypeId = 1000;
     QSet<QString> known;
     for (const Operation *prototype : prototypes) {
         const QString typeId = prototype->typeId();
@@ -97,6 +106,11 @@ Verdict vetTypeIds(const QList<Operation *> &prototypes, const QString &prefix)
             return refuse(PluginRefusal::ForeignTypeId,
                           QStringLiteral("its step %1 is outside its own prefix %2")
                               .arg(quoted(typeId), quoted(prefix)));
+        }
+        if (typeId.size() > longestTypeId) {
+            return refuse(PluginRefusal::BadPrototype,
+                          QStringLiteral("the type id of a step, %1, is longer than %2 characters")
+                              .arg(quoted(typeId), QString::number(longestTypeId)));
         }
         if (known.contains(typeId)) {
             return refuse(PluginRefusal::DuplicateTypeId,
@@ -165,7 +179,7 @@ Result<std::unique_ptr<Plugin>, PluginError> loadPlugin(const QString &fileName)
                               .arg(QLatin1String(root->metaObject()->className()),
                                    QLatin1String(IOperationPlugin_iid)));
         }
-        plugin->m_manifest = plugin->m_instance->manifest();
+        plugin->m_manifest = takenManifest(plugin->m_instance->manifest());
         verdict = vetContract(*plugin->m_instance, plugin->m_manifest);
         if (verdict)
             verdict = takePrototypes(plugin->m_instance->createPrototypes(), plugin->m_prototypes);

@@ -26,6 +26,9 @@ public:
             throw 42;
         if (has("ThrowingPlugin"))
             throw std::runtime_error("no steps today");
+        if (has("LongTypeId"))
+            return {new FixtureStep("fixture." + QString(992, 'x')),
+                    new FixtureStep("fixture." + QString(993, 'x'))};
         if (has("EmptyTypeId"))
             return {new FixtureStep(QString())};
         if (has("ListClash"))
@@ -55,6 +58,8 @@ public:
     PluginManifest manifest() const override
     {
         PluginManifest manifest = FixturePlugin::manifest();
+        if (has("LongManifest"))
+            manifest.name = manifest.version = QString(20000000, 'x');
         if (has("OldManifest"))
             --manifest.apiVersion;
         if (has("ListClash"))

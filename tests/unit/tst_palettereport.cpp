@@ -20,6 +20,7 @@ private slots:
     void matchesGolden();
     void columnsOfATableAreKept();
     void problemsAreTold();
+    void textsOfAPluginHaveABound();
 
 private:
     StepCatalogue m_catalogue;
@@ -78,6 +79,14 @@ void TestPaletteReport::problemsAreTold()
     QVERIFY(stepToText(catalogue, typeId).contains("\nproblem: " + problem.toUtf8() + '\n'));
     const QJsonObject step = QJsonDocument::fromJson(stepToJson(catalogue, typeId)).object();
     QVERIFY(step["problems"].toArray().contains(problem));
+}
+
+void TestPaletteReport::textsOfAPluginHaveABound()
+{
+    StepCatalogue catalogue;
+    QVERIFY(bool(catalogue.addPlugin(TestPaths::fixture("LongManifest"))));
+    QCOMPARE(catalogue.plugins().front()->manifest().name.count('x'), 10000000);
+    QVERIFY(paletteToText(catalogue).size() < 20002000);
 }
 
 QTEST_GUILESS_MAIN(TestPaletteReport)

@@ -92,6 +92,11 @@ void TestPluginLoader::refuses_data()
         << "it has two steps of type \"fixture.first\"";
     QTest::newRow("no type id") << TestPaths::fixture("EmptyTypeId") << PluginRefusal::BadPrototype
                                 << "a prototype of class Operation has no type id";
+    QTest::newRow("long type id")
+        << TestPaths::fixture("LongTypeId") << PluginRefusal::BadPrototype
+        << "the type id of a step, \"fixture.xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx\"...\"xxxxxxxxxxxxxxxxxxxx\" "
+           "(1001 "
+           "characters), is longer than 1000 characters";
     QTest::newRow("null prototype") << TestPaths::fixture("NullPrototype") << PluginRefusal::BadPrototype
                                     << "prototype 2 is null";
     QTest::newRow("repeated prototype") << TestPaths::fixture("RepeatedPrototype")
