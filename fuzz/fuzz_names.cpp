@@ -68,7 +68,7 @@ QString withoutMark(const QString &name)
 void declare(VariableScope &scope, PlainScope &plain, const QString &name, int number)
 {
     static const QVariant empty[] = {0, 0.0, "", false, QVariantList(), QVariantList()};
-    const VarType type = VarType(1 + number % 6);
+    const auto type = VarType(1 + number % 6);
     const bool isName = !withoutMark(name).isEmpty();
     require(scope.declare(name, type) == isName, "a name is declared or refused wrongly");
     if (isName) {

@@ -110,7 +110,7 @@ void requireText(const Operation &step, QString (Operation::*member)() const, co
         require(!deceives(StepHost::shownStepText(step, member)), "a window shows what deceives");
 }
 
-void requireReport(StepHost::Script script)
+void requireReport(const StepHost::Script &script)
 {
     VariableScope scope;
     scope.declare("a", VarType::List);
@@ -153,7 +153,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
         StepHost::Script script;
         script.steps.emplace_back();
         script.steps.back().operation = std::move(step);
-        requireReport(std::move(script));
+        requireReport(script);
     }
     return 0;
 }

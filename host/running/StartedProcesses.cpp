@@ -48,8 +48,10 @@ template<typename Visit>
 void forEachChild(Visit visit)
 {
     forEachNumber("/proc/self/task", [&visit](const char *thread) {
-        char path[64] = "/proc/self/task/";
-        std::strcat(std::strcat(path, thread), "/children");
+        char path[64] = {};
+        char *end = path;
+        for (const char *part : {"/proc/self/task/", thread, "/children"})
+            end = std::copy_n(part, std::strlen(part), end);
         const int descriptor = open(path, O_RDONLY | O_CLOEXEC);
         pid_t child = 0;
         char digits[256];
