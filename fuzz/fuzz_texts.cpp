@@ -27,7 +27,7 @@ QString repeatedText(FuzzInput &input)
     constexpr int longestSetting = 20000;
     const QString text = input.text();
     const int star = text.indexOf('*');
-    const int times = text.left(star).toInt();
+    const int times = text.leftRef(star).toInt();
     const QString part = text.mid(star + 1);
     return star > 0 && times > 0 ? part.repeated(std::min(times, longestSetting / std::max(1, part.size())))
                                  : text;

@@ -12,7 +12,7 @@ using StepHost::StartedProcesses;
 
 namespace
 {
-const QString holdPipe = "exec 3>daemon; echo >&3; exec sleep 60";
+const QString holdPipe = QString::fromUtf8("exec 3>daemon; echo >&3; exec sleep 60");
 }
 
 class TestStartedProcesses : public QObject

@@ -26,8 +26,8 @@ using namespace Workbench;
 namespace
 {
 const QString deceiving = QString::fromUtf8("a\u202e&b");
-const QString shown = "a\\u202e&b";
-const QString shownInMenu = "a\\u202e&&b";
+const QString shown = QString::fromUtf8("a\\u202e&b");
+const QString shownInMenu = QString::fromUtf8("a\\u202e&&b");
 
 /// A step whose texts are not what they seem.
 class DeceivingStep : public FixtureStep

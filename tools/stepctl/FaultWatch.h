@@ -12,7 +12,7 @@ namespace StepHost
 {
 class MemoryLimit;
 class StartedProcesses;
-}
+} // namespace StepHost
 
 /// While it lives, tells the user on standard error when a plug-in ends this program or does not let it go on.
 ///
