@@ -2,6 +2,7 @@
 
 #include <QFile>
 
+#ifdef Q_OS_LINUX
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/stat.h>
@@ -47,3 +48,4 @@ private:
 
     int m_end = -1;
 };
+#endif

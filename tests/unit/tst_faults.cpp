@@ -1,6 +1,4 @@
-#ifdef Q_OS_LINUX
 #include "tests/support/DaemonPipe.h"
-#endif
 #include "tests/support/StepctlFolder.h"
 #include "tests/support/TestPaths.h"
 

@@ -168,10 +168,10 @@ void TestHostileCalls::survivesDamagedPlugins_data()
     QVERIFY(plugin.open(QIODevice::ReadOnly));
     const int metaData = plugin.readAll().indexOf("QTMETADATA");
     QVERIFY(metaData > 0);
-    QTest::newRow("header") << 0 << 64 << 20;
-    QTest::newRow("metadata") << metaData << 400 << 20;
-    QTest::newRow("sections") << -2000 << 2000 << 20;
-    QTest::newRow("cut off") << 0 << 0 << 20;
+    QTest::newRow("header") << 0 << 64 << 10;
+    QTest::newRow("metadata") << metaData << 400 << 10;
+    QTest::newRow("sections") << -2000 << 2000 << 10;
+    QTest::newRow("cut off") << 0 << 0 << 10;
 }
 
 // Damaged where it is read before any of its code runs.

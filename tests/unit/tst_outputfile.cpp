@@ -188,15 +188,18 @@ void TestOutputFile::refuses()
 
 void TestOutputFile::writesAFileOfTheLongestName()
 {
+#ifdef Q_OS_UNIX
     constexpr int longest = 255;
     const QTemporaryDir folder;
     const QString name(longest, 'n');
     QFile file(folder.filePath(name));
-    if (!file.open(QIODevice::WriteOnly))
-        QSKIP("this system has shorter names");
+    QVERIFY(file.open(QIODevice::WriteOnly));
     const Result<QString> written = writeOutputFile(folder.filePath(name), "new");
     QVERIFY2(written, qPrintable(errorOf(written)));
     QCOMPARE(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden), QStringList(name));
+#else
+    QSKIP("this system writes first under a longer name");
+#endif
 }
 
 void TestOutputFile::removesWhatWasLeftBehind()

@@ -9,9 +9,7 @@
 
 #include "host/plugins/StepCatalogue.h"
 #include "host/scripts/BinaryScript.h"
-#ifdef Q_OS_LINUX
 #include "tests/support/DaemonPipe.h"
-#endif
 #include "tests/support/ErrorOf.h"
 #include "tests/support/FixtureStep.h"
 #include "tests/support/TestPaths.h"
