@@ -1,3 +1,4 @@
+#include "host/checks/CheckContext.h"
 #include "host/checks/CheckReport.h"
 #include "tests/support/IsLike.h"
 #include "tests/support/ProgramStart.h"
@@ -222,6 +223,7 @@ private slots:
     void textReportIsStable();
     void jsonReportHoldsEverything();
     void junitReportIsWellFormed();
+    void reasonsAreMessages();
     void exitStatus_data();
     void exitStatus();
     void listNamesEveryCheck();
@@ -620,6 +622,9 @@ void TestPluginCheck::junitReportIsWellFormed()
             cases.append(attributes.value("classname") + '/' + attributes.value("name"));
         } else if (xml.name() == QLatin1String("failure")) {
             QCOMPARE(attributes.value("message").toString(), sample.results.at(1).reason);
+        } else if (xml.name() == QLatin1String("error")
+                   && attributes.value("type") == QLatin1String("crashed")) {
+            QCOMPARE(attributes.value("message").toString(), QString("bad \\u0001\\ud800"));
         }
         elements.append(xml.name().toString());
     }
@@ -628,6 +633,18 @@ void TestPluginCheck::junitReportIsWellFormed()
                             "testcase",  "skipped",  "testcase", "error",   "testcase", "error"};
     QCOMPARE(elements, QStringList{"testsuites"} + suite + suite);
     QCOMPARE(cases.mid(0, 2), QStringList({"library/loads", "clone/parent"}));
+}
+
+// However much a plug-in says.
+void TestPluginCheck::reasonsAreMessages()
+{
+    const PluginCheck check{"texts.any", "Nothing.", [](CheckContext &) {
+                                fail(QString(100000, 'x') + QString::fromUtf8("\u001b[31m\u202e\n"));
+                            }};
+    const CheckResult result = runPluginCheck(check, TestPaths::listPlugin(), IconRenderer());
+    QVERIFY(result.outcome == CheckOutcome::Failed);
+    QVERIFY2(result.reason.size() < 2200, qPrintable(QString::number(result.reason.size())));
+    QVERIFY2(result.reason.endsWith("\\u001b[31m\\u202e\\n"), qPrintable(result.reason.right(50)));
 }
 
 void TestPluginCheck::exitStatus_data()
