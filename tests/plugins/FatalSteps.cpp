@@ -233,6 +233,7 @@ public:
                 new FatalStep("fixture.terminate", terminate),
                 new FatalStep("fixture.unloading", abortWhenUnloaded),
                 new FatalStep("fixture.daemon", leaveDaemon),
+                new FatalStep("fixture.abort" + QString(200, 'x'), std::abort),
                 new FatalSummaryStep("fixture.summary"),
                 new FatalDestructorStep("fixture.destructor"),
                 new FatalSetterStep("fixture.setter")};

@@ -122,6 +122,11 @@ void TestFaults::tellsWhatAPluginDid_data()
     inStep("terminate", "terminated");
     const QStringList run{"run", "script.json", "--output", "out.json"};
     const QStringList convert{"convert", "script.json", "out.json"};
+    const QString longStep = "fixture.abort" + QString(200, 'x');
+    QTest::newRow("long type id") << run << QString(R"({"type": "%1"})").arg(longStep)
+                                  << "stepctl: abort " + QString("in step 1 (%1)").arg(longStep).left(80)
+            + "; nothing was written\n"
+                                  << fatalSteps;
     // The limit may end while the plug-ins are loaded.
     elsewhere("hang", run + QStringList{"--time-limit", "0.3"}, R"({"type": "fixture.hang"})",
               "stepctl: the time limit of 0.3 s ran out ");
