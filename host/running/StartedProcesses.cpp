@@ -108,19 +108,28 @@ StartedProcesses::~StartedProcesses()
 int StartedProcesses::end()
 {
     int ended = 0;
-    bool isDone = !isWatching;
-    // The children of one that ended are found in the next round. Some may start others faster than they are ended.
+    // One that was seen to have ended may have started another before, which is there in the next round. Some may start
+    // others faster than they are ended.
     constexpr int rounds = 1000;
-    for (int round = 0; round < rounds && !isDone; ++round) {
-        isDone = true;
+    int goneBefore = -1;
+    for (int round = 0; round < rounds && isWatching; ++round) {
+        int gone = 0;
+        int alive = 0;
         forEachChild([&](pid_t child) {
             pid_t *const last = earlier + earlierCount;
-            if (std::find(earlier, last, child) != last || hasEnded(child, WNOHANG))
+            if (std::find(earlier, last, child) != last)
                 return;
-            isDone = false;
+            if (hasEnded(child, WNOHANG)) {
+                ++gone;
+                return;
+            }
+            ++alive;
             if (kill(child, SIGKILL) == 0 && hasEnded(child, 0))
                 ++ended;
         });
+        if (alive == 0 && gone == goneBefore)
+            break;
+        goneBefore = gone + alive;
     }
     return ended;
 }

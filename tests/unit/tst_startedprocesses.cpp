@@ -51,6 +51,8 @@ void TestStartedProcesses::endsWhatWasStarted_data()
     QTest::newRow("of a parent that goes on") << "sh -c '" + holdPipe + "'; true";
     QTest::newRow("of a parent that ended") << "(" + holdPipe + ") &";
     QTest::newRow("that takes no hint") << "trap '' HUP INT QUIT TERM; " + holdPipe;
+    QTest::newRow("that begins anew all the time")
+        << "exec 3>daemon; echo >&3; again() { again & exit; }; again";
     QTest::newRow("that is stopped") << "exec 3>daemon; echo >&3; kill -STOP $$";
 }
 
