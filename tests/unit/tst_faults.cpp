@@ -205,7 +205,11 @@ void TestFaults::tellsHowAWorkerEnded()
     QFETCH(QString, plugin);
     m_folder->write("script.json", "{\"steps\": [" + steps.toUtf8() + "]}");
     m_folder->write("out.json", oldContent);
-    const Run result = m_folder->run(arguments + QStringList{"--isolate", "--plugin", plugin});
+    Run result = m_folder->run(arguments + QStringList{"--isolate", "--plugin", plugin});
+#ifdef QUILLMAP_SANITIZED
+    // It starts one to find the names of functions.
+    result.errors.remove("stepctl: 1 process that the plug-ins left running was ended\n");
+#endif
     QCOMPARE(result.status, 2);
     line.replace("exit() was called", "the process was ended with status 0");
 #if defined(Q_OS_WIN) || defined(QUILLMAP_SANITIZED)
