@@ -639,12 +639,12 @@ void TestPluginCheck::junitReportIsWellFormed()
 void TestPluginCheck::reasonsAreMessages()
 {
     const PluginCheck check{"texts.any", "Nothing.", [](CheckContext &) {
-                                fail(QString(100000, 'x') + QString::fromUtf8("\u001b[31m\u202e\n"));
+                                fail(QString(100000, 'x') + QChar(0x1b) + QChar(0x202e) + '\n');
                             }};
     const CheckResult result = runPluginCheck(check, TestPaths::listPlugin(), IconRenderer());
     QVERIFY(result.outcome == CheckOutcome::Failed);
     QVERIFY2(result.reason.size() < 2200, qPrintable(QString::number(result.reason.size())));
-    QVERIFY2(result.reason.endsWith("\\u001b[31m\\u202e\\n"), qPrintable(result.reason.right(50)));
+    QVERIFY2(result.reason.endsWith("\\u001b\\u202e\\n"), qPrintable(result.reason.right(50)));
 }
 
 void TestPluginCheck::exitStatus_data()

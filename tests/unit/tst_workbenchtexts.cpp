@@ -25,7 +25,7 @@ using namespace Workbench;
 
 namespace
 {
-const QString deceiving = QString::fromUtf8("a\u202e&b");
+const QString deceiving = QString::fromUtf8("a%1&b").arg(QChar(0x202e));
 const QString shown = QString::fromUtf8("a\\u202e&b");
 const QString shownInMenu = QString::fromUtf8("a\\u202e&&b");
 
