@@ -116,9 +116,11 @@ MemoryLimit::~MemoryLimit()
 
 MemoryGrowthLimit::MemoryGrowthLimit(qint64 bytes)
 {
-    const std::optional<qint64> size = statusField("VmSize");
     rlimit limit{};
-    if (isSanitized || !size || getrlimit(RLIMIT_AS, &limit) != 0)
+    if (isSanitized || getrlimit(RLIMIT_AS, &limit) != 0)
+        return;
+    const std::optional<qint64> size = statusField("VmSize");
+    if (!size)
         return;
     m_previous = limit.rlim_cur;
     limit.rlim_cur = rlim_t(*size + bytes);

@@ -55,7 +55,7 @@ ReadResult readInteger(CborReader &at)
 template<typename Float>
 ReadResult readExactly(CborInteger integer)
 {
-    const Float number = integer.as<Float>();
+    const auto number = integer.as<Float>();
     if (!integer.isExactAs<Float>()) {
         return refuseJson(QStringLiteral("no %1 is %2, the nearest one is %3")
                               .arg(QLatin1String(QMetaType::typeName(qMetaTypeId<Float>())),

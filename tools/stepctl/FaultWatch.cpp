@@ -55,7 +55,8 @@ std::atomic<bool> isWatching{false};
 bool isTerminal = false;
 
 // What a line says when memory has run out, which is no time to put it together.
-QByteArray memoryFault;
+constexpr int maxFaultSize = 100;
+char memoryFault[maxFaultSize];
 std::terminate_handler previousTerminate = nullptr;
 
 int positionOf(int signal)
@@ -107,7 +108,7 @@ void tellOfExit()
         if (thrown)
             std::rethrow_exception(thrown);
     } catch (const std::bad_alloc &) {
-        tell(memoryFault.constData());
+        tell(memoryFault);
         if (Isolation::isWorker())
             Isolation::handOver(ExitRefused, QByteArray());
         std::_Exit(ExitRefused);
@@ -189,7 +190,7 @@ void removeHandlers()
 FaultWatch::FaultWatch(const QString &work)
 {
     isTerminal = isErrorTerminal();
-    memoryFault = "memory ran out";
+    qstrncpy(memoryFault, "memory ran out", maxFaultSize);
     setWork(work);
     previousTerminate = std::set_terminate(tellOfTermination);
     if (Isolation::isWorker())
@@ -239,14 +240,16 @@ bool FaultWatch::limitMemory(std::optional<qint64> bytes)
         return true;
     m_memory = std::make_unique<StepHost::MemoryLimit>(bytes ? *bytes : *machine / 2);
     const std::optional<qint64> limit = m_memory->bytes();
-    if (limit)
-        memoryFault = "memory ran out, with a limit of " + shownSize(*limit).toUtf8() + ',';
+    if (limit) {
+        const QByteArray fault = "memory ran out, with a limit of " + shownSize(*limit).toUtf8() + ',';
+        qstrncpy(memoryFault, fault.constData(), maxFaultSize);
+    }
     return limit || !bytes;
 }
 
 int FaultWatch::refuseForMemory() const
 {
-    tell(memoryFault.constData());
+    tell(memoryFault);
     return ExitRefused;
 }
 
