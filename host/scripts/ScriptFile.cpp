@@ -3,6 +3,7 @@
 #include "BinaryScript.h"
 #include "host/plugins/StepRecord.h"
 #include "host/plugins/StepSettings.h"
+#include "host/values/FileErrors.h"
 #include "host/values/InputFile.h"
 
 #include <QFileInfo>
@@ -68,10 +69,10 @@ Result<QByteArray> writeScript(const Script &script, ScriptForm form, const Step
         const Operation &step = *script.steps[i].operation;
         if (!(isBinary ? isAllInRecord(step, catalogue) : isAllInProperties(step, catalogue))) {
             const QString loss = isBinary
-                ? QStringLiteral(
+                ? FileErrors::tr(
                     "its record does not hold all its properties, so the binary form would lose some")
-                : QStringLiteral("it has state beside its properties, which JSON would lose");
-            return failure(QStringLiteral("step %1 (%2): %3").arg(i + 1).arg(step.typeId(), loss));
+                : FileErrors::tr("it has state beside its properties, which JSON would lose");
+            return failure(FileErrors::tr("step %1 (%2): %3").arg(i + 1).arg(step.typeId(), loss));
         }
     }
     return isBinary ? writeBinaryScript(script) : writeScript(script);

@@ -1,5 +1,7 @@
 #include "FileReplacement.h"
 
+#include "FileErrors.h"
+
 #include "LeftBehind.h"
 
 #include <QCoreApplication>
@@ -174,7 +176,7 @@ QFileInfo behindLinks(const QString &fileName)
 Result<QString> replaceFile(const QString &fileName, const QByteArray &bytes)
 {
     const QFileInfo target = behindLinks(fileName);
-    const auto refuse = [](int error) { return failure(qt_error_string(error)); };
+    const auto refuse = [](int error) { return failure(FileErrors::shown(qt_error_string(error))); };
     if (target.isSymLink())
         return refuse(ELOOP);
     if (target.isDir())
@@ -190,7 +192,7 @@ Result<QString> replaceFile(const QString &fileName, const QByteArray &bytes)
     QFile output;
     if (!output.open(next.descriptor(), QIODevice::WriteOnly | QIODevice::Unbuffered)
         || !writeAll(output, bytes))
-        return failure(output.errorString());
+        return failure(FileErrors::shown(output.errorString()));
     QStringList lost;
     const QByteArray name = QFile::encodeName(target.absoluteFilePath());
     struct stat old;
@@ -208,7 +210,7 @@ Result<QString> replaceFile(const QString &fileName, const QByteArray &bytes)
 {
     QSaveFile output(fileName);
     if (!output.open(QIODevice::WriteOnly) || !writeAll(output, bytes) || !output.commit())
-        return failure(output.errorString());
+        return failure(FileErrors::shown(output.errorString()));
     return QString();
 }
 #endif

@@ -1,5 +1,7 @@
 #include "InputFile.h"
 
+#include "FileErrors.h"
+
 #include <QFile>
 #include <QFileInfo>
 #include <QTextCodec>
@@ -39,18 +41,18 @@ int invalidLine(const QByteArray &utf8)
 Result<QByteArray> readInputFile(const QString &fileName)
 {
     if (fileName.isEmpty())
-        return failure(QStringLiteral("the file has no name"));
+        return failure(FileErrors::tr("the file has no name"));
     const bool isStandardInput = fileName == QLatin1String("-");
     const auto refuse = [&](const QString &reason) {
-        return failure((isStandardInput ? QStringLiteral("standard input") : fileName) + QLatin1String(": ")
+        return failure((isStandardInput ? FileErrors::tr("standard input") : fileName) + QLatin1String(": ")
                        + reason);
     };
     if (!isStandardInput && QFileInfo(fileName).isDir())
-        return refuse(QStringLiteral("this is a folder, not a file"));
+        return refuse(FileErrors::tr("this is a folder, not a file"));
 
     QFile file(fileName);
     if (!(isStandardInput ? file.open(standardInput, QIODevice::ReadOnly) : file.open(QIODevice::ReadOnly)))
-        return refuse(file.errorString());
+        return refuse(FileErrors::shown(file.errorString()));
     // The size of a pipe shows only as it is read.
     QByteArray bytes;
     QByteArray chunk;
@@ -62,9 +64,9 @@ Result<QByteArray> readInputFile(const QString &fileName)
         isTooLarge = bytes.size() > maxInputSize;
     }
     if (isTooLarge)
-        return refuse(QStringLiteral("the file holds more than 256 MiB"));
+        return refuse(FileErrors::tr("the file holds more than 256 MiB"));
     if (file.error() != QFileDevice::NoError)
-        return refuse(file.errorString());
+        return refuse(FileErrors::shown(file.errorString()));
     return bytes;
 }
 
@@ -72,7 +74,7 @@ Result<QString> readText(const QByteArray &utf8)
 {
     QString text;
     if (!decodeUtf8(utf8.constData(), utf8.size(), text))
-        return failure(QStringLiteral("line %1 is not UTF-8 text").arg(invalidLine(utf8)));
+        return failure(FileErrors::tr("line %1 is not UTF-8 text").arg(invalidLine(utf8)));
     return text;
 }
 

@@ -1,5 +1,6 @@
 #include "OutputFile.h"
 
+#include "FileErrors.h"
 #include "FileReplacement.h"
 
 #include <QFileInfo>
@@ -26,7 +27,7 @@ Result<QString> writeOutputFile(const QString &fileName, const QByteArray &bytes
     const bool isOpen =
         fileName.isEmpty() ? output.open(stdout, QIODevice::WriteOnly) : output.open(QIODevice::WriteOnly);
     if (!isOpen || !writeAll(output, bytes))
-        return failure(output.errorString());
+        return failure(FileErrors::shown(output.errorString()));
     return QString();
 }
 } // namespace StepHost

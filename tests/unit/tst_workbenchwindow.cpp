@@ -939,7 +939,9 @@ void TestWorkbenchWindow::speaksChinese()
     const auto written = StepHost::ValueFile::writeList("a.txt", {"a\nb"});
     QVERIFY(!written);
     QVERIFY(written.error().startsWith(QString::fromUtf8("第 0 项含有换行")));
-    QVERIFY(m_window->document().save("no folder/a").startsWith(QString::fromUtf8("no folder/a：")));
+    QCOMPARE(m_window->document().save("no folder/a"), QString::fromUtf8("no folder/a：没有此文件或文件夹"));
+    QCOMPARE(m_window->document().open("missing.json"), QString::fromUtf8("missing.json: 没有此文件或文件夹"));
+    QVERIFY(m_window->document().open(m_folder->path()).endsWith(QString::fromUtf8(": 这是文件夹，不是文件")));
 #ifdef Q_OS_UNIX
     const QByteArray file = QFile::encodeName(m_folder->filePath("linked.json"));
     QCOMPARE(m_window->document().save(file), QString());

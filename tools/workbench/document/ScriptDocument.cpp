@@ -68,7 +68,7 @@ StepHost::ScriptStep ScriptDocument::copyStep(int row) const
 
 QString ScriptDocument::noCopy(int row)
 {
-    return QStringLiteral("step %1: the plug-in gives no copy of it").arg(row + 1);
+    return tr("step %1: the plug-in gives no copy of it").arg(row + 1);
 }
 
 StepHost::Script ScriptDocument::copy() const

@@ -2,6 +2,21 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="zh_CN" sourcelanguage="en">
 <context>
+    <name>FileErrors</name>
+    <message>
+        <source>its record does not hold all its properties, so the binary form would lose some</source>
+        <translation>其记录未包含全部属性，二进制形式会丢失一部分</translation>
+    </message>
+    <message>
+        <source>it has state beside its properties, which JSON would lose</source>
+        <translation>它在属性之外还有状态，JSON 会丢失这些状态</translation>
+    </message>
+    <message>
+        <source>step %1 (%2): %3</source>
+        <translation>步骤 %1（%2）：%3</translation>
+    </message>
+</context>
+<context>
     <name>StepHost::CsvReader</name>
     <message>
         <source>line %1: a comma or the end of the line has to follow the closing quotation mark</source>
@@ -10,6 +25,81 @@
     <message>
         <source>line %1: the quotation mark that opens here is never closed</source>
         <translation>第 %1 行：此处的左引号没有对应的右引号</translation>
+    </message>
+</context>
+<context>
+    <name>StepHost::FileErrors</name>
+    <message>
+        <source>No such file or directory</source>
+        <translation>没有此文件或文件夹</translation>
+    </message>
+    <message>
+        <source>Permission denied</source>
+        <translation>没有权限</translation>
+    </message>
+    <message>
+        <source>Operation not permitted</source>
+        <translation>不允许此操作</translation>
+    </message>
+    <message>
+        <source>No space left on device</source>
+        <translation>设备上没有剩余空间</translation>
+    </message>
+    <message>
+        <source>Disk quota exceeded</source>
+        <translation>超出磁盘配额</translation>
+    </message>
+    <message>
+        <source>Read-only file system</source>
+        <translation>文件系统为只读</translation>
+    </message>
+    <message>
+        <source>Is a directory</source>
+        <translation>这是文件夹</translation>
+    </message>
+    <message>
+        <source>Not a directory</source>
+        <translation>不是文件夹</translation>
+    </message>
+    <message>
+        <source>File name too long</source>
+        <translation>文件名过长</translation>
+    </message>
+    <message>
+        <source>File too large</source>
+        <translation>文件过大</translation>
+    </message>
+    <message>
+        <source>Too many open files</source>
+        <translation>打开的文件过多</translation>
+    </message>
+    <message>
+        <source>Input/output error</source>
+        <translation>输入/输出错误</translation>
+    </message>
+    <message>
+        <source>Filename refers to a directory</source>
+        <translation>文件名指向一个文件夹</translation>
+    </message>
+    <message>
+        <source>the file has no name</source>
+        <translation>文件没有名称</translation>
+    </message>
+    <message>
+        <source>standard input</source>
+        <translation>标准输入</translation>
+    </message>
+    <message>
+        <source>this is a folder, not a file</source>
+        <translation>这是文件夹，不是文件</translation>
+    </message>
+    <message>
+        <source>the file holds more than 256 MiB</source>
+        <translation>文件超过 256 MiB</translation>
+    </message>
+    <message>
+        <source>line %1 is not UTF-8 text</source>
+        <translation>第 %1 行不是 UTF-8 文本</translation>
     </message>
 </context>
 <context>
@@ -640,6 +730,10 @@
     <message>
         <source>%1: %2</source>
         <translation>%1：%2</translation>
+    </message>
+    <message>
+        <source>step %1: the plug-in gives no copy of it</source>
+        <translation>步骤 %1：插件没有给出它的副本</translation>
     </message>
 </context>
 <context>
