@@ -237,6 +237,22 @@ QString ScriptDocument::open(const QString &fileName)
     return QString();
 }
 
+QString ScriptDocument::restore(const QByteArray &steps, const VariableScope &variables,
+                                const QString &fileName)
+{
+    StepHost::Result<StepHost::Script> script = StepHost::readAnyScript(steps, m_catalogue);
+    if (!script)
+        return script.error();
+    m_file.setContent(fileName,
+                      fileName.isEmpty() ? QByteArray()
+                                         : StepHost::readInputFile(fileName).value_or(QByteArray()));
+    replace(std::move(*script));
+    showVariables(variables);
+    m_undoStack.resetClean();
+    emit fileNameChanged();
+    return QString();
+}
+
 QString ScriptDocument::save(const QString &fileName)
 {
     // A file of another suffix is read by its content all the same.

@@ -595,6 +595,10 @@
         <source>Stop before the next step; once more: at once (%1)</source>
         <translation>在下一步之前停止；再按一次则立即停止（%1）</translation>
     </message>
+    <message>
+        <source>Changes that are not saved would be lost in a crash: %1</source>
+        <translation>程序崩溃时，未保存的更改会丢失：%1</translation>
+    </message>
 </context>
 <context>
     <name>Workbench::PalettePane</name>
@@ -623,6 +627,44 @@
     <message>
         <source>Select a step to see its settings.</source>
         <translation>选择一个步骤以查看其设置。</translation>
+    </message>
+    <message>
+        <source>Create list “%1”</source>
+        <translation>创建列表“%1”</translation>
+    </message>
+</context>
+<context>
+    <name>Workbench::Recovery</name>
+    <message>
+        <source>%1 holds no script</source>
+        <translation>%1 中没有脚本</translation>
+    </message>
+</context>
+<context>
+    <name>Workbench::RecoveryOffer</name>
+    <message>
+        <source>A new script was not saved when the program ended: %1.</source>
+        <translation>程序结束时有一个新脚本未保存：%1。</translation>
+    </message>
+    <message>
+        <source>%1 was not saved when the program ended: %2.</source>
+        <translation>程序结束时 %1 未保存：%2。</translation>
+    </message>
+    <message>
+        <source>Restore</source>
+        <translation>恢复</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>删除</translation>
+    </message>
+    <message>
+        <source>Later</source>
+        <translation>以后再说</translation>
+    </message>
+    <message>
+        <source>The script cannot be restored</source>
+        <translation>无法恢复脚本</translation>
     </message>
 </context>
 <context>

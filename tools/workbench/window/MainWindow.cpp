@@ -24,6 +24,7 @@
 #include <QRegularExpression>
 #include <QScreen>
 #include <QSettings>
+#include <QStandardPaths>
 #include <QStatusBar>
 #include <QToolBar>
 #include <QUrl>
@@ -52,13 +53,24 @@ void fillMenu(QMenu *menu, const QList<QAction *> &actions)
     }
 }
 
+/// Where copies of unsaved scripts stand: beside settings that have a file of their own, else in the user's folder for
+/// the program's data.
+QString recoveryFolder(const QSettings &settings)
+{
+    const QString folder = settings.format() == QSettings::IniFormat
+        ? QFileInfo(settings.fileName()).path()
+        : QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation);
+    return folder + QLatin1String("/recovery");
+}
+
 // Counted up when docks or tool bars change, so that an older state is not applied to them.
 constexpr int stateVersion = 1;
 } // namespace
 
 MainWindow::MainWindow(const StepHost::StepCatalogue &catalogue, QSettings &settings, QWidget *parent)
     : QMainWindow(parent), m_settings(settings), m_document(catalogue), m_session(m_document, m_log),
-      m_fileBar(new FileBar), m_files(m_document, settings, *m_fileBar, *this),
+      m_recovery(m_document, recoveryFolder(settings)), m_recoveryBar(new FileBar), m_fileBar(new FileBar),
+      m_files(m_document, settings, *m_fileBar, *this), m_recoveryOffer(m_recovery, *m_recoveryBar, m_files),
       m_script(new ScriptPane(m_document)), m_palette(new PalettePane(catalogue)),
       m_properties(new PropertyPane), m_variables(new VariablesPane(m_document, m_session)),
       m_toolBar(addToolBar(tr("Tools")))
@@ -81,6 +93,7 @@ MainWindow::MainWindow(const StepHost::StepCatalogue &catalogue, QSettings &sett
     readState();
     showFileName();
     showSession();
+    m_recoveryOffer.begin();
     m_script->setFocus();
 }
 
@@ -134,6 +147,8 @@ void MainWindow::createCentre()
     auto *layout = new QVBoxLayout(centre);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
+    m_recoveryBar->setObjectName(QStringLiteral("recoveryBar"));
+    layout->addWidget(m_recoveryBar);
     layout->addWidget(m_fileBar);
     layout->addWidget(m_script, 1);
     setCentralWidget(centre);
@@ -257,7 +272,8 @@ void MainWindow::createRunMenu()
     m_runTo->setToolTip(tr("Run the script up to the current step (%1)").arg(m_runTo->shortcut().toString()));
     m_runStep->setToolTip(tr("Run the current step alone, on what the last run left (%1)")
                               .arg(m_runStep->shortcut().toString()));
-    m_stop->setToolTip(tr("Stop before the next step; once more: at once (%1)").arg(m_stop->shortcut().toString()));
+    m_stop->setToolTip(
+        tr("Stop before the next step; once more: at once (%1)").arg(m_stop->shortcut().toString()));
     m_restore->setToolTip(tr("Forget what the last run did and left in the variables (%1)")
                               .arg(m_restore->shortcut().toString()));
     connect(m_runAll, &QAction::triggered, &m_session, &RunSession::runAll);
@@ -304,6 +320,10 @@ void MainWindow::connectPanes()
     connect(&m_document, &ScriptDocument::fileNameChanged, this, &MainWindow::showFileName);
     connect(&m_files, &FileActions::done, this, &MainWindow::showMessage);
     connect(&m_files, &FileActions::failed, this, &MainWindow::showError);
+    connect(&m_recoveryOffer, &RecoveryOffer::failed, this, &MainWindow::showError);
+    connect(&m_recovery, &Recovery::failed, &m_log, [this](const QString &reason) {
+        m_log.appendWarning(tr("Changes that are not saved would be lost in a crash: %1").arg(reason));
+    });
     connect(&m_document.undoStack(), &QUndoStack::cleanChanged, this,
             [this](bool clean) { setWindowModified(!clean); });
     connect(&m_session, &RunSession::changed, this, &MainWindow::showSession);
@@ -421,6 +441,7 @@ void MainWindow::closeEvent(QCloseEvent *event)
         event->ignore();
         return;
     }
+    m_recovery.forget();
     writeState();
     event->accept();
 }

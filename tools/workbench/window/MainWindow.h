@@ -1,7 +1,9 @@
 #pragma once
 
 #include "FileActions.h"
+#include "RecoveryOffer.h"
 #include "tools/workbench/document/LogModel.h"
+#include "tools/workbench/document/Recovery.h"
 #include "tools/workbench/document/RunSession.h"
 #include "tools/workbench/document/ScriptDocument.h"
 
@@ -79,8 +81,11 @@ private:
     ScriptDocument m_document;
     RunSession m_session;
 
+    Recovery m_recovery;
+    FileBar *m_recoveryBar;
     FileBar *m_fileBar;
     FileActions m_files;
+    RecoveryOffer m_recoveryOffer;
     ScriptPane *m_script;
     PalettePane *m_palette = nullptr;
     PropertyPane *m_properties = nullptr;

@@ -1,0 +1,246 @@
+#include "Recovery.h"
+
+#include "ScriptDocument.h"
+#include "ScriptModel.h"
+#include "host/values/InputFile.h"
+#include "host/values/OutputFile.h"
+#include "host/values/VariableName.h"
+
+#include <QDataStream>
+#include <QDir>
+#include <QThread>
+#include <QUuid>
+
+#include <numeric>
+
+namespace Workbench
+{
+namespace
+{
+constexpr int delayMs = 3000;
+// A copy that takes a second is made once in twenty.
+constexpr int restFactor = 20;
+constexpr quint32 magic = 0x514d5243;
+constexpr auto streamVersion = QDataStream::Qt_5_15;
+
+const QString copySuffix = QStringLiteral(".recovery");
+const QString lockSuffix = QStringLiteral(".lock");
+
+QString lockOf(const QString &copy)
+{
+    return copy.chopped(copySuffix.size()) + lockSuffix;
+}
+
+QList<int> allRows(const ScriptModel &model)
+{
+    QList<int> rows;
+    for (int row = 0; row < model.rowCount(); ++row)
+        rows.append(row);
+    return rows;
+}
+
+QByteArray packed(const QString &fileName, const QByteArray &steps, const VariableScope &variables)
+{
+    QByteArray bytes;
+    QDataStream stream(&bytes, QIODevice::WriteOnly);
+    stream.setVersion(streamVersion);
+    const QStringList names = variables.names();
+    stream << magic << fileName << steps << qint32(names.size());
+    for (const QString &name : names) {
+        const QString reference = StepHost::referenceTo(name);
+        stream << name << qint32(variables.typeOf(reference)) << variables.get(reference);
+    }
+    return bytes;
+}
+
+/// What a copy holds.
+struct Content
+{
+    QString fileName;
+    QByteArray steps;
+    VariableScope variables;
+    bool isWhole = false;
+};
+
+Content unpacked(const QByteArray &bytes)
+{
+    Content content;
+    QDataStream stream(bytes);
+    stream.setVersion(streamVersion);
+    quint32 mark = 0;
+    qint32 count = 0;
+    stream >> mark >> content.fileName >> content.steps >> count;
+    for (qint32 i = 0; i < count && stream.status() == QDataStream::Ok; ++i) {
+        QString name;
+        qint32 type = 0;
+        QVariant value;
+        stream >> name >> type >> value;
+        content.variables.declare(StepHost::referenceTo(name), VarType(type));
+        content.variables.set(StepHost::referenceTo(name), value);
+    }
+    content.isWhole = mark == magic && stream.status() == QDataStream::Ok && stream.atEnd();
+    return content;
+}
+} // namespace
+
+/// A copy that is being made. Its thread alone uses the result until it has ended.
+struct Recovery::Writing
+{
+    StepHost::Result<QString> result;
+    QElapsedTimer clock;
+    bool isWanted = true;
+    std::unique_ptr<QThread> thread;
+
+    ~Writing()
+    {
+        thread->wait();
+    }
+};
+
+Recovery::Recovery(ScriptDocument &document, const QString &folder, QObject *parent)
+    : QObject(parent), m_document(document), m_folder(folder),
+      m_path(QDir(folder).filePath(QUuid::createUuid().toString(QUuid::WithoutBraces) + copySuffix)),
+      m_delay(delayMs)
+{
+    m_timer.setSingleShot(true);
+    connect(&m_timer, &QTimer::timeout, this, &Recovery::keep);
+    connect(&document.undoStack(), &QUndoStack::indexChanged, this, &Recovery::noteChange);
+    connect(&document.undoStack(), &QUndoStack::cleanChanged, this, [this](bool isClean) {
+        if (isClean)
+            forget();
+        else
+            noteChange();
+    });
+    connect(&document, &ScriptDocument::replaced, this, &Recovery::forget);
+}
+
+Recovery::~Recovery()
+{
+    if (!m_writing)
+        return;
+    const bool isWanted = m_writing->isWanted;
+    m_writing.reset();
+    if (!isWanted)
+        QFile::remove(m_path);
+}
+
+void Recovery::setDelay(int ms)
+{
+    m_delay = ms;
+}
+
+void Recovery::noteChange()
+{
+    m_isOutdated = true;
+    schedule();
+}
+
+void Recovery::schedule()
+{
+    if (m_isOutdated && !m_document.undoStack().isClean() && !m_timer.isActive() && !m_writing)
+        m_timer.start(int(qMax(qint64(m_delay), m_rest)));
+}
+
+void Recovery::keep()
+{
+    if (m_document.undoStack().isClean() || m_writing)
+        return;
+    m_isOutdated = false;
+    if (!m_lock) {
+        QDir().mkpath(m_folder);
+        m_lock = std::make_unique<QLockFile>(lockOf(m_path));
+        m_lock->setStaleLockTime(0);
+        m_lock->lock();
+    }
+    QElapsedTimer clock;
+    clock.start();
+    const QList<int> rows = allRows(m_document.model());
+    QByteArray steps = m_document.stepsAs(StepHost::ScriptForm::Binary, rows);
+    if (steps.isEmpty())
+        steps = m_document.stepsAs(StepHost::ScriptForm::Json, rows);
+
+    m_writing = std::make_unique<Writing>();
+    m_writing->clock = clock;
+    // The steps are the plug-ins', and so for this thread alone. The variables are what can be large.
+    m_writing->thread.reset(
+        QThread::create([writing = m_writing.get(), path = m_path, steps, fileName = m_document.fileName(),
+                         variables = m_document.variables()] {
+            writing->result = StepHost::writeOutputFile(path, packed(fileName, steps, variables));
+        }));
+    connect(m_writing->thread.get(), &QThread::finished, this, &Recovery::finish);
+    m_writing->thread->start(QThread::LowPriority);
+}
+
+void Recovery::finish()
+{
+    if (!m_writing || !m_writing->thread->isFinished())
+        return;
+    const std::unique_ptr<Writing> written = std::move(m_writing);
+    m_rest = written->clock.elapsed() * restFactor;
+    if (!written->isWanted) {
+        QFile::remove(m_path);
+    } else if (written->result) {
+        removeRestored();
+        emit kept(m_path);
+    } else if (!m_hasFailed) {
+        emit failed(written->result.error());
+    }
+    m_hasFailed = !written->result;
+    schedule();
+}
+
+void Recovery::forget()
+{
+    m_timer.stop();
+    removeRestored();
+    if (m_writing)
+        m_writing->isWanted = false;
+    else
+        QFile::remove(m_path);
+}
+
+void Recovery::removeRestored()
+{
+    for (const Copy &copy : qAsConst(m_restored))
+        remove(copy);
+    m_restored.clear();
+}
+
+QVector<Recovery::Copy> Recovery::leftCopies() const
+{
+    QVector<Copy> copies;
+    const QFileInfoList files =
+        QDir(m_folder).entryInfoList({QLatin1Char('*') + copySuffix}, QDir::Files, QDir::Time);
+    for (const QFileInfo &file : files) {
+        QLockFile lock(lockOf(file.filePath()));
+        lock.setStaleLockTime(0);
+        if (file.filePath() == m_path || !lock.tryLock(0))
+            continue;
+        const auto bytes = StepHost::readInputFile(file.filePath());
+        const Content content = unpacked(bytes.value_or(QByteArray()));
+        if (content.isWhole)
+            copies.append({file.filePath(), content.fileName, file.lastModified()});
+    }
+    return copies;
+}
+
+QString Recovery::restore(const Copy &copy)
+{
+    const auto bytes = StepHost::readInputFile(copy.path);
+    if (!bytes)
+        return bytes.error();
+    const Content content = unpacked(*bytes);
+    if (!content.isWhole)
+        return tr("%1 holds no script").arg(copy.path);
+    const QString error = m_document.restore(content.steps, content.variables, content.fileName);
+    if (error.isEmpty())
+        m_restored.append(copy);
+    return error;
+}
+
+void Recovery::remove(const Copy &copy)
+{
+    QFile::remove(copy.path);
+    QFile::remove(lockOf(copy.path));
+}
+} // namespace Workbench
