@@ -74,8 +74,13 @@ QString StepProblems::ofChoice(const SettingSchema &setting, int index)
 
 QVector<StepProblem> StepProblems::ofStep(const Operation &step, const VariableScope &variables)
 {
+    return ofStep(step, readEditorSchema(*step.metaObject()), variables);
+}
+
+QVector<StepProblem> StepProblems::ofStep(const Operation &step, const EditorSchema &schema,
+                                          const VariableScope &variables)
+{
     QVector<StepProblem> problems;
-    const EditorSchema schema = readEditorSchema(*step.metaObject());
     for (const SettingSchema &setting : schema.settings) {
         if (!isVisible(setting, step))
             continue;

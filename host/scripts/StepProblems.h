@@ -33,6 +33,10 @@ public:
     /// The problems of those settings of \a step that are shown to the user, in their order.
     static QVector<StepProblem> ofStep(const Operation &step, const VariableScope &variables);
 
+    /// The same for one who keeps \a schema, that of the class of \a step.
+    static QVector<StepProblem> ofStep(const Operation &step, const EditorSchema &schema,
+                                       const VariableScope &variables);
+
 private:
     static QString ofVariableName(const QString &name, VariableKind kind, const VariableScope &variables);
     static QString ofInteger(const QString &text, const VariableScope &variables);

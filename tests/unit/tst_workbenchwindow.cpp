@@ -173,6 +173,9 @@ private slots:
     void undoesWhileAFieldHasTheFocus();
     void editsTheSettingsOfAnyStep();
 
+    void tellsWhatStepsLackBeforeTheRun();
+    void createsAListThatASettingNames();
+
     void runsAndShowsTheOutcome();
     void keepsResults();
     void leadsFromTheLogToTheStep();
@@ -626,6 +629,45 @@ void TestWorkbenchWindow::editsTheSettingsOfAnyStep()
     QVERIFY(!pane.editor("mode"));
 }
 
+void TestWorkbenchWindow::tellsWhatStepsLackBeforeTheRun()
+{
+    place("list.sort");
+    const auto problems = [this] {
+        return script().index(0).data(ScriptModel::ProblemsRole).toStringList().join('\n');
+    };
+    QVERIFY2(problems().contains("No variable is chosen"), qPrintable(problems()));
+    m_window->document().setSetting(0, "targetVar", QString("names"));
+    QVERIFY2(problems().contains("names"), qPrintable(problems()));
+    QVERIFY(script().index(0).data(Qt::AccessibleTextRole).toString().contains(problems()));
+    const int height = scriptPane()->sizeHintForRow(0);
+    setVariable("names", 1, VarType::Int);
+    QVERIFY2(problems().contains("is not a list"), qPrintable(problems()));
+    setVariable("names", QVariantList{2, 1}, VarType::List);
+    QCOMPARE(problems(), QString());
+    QVERIFY(scriptPane()->sizeHintForRow(0) < height);
+    m_window->document().setSetting(0, "targetVar", QString("other"));
+    m_window->document().setEnabled({0}, false);
+    QCOMPARE(problems(), QString());
+}
+
+void TestWorkbenchWindow::createsAListThatASettingNames()
+{
+    place("list.sort");
+    const auto button = [this] {
+        return properties()->editor("targetVar")->parentWidget()->findChild<QPushButton *>("createList");
+    };
+    QVERIFY(!button()->isVisible());
+    typeInto(field<QComboBox>("targetVar")->lineEdit(), "$names");
+    QVERIFY(button()->isVisible());
+    QVERIFY2(button()->text().contains("names"), qPrintable(button()->text()));
+    button()->click();
+    QCOMPARE(m_window->document().variables().names(), QStringList("names"));
+    QCOMPARE(m_window->document().variables().typeOf("names"), VarType::List);
+    QVERIFY(!button()->isVisible());
+    m_window->document().undoStack().undo();
+    QVERIFY(m_window->document().variables().names().isEmpty());
+}
+
 void TestWorkbenchWindow::runsAndShowsTheOutcome()
 {
     setVariable("names", QVariantList{"b", "a"}, VarType::List);
@@ -940,8 +982,10 @@ void TestWorkbenchWindow::speaksChinese()
     QVERIFY(!written);
     QVERIFY(written.error().startsWith(QString::fromUtf8("第 0 项含有换行")));
     QCOMPARE(m_window->document().save("no folder/a"), QString::fromUtf8("no folder/a：没有此文件或文件夹"));
-    QCOMPARE(m_window->document().open("missing.json"), QString::fromUtf8("missing.json: 没有此文件或文件夹"));
-    QVERIFY(m_window->document().open(m_folder->path()).endsWith(QString::fromUtf8(": 这是文件夹，不是文件")));
+    QCOMPARE(m_window->document().open("missing.json"),
+             QString::fromUtf8("missing.json: 没有此文件或文件夹"));
+    QVERIFY(
+        m_window->document().open(m_folder->path()).endsWith(QString::fromUtf8(": 这是文件夹，不是文件")));
 #ifdef Q_OS_UNIX
     const QByteArray file = QFile::encodeName(m_folder->filePath("linked.json"));
     QCOMPARE(m_window->document().save(file), QString());

@@ -181,6 +181,7 @@ void ScriptDocument::setVariables(const VariableScope &variables, const QString 
 void ScriptDocument::showVariables(const VariableScope &variables)
 {
     m_variables = variables;
+    m_model->setVariables(variables);
     emit variablesChanged();
 }
 

@@ -3,6 +3,7 @@
 #include "StepMime.h"
 #include "host/plugins/StepSettings.h"
 #include "host/plugins/StepTexts.h"
+#include "host/scripts/StepProblems.h"
 #include "host/values/QuotedText.h"
 #include "tools/workbench/look/ThemedIcon.h"
 #include "tools/workbench/look/ToolTipText.h"
@@ -65,6 +66,13 @@ const Operation &ScriptModel::step(int row) const
 bool ScriptModel::isEnabled(int row) const
 {
     return at(row).step.enabled;
+}
+
+void ScriptModel::setVariables(const VariableScope &variables)
+{
+    m_variables = variables;
+    if (!m_rows.empty())
+        emit dataChanged(index(0), index(rowCount() - 1));
 }
 
 void ScriptModel::setSteps(std::vector<StepHost::ScriptStep> steps)
@@ -191,7 +199,24 @@ QString ScriptModel::spokenText(int row) const
     const QString outcome = outcomeText(shown);
     if (!outcome.isEmpty())
         parts.append(shown.isOutdated ? tr("%1, before its settings were changed").arg(outcome) : outcome);
-    return shortened((parts + messages(shown.result)).join(QLatin1String("; ")));
+    return shortened((parts + messages(shown.result) + problems(shown)).join(QLatin1String("; ")));
+}
+
+QStringList ScriptModel::problems(const Row &row) const
+{
+    const bool hasRun = row.result.outcome != StepHost::StepOutcome::NotRun && !row.isOutdated;
+    if (hasRun || !row.step.enabled)
+        return QStringList();
+    const Operation &operation = *row.step.operation;
+    const QMetaObject *type = operation.metaObject();
+    if (!m_schemas.contains(type))
+        m_schemas.insert(type, StepHost::readEditorSchema(*type));
+    QStringList lines;
+    const QVector<StepHost::StepProblem> problems =
+        StepHost::StepProblems::ofStep(operation, m_schemas[type], m_variables);
+    for (const StepHost::StepProblem &problem : problems)
+        lines.append(problem.text);
+    return lines;
 }
 
 QIcon ScriptModel::icon(const QString &path) const
@@ -216,12 +241,12 @@ bool ScriptModel::isStep(const QModelIndex &index) const
     return index.isValid() && checkIndex(index, CheckIndexOption::ParentIsInvalid);
 }
 
-QString ScriptModel::toolTip(const Row &row)
+QString ScriptModel::toolTip(const Row &row) const
 {
     QStringList lines{StepHost::shownStepText(*row.step.operation, &Operation::description)};
     if (row.isOutdated)
         lines.append(tr("The outcome is from before the settings were changed."));
-    return (lines + messages(row.result)).join(QLatin1Char('\n'));
+    return (lines + messages(row.result) + problems(row)).join(QLatin1Char('\n'));
 }
 
 Qt::ItemFlags ScriptModel::flags(const QModelIndex &index) const
@@ -260,6 +285,8 @@ QVariant ScriptModel::data(const QModelIndex &index, int role) const
         return row.isOutdated;
     case WarningsRole:
         return messages(row.result);
+    case ProblemsRole:
+        return problems(row);
     case RunningRole:
         return index.row() == m_runningRow;
     default:

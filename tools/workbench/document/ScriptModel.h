@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/plugins/EditorSchema.h"
 #include "host/running/ScriptRunner.h"
 #include "host/scripts/Script.h"
 
@@ -25,6 +26,8 @@ public:
         OutcomeTextRole, ///< `QString`: the outcome in a word, for the user; empty for a step that was not run.
         OutdatedRole, ///< `bool`: the outcome is that of the step with other settings than it has now.
         WarningsRole, ///< `QStringList`: what the step had to say, also why it failed, a line each.
+        ProblemsRole, ///< `QStringList`: what is to be said of its settings before it runs, a line each; none for a step
+        ///< that ran with these settings, or that is not enabled.
         RunningRole, ///< `bool`: it is this step's turn in a run that goes on.
     };
     /// `Qt::AccessibleTextRole` has all that is drawn of a step, in words.
@@ -37,6 +40,9 @@ public:
 
     /// Whether the step in \a row is run.
     bool isEnabled(int row) const;
+
+    /// The variables that the script starts with: what they are is a part of what is to be said of the steps.
+    void setVariables(const VariableScope &variables);
 
     /// Shows \a steps instead of the present ones.
     void setSteps(std::vector<StepHost::ScriptStep> steps);
@@ -107,17 +113,20 @@ private:
     static Settings settingsOf(const StepHost::ScriptStep &step);
     static Row rowOf(StepHost::ScriptStep step);
     static QString outcomeText(const Row &row);
-    static QString toolTip(const Row &row);
+    QString toolTip(const Row &row) const;
     QString spokenText(int row) const;
     void settingsChanged(int row);
     bool isStep(const QModelIndex &index) const;
     Row &at(int row);
     const Row &at(int row) const;
+    QStringList problems(const Row &row) const;
     QIcon icon(const QString &path) const;
     void rowChanged(int row);
 
     std::vector<Row> m_rows;
+    VariableScope m_variables;
     int m_runningRow = -1;
+    mutable QHash<const QMetaObject *, StepHost::EditorSchema> m_schemas; ///< Of the classes of the steps.
     mutable QHash<QString, QIcon> m_icons; ///< By path, so that a drawing is rendered once.
     QUuid m_id; ///< Tells rows dragged within this script from those of another.
 };

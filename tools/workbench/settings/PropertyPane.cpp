@@ -4,6 +4,7 @@
 #include "host/plugins/StepTexts.h"
 #include "host/scripts/StepProblems.h"
 #include "host/values/QuotedText.h"
+#include "host/values/VariableName.h"
 #include "tools/workbench/look/ColoredLabel.h"
 #include "tools/workbench/look/Colors.h"
 #include "tools/workbench/look/ThemedIcon.h"
@@ -12,6 +13,7 @@
 #include <QFocusEvent>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QPushButton>
 #include <QVBoxLayout>
 
 namespace Workbench
@@ -70,7 +72,8 @@ void PropertyPane::build()
     QWidget *previous = this;
     for (const Row &row : qAsConst(m_rows)) {
         setTabOrder(previous, row.editor);
-        previous = row.editor;
+        setTabOrder(row.editor, row.create);
+        previous = row.create;
     }
     updateRows();
 }
@@ -119,6 +122,7 @@ void PropertyPane::addRow(const StepHost::SettingSchema &setting, QVBoxLayout *l
     rowLayout->addWidget(label);
     rowLayout->addWidget(row.editor);
     rowLayout->addWidget(row.hint);
+    addCreateButton(row, rowLayout);
     layout->addWidget(row.widget);
 
     connect(row.editor, &PropertyEditor::edited, this, [this, editor = row.editor, name = setting.property] {
@@ -145,6 +149,27 @@ void PropertyPane::setVariables(const VariableScope &variables)
     updateRows();
 }
 
+void PropertyPane::addCreateButton(Row &row, QVBoxLayout *layout)
+{
+    row.create = new QPushButton;
+    row.create->setObjectName(QStringLiteral("createList"));
+    layout->addWidget(row.create, 0, Qt::AlignLeft);
+    connect(row.create, &QPushButton::clicked, this, [this, setting = row.setting.property] {
+        for (const Row &each : qAsConst(m_rows)) {
+            if (each.setting.property == setting)
+                emit listWanted(missingList(each));
+        }
+    });
+}
+
+QString PropertyPane::missingList(const Row &row) const
+{
+    const QString name = row.editor->value().toString();
+    const bool isMissing = row.setting.editor == StepHost::EditorKind::VariableName
+        && row.setting.variableKind == StepHost::VariableKind::List && !m_variables.contains(name);
+    return isMissing && StepHost::variableNameError(name).isEmpty() ? StepHost::withoutMark(name) : QString();
+}
+
 QString PropertyPane::hintFor(const Row &row) const
 {
     const QVariant value = row.editor->value();
@@ -162,6 +187,9 @@ void PropertyPane::updateRows()
         const QString hint = StepHost::inLines(shortened(hintFor(row)));
         row.hint->setText(hint);
         row.hint->setVisible(!hint.isEmpty());
+        const QString missing = missingList(row);
+        row.create->setText(tr("Create list “%1”").arg(menuText(missing)));
+        row.create->setVisible(!missing.isEmpty());
         row.editor->focusProxy()->setAccessibleDescription(hint);
     }
 }

@@ -8,6 +8,7 @@
 
 class Operation;
 class QLabel;
+class QPushButton;
 class QVBoxLayout;
 
 namespace Workbench
@@ -40,6 +41,8 @@ public:
 signals:
     /// The user gave the setting \a property the value \a value.
     void settingEdited(const QString &property, const QVariant &value);
+    /// The user wants a list variable \a name, which a setting is about.
+    void listWanted(const QString &name);
 
 protected:
     void focusInEvent(QFocusEvent *event) override;
@@ -51,12 +54,15 @@ private:
         QWidget *widget;
         PropertyEditor *editor;
         QLabel *hint;
+        QPushButton *create; ///< Creates the list that the setting names and that there is not.
     };
 
     QString hintFor(const Row &row) const;
+    QString missingList(const Row &row) const;
     void build();
     void addRow(const StepHost::SettingSchema &setting, QVBoxLayout *layout);
     void addHeader(QVBoxLayout *layout);
+    void addCreateButton(Row &row, QVBoxLayout *layout);
     void updateRows();
 
     const Operation *m_step = nullptr;

@@ -202,6 +202,15 @@ void VariablesPane::addVariable()
     m_view->edit(index);
 }
 
+void VariablesPane::addList(const QString &name)
+{
+    const auto added = StepHost::VariableEdits::add(m_document.variables(), name, VarType::List);
+    if (added)
+        m_document.setVariables(*added, tr("Add variable"));
+    else
+        emit refused(added.error());
+}
+
 void VariablesPane::removeVariable()
 {
     const int row = m_view->currentIndex().row();

@@ -23,6 +23,9 @@ public:
 
     VariablesModel &model() const;
 
+    /// Adds an empty list \a name to the variables, or says why it cannot be.
+    void addList(const QString &name);
+
     /// The actions on variables, for a menu; null stands for a separator.
     QList<QAction *> editActions() const;
 

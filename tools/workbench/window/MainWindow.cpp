@@ -310,6 +310,7 @@ void MainWindow::connectPanes()
             [this](const QString &property, const QVariant &value) {
                 m_document.setSetting(m_script->currentRow(), property, value);
             });
+    connect(m_properties, &PropertyPane::listWanted, m_variables, &VariablesPane::addList);
     connect(&m_document.model(), &QAbstractItemModel::dataChanged, m_properties, &PropertyPane::refresh);
     connect(&m_document, &ScriptDocument::variablesChanged, this,
             [this] { m_properties->setVariables(m_document.variables()); });

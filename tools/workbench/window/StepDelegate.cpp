@@ -70,6 +70,9 @@ QString outcomeText(const QModelIndex &index)
 {
     if (index.data(ScriptModel::RunningRole).toBool())
         return StepDelegate::tr("running…");
+    if (!index.data(ScriptModel::ProblemsRole).toStringList().isEmpty()
+        && outcomeOf(index) == StepHost::StepOutcome::NotRun)
+        return QStringLiteral("○");
     const QString text = outcomeSign(outcomeOf(index)) + index.data(ScriptModel::OutcomeTextRole).toString();
     return index.data(ScriptModel::OutdatedRole).toBool() ? QStringLiteral("(%1)").arg(text) : text;
 }
@@ -139,16 +142,18 @@ void StepDelegate::paint(QPainter *painter, const QStyleOptionViewItem &viewOpti
     painter->drawText(layout.outcome, Qt::AlignRight | Qt::AlignVCenter, outcome);
 
     const bool isOutdated = index.data(ScriptModel::OutdatedRole).toBool();
-    painter->setPen(isSelected       ? selectedText
-                        : isOutdated ? Colors::subdued(palette)
-                                     : Colors::warning(palette));
+    const QColor warningColor = isOutdated ? Colors::subdued(palette) : Colors::warning(palette);
     QRect line = layout.warnings;
     line.setHeight(option.fontMetrics.lineSpacing());
-    const QStringList messages = index.data(ScriptModel::WarningsRole).toStringList();
-    for (const QString &warning : messages) {
-        painter->drawText(line, Qt::AlignLeft | Qt::AlignVCenter, elided(option, warning, line.width()));
-        line.translate(0, line.height());
-    }
+    const auto drawLines = [&](const QStringList &texts, const QColor &color) {
+        painter->setPen(isSelected ? selectedText : color);
+        for (const QString &text : texts) {
+            painter->drawText(line, Qt::AlignLeft | Qt::AlignVCenter, elided(option, text, line.width()));
+            line.translate(0, line.height());
+        }
+    };
+    drawLines(index.data(ScriptModel::WarningsRole).toStringList(), warningColor);
+    drawLines(index.data(ScriptModel::ProblemsRole).toStringList(), Colors::subdued(palette));
     if (option.state.testFlag(QStyle::State_HasFocus)) {
         painter->setPen(QPen(isSelected ? selectedText : palette.color(QPalette::Text), 1, Qt::DashLine));
         painter->setBrush(Qt::NoBrush);
@@ -159,9 +164,10 @@ void StepDelegate::paint(QPainter *painter, const QStyleOptionViewItem &viewOpti
 
 QSize StepDelegate::sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const
 {
-    const int warnings = index.data(ScriptModel::WarningsRole).toStringList().size();
+    const int lines = index.data(ScriptModel::WarningsRole).toStringList().size()
+        + index.data(ScriptModel::ProblemsRole).toStringList().size();
     const int lineHeight = qMax(iconSize, option.fontMetrics.height());
-    return QSize(200, lineHeight + warnings * option.fontMetrics.lineSpacing() + padding);
+    return QSize(200, lineHeight + lines * option.fontMetrics.lineSpacing() + padding);
 }
 
 bool StepDelegate::editorEvent(QEvent *event, QAbstractItemModel *model,

@@ -5,7 +5,7 @@
 namespace Workbench
 {
 /// Draws a step of a ScriptModel: check box, number, icon, summary and what became of it in the last run;
-/// its warnings stand below, one a line.
+/// its warnings, and before a run what is to be said of its settings, stand below, one a line.
 class StepDelegate : public QStyledItemDelegate
 {
     Q_OBJECT
