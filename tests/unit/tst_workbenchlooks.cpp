@@ -1,12 +1,18 @@
 #include "WindowFixture.h"
 
+#include "tools/workbench/look/Language.h"
 #include "tools/workbench/settings/PropertyPane.h"
 
 #include "tests/support/ErrorOf.h"
 #include "tests/support/TestPaths.h"
 
+#include <QAction>
 #include <QLabel>
+#include <QLayout>
+#include <QRegularExpression>
 #include <QScreen>
+#include <QTabBar>
+#include <QTranslator>
 #include <QtTest>
 
 using namespace Workbench;
@@ -54,6 +60,9 @@ private slots:
     void hintsAreToBeRead();
     void warningsAreWhole();
     void firstWindowFitsTheScreen();
+    void nothingIsCut_data();
+    void nothingIsCut();
+    void chineseIsWhole();
 
 private:
     StepHost::StepCatalogue m_catalogue;
@@ -147,6 +156,121 @@ void TestWorkbenchLooks::firstWindowFitsTheScreen()
     }
     const int rowHeight = fixture.scriptPane()->visualRect(fixture.script().index(0)).height();
     QVERIFY(fixture.scriptPane()->viewport()->height() >= 2 * rowHeight);
+}
+
+namespace
+{
+/// Has the program speak the language \a code as long as it lives.
+class SpokenLanguage
+{
+public:
+    explicit SpokenLanguage(const QString &code) : m_before(qApp->children())
+    {
+        Language::install(*qApp, code);
+    }
+
+    ~SpokenLanguage()
+    {
+        const QObjectList now = qApp->children();
+        for (QObject *child : now) {
+            if (!m_before.contains(child) && qobject_cast<QTranslator *>(child))
+                delete child;
+        }
+        QLocale::setDefault(QLocale("en"));
+    }
+
+private:
+    QObjectList m_before;
+};
+
+QByteArray nameOf(const QWidget *widget)
+{
+    return widget->metaObject()->className() + QByteArray(" ") + widget->objectName().toUtf8();
+}
+
+/// Whether \a widget has the room that its text takes.
+bool hasRoom(const QWidget *widget)
+{
+    const auto *label = qobject_cast<const QLabel *>(widget);
+    if (label && label->wordWrap())
+        return label->height() >= label->heightForWidth(label->width());
+    const auto *button = qobject_cast<const QAbstractButton *>(widget);
+    if (label || (button && !button->text().isEmpty()))
+        return widget->width() >= widget->minimumSizeHint().width()
+            && widget->height() >= widget->minimumSizeHint().height();
+    return true;
+}
+} // namespace
+
+void TestWorkbenchLooks::nothingIsCut_data()
+{
+    QTest::addColumn<QString>("language");
+    QTest::newRow("English") << "en";
+    QTest::newRow("Chinese") << "zh_CN";
+}
+
+void TestWorkbenchLooks::nothingIsCut()
+{
+    QFETCH(QString, language);
+    const SpokenLanguage spoken(language);
+    WindowFixture fixture(m_catalogue);
+    fixture.setVariable("names", QVariantList{"b", "a"}, VarType::List);
+    fixture.place("list.remove", {{"targetVar", "missing"}});
+    fixture.run();
+    fixture.scriptPane()->setCurrentRow(0);
+    QApplication::processEvents();
+    const QList<QWidget *> widgets = fixture.window.findChildren<QWidget *>();
+    for (const QWidget *widget : widgets) {
+        if (!widget->isVisible())
+            continue;
+        QVERIFY2(hasRoom(widget), nameOf(widget));
+        // What a layout puts side by side does not overlap.
+        const QLayout *layout = widget->layout();
+        for (int i = 0; layout && i < layout->count(); ++i) {
+            for (int j = 0; j < i; ++j) {
+                const QWidget *one = layout->itemAt(i)->widget();
+                const QWidget *other = layout->itemAt(j)->widget();
+                if (one && other && one->isVisible() && other->isVisible())
+                    QVERIFY2(!one->geometry().intersects(other->geometry()), nameOf(one) + nameOf(other));
+            }
+        }
+    }
+}
+
+void TestWorkbenchLooks::chineseIsWhole()
+{
+    const SpokenLanguage spoken("zh_CN");
+    WindowFixture fixture(m_catalogue);
+    fixture.setVariable("x", QVariantList{1}, VarType::List);
+    fixture.place("list.sort", {{"targetVar", "x"}});
+    fixture.run();
+    QStringList texts{fixture.window.windowTitle()};
+    const QList<QAction *> actions = fixture.window.findChildren<QAction *>();
+    for (const QAction *action : actions)
+        texts << action->text() << action->toolTip();
+    const QList<QWidget *> widgets = fixture.window.findChildren<QWidget *>();
+    for (const QWidget *widget : widgets) {
+        if (widget->objectName().startsWith("qt_") || qobject_cast<QTabBar *>(widget->parentWidget()))
+            continue; // Qt's own, which speak with Qt's translations.
+        texts << widget->toolTip() << widget->accessibleName() << widget->windowTitle();
+        if (const auto *label = qobject_cast<const QLabel *>(widget))
+            texts << label->text();
+        if (const auto *button = qobject_cast<const QAbstractButton *>(widget))
+            texts << button->text();
+        if (const auto *view = qobject_cast<const QAbstractItemView *>(widget)) {
+            for (int column = 0; column < view->model()->columnCount(); ++column)
+                texts << view->model()->headerData(column, Qt::Horizontal).toString();
+        }
+    }
+    for (int row = 0; row < fixture.window.log().rowCount(); ++row)
+        texts << fixture.window.log().index(row, LogModel::MessageColumn).data().toString();
+    texts << fixture.script().index(0).data(ScriptModel::OutcomeTextRole).toString();
+    // Keys, the product's name, and what belongs to steps and to Qt.
+    static const QRegularExpression known("Quillmap|Ctrl|Shift|Alt|Del|Return|F\\d+|list\\.\\w+|ascending|"
+                                          "asc|targetVar|[Qq]t_\\w+|dock\\w*|QDock\\w*");
+    static const QRegularExpression word("[A-Za-z]{2,}");
+    for (QString text : qAsConst(texts))
+        QVERIFY2(!text.remove(known).contains(word), qPrintable(text));
 }
 
 RUN_TEST_MAIN(QApplication, TestWorkbenchLooks)

@@ -887,6 +887,9 @@ void TestWorkbenchWindow::savesAndReopens()
     QVERIFY(m_window->document().fileName().isEmpty());
     m_window->openFile(fileName);
     QCOMPARE(script().rowCount(), 2);
+    // The settings that are shown are those of the step that is selected.
+    QVERIFY(scriptPane()->selectionModel()->isSelected(script().index(0)));
+    QVERIFY(field<QCheckBox>("ascending"));
     QCOMPARE(script().step(0).property("ascending"), QVariant(false));
     QCOMPARE(script().step(1).property("mode"), QVariant(1));
     QVERIFY(!script().isEnabled(1));
