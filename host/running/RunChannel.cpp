@@ -111,6 +111,17 @@ SentStep sentStep(const ScriptStep &step)
     }
     return sent;
 }
+
+QByteArray packed(const RunRequest &request)
+{
+    QByteArray bytes;
+    QDataStream stream(&bytes, QIODevice::WriteOnly);
+    stream.setVersion(streamVersion);
+    stream << request.plugins << request.isProbe;
+    writeAll(stream, request.variables);
+    writeAll(stream, request.steps);
+    return bytes;
+}
 } // namespace
 
 bool isSendable(const QVariant &value)
@@ -141,13 +152,15 @@ Result<QByteArray> packRequest(const Script &script, const VariableScope &scope,
             return failure(QStringLiteral("step %1 threw an exception when it was saved").arg(i + 1));
         }
     }
-    QByteArray bytes;
-    QDataStream stream(&bytes, QIODevice::WriteOnly);
-    stream.setVersion(streamVersion);
-    stream << request.plugins;
-    writeAll(stream, request.variables);
-    writeAll(stream, request.steps);
-    return bytes;
+    return packed(request);
+}
+
+QByteArray packProbe(const QString &plugin)
+{
+    RunRequest request;
+    request.plugins.append(plugin);
+    request.isProbe = true;
+    return packed(request);
 }
 
 std::optional<RunRequest> unpackRequest(const QByteArray &bytes)
@@ -155,7 +168,7 @@ std::optional<RunRequest> unpackRequest(const QByteArray &bytes)
     RunRequest request;
     QDataStream stream(bytes);
     stream.setVersion(streamVersion);
-    stream >> request.plugins;
+    stream >> request.plugins >> request.isProbe;
     readAll(stream, request.variables);
     readAll(stream, request.steps);
     return isWhole(stream) ? std::make_optional(std::move(request)) : std::nullopt;

@@ -31,6 +31,7 @@ struct RunRequest
     QStringList plugins; ///< Paths of the plug-ins that the steps come from.
     std::vector<ScriptVariable> variables;
     std::vector<SentStep> steps;
+    bool isProbe = false; ///< Before the run, make a step of each type and its texts.
 };
 
 /// What a run tells while it goes on.
@@ -62,6 +63,9 @@ bool isSendable(const QVariant &value);
 /// are not sendable.
 Result<QByteArray> packRequest(const Script &script, const VariableScope &scope,
                                const StepCatalogue &catalogue);
+
+/// The request to load \a plugin and make a step of each of its types and their texts.
+QByteArray packProbe(const QString &plugin);
 
 /// The request in \a bytes; nothing when they are none.
 std::optional<RunRequest> unpackRequest(const QByteArray &bytes);

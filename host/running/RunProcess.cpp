@@ -6,6 +6,9 @@
 #include "host/plugins/StepCatalogue.h"
 #include "host/values/VariableName.h"
 
+#include <QElapsedTimer>
+#include <QFileInfo>
+
 namespace StepHost
 {
 namespace
@@ -44,6 +47,12 @@ public:
     {
         m_worker.kill();
         m_worker.waitForFinished(-1);
+    }
+
+    /// Whether the process itself said why there is no run.
+    bool isRefused() const
+    {
+        return m_isRefused;
     }
 
     RunResult carryOut(const QByteArray &request)
@@ -108,6 +117,7 @@ private:
         const bool isStep = note.index >= 0 && note.index < int(m_result.steps.size());
         switch (note.kind) {
         case RunNote::Refused:
+            m_isRefused = true;
             noRun(note.text);
             break;
         case RunNote::Work:
@@ -156,8 +166,10 @@ private:
     {
         m_isOver = true;
         if (!m_hasBegun) {
-            if (m_result.end == RunEnd::Stopped)
+            if (m_result.end == RunEnd::Stopped) {
+                m_result.error = m_work;
                 return;
+            }
             noRun(m_work.isEmpty() ? reason : tr("%1, while %2").arg(reason, m_work));
             return;
         }
@@ -194,6 +206,7 @@ private:
     RunResult m_result;
     QString m_work; ///< What the process was at before the run began.
     int m_running = -1; ///< The step whose turn it is.
+    bool m_isRefused = false;
     bool m_hasBegun = false;
     bool m_isAskedToStop = false;
     bool m_isOver = false;
@@ -211,5 +224,23 @@ RunResult RunProcess::run(const Script &script, VariableScope &scope, const Step
         return result;
     }
     return Session(observer, int(script.steps.size()), scope).carryOut(*request);
+}
+
+Result<void> RunProcess::probe(const QString &fileName, int timeLimit)
+{
+    constexpr int msPerSecond = 1000;
+    QElapsedTimer clock;
+    clock.start();
+    RunObserver observer;
+    observer.shouldEnd = [&clock, timeLimit] { return clock.hasExpired(timeLimit); };
+    VariableScope scope;
+    Session session(observer, 0, scope);
+    const RunResult result = session.carryOut(packProbe(QFileInfo(fileName).absoluteFilePath()));
+    if (result.end == RunEnd::Stopped)
+        return failure(tr("%1: it took longer than %2 s, while %3")
+                           .arg(fileName, QString::number(timeLimit / msPerSecond), result.error));
+    if (result.end == RunEnd::NotRun && !session.isRefused())
+        return failure(tr("%1: %2").arg(fileName, result.error));
+    return {};
 }
 } // namespace StepHost

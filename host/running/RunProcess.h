@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ScriptRunner.h"
+#include "host/values/Result.h"
 
 #include <QCoreApplication>
 
@@ -24,6 +25,11 @@ public:
     /// cannot be handed over is left out, and the step has a warning that says so.
     static RunResult run(const Script &script, VariableScope &scope, const StepCatalogue &catalogue,
                          const RunObserver &observer = RunObserver());
+
+    /// Whether the plug-in \a fileName can be loaded, a step of each of its types be made, and its texts. Refused is one
+    /// that ends the process in that, or takes longer than \a timeLimit milliseconds, with what it was at. What else is
+    /// wrong with a plug-in is left to StepCatalogue::addPlugin().
+    static Result<void> probe(const QString &fileName, int timeLimit = 30000);
 
 private:
     class Session;

@@ -4,6 +4,7 @@
 #include "RunChannel.h"
 #include "host/plugins/StepCatalogue.h"
 #include "host/plugins/StepRecord.h"
+#include "host/plugins/StepTexts.h"
 #include "host/values/ItemValue.h"
 #include "host/values/QuotedText.h"
 #include "host/values/VariableName.h"
@@ -15,6 +16,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 #include <thread>
 
 #ifdef Q_OS_WIN
@@ -118,6 +120,20 @@ Script makeScript(const RunRequest &request, const StepCatalogue &catalogue)
     return script;
 }
 
+// Does with each type of step what a host does with it before any run.
+void probe(const StepCatalogue &catalogue)
+{
+    for (const QString &typeId : catalogue.typeIds()) {
+        tellWork(QStringLiteral("a step %1 and its texts were made").arg(typeId));
+        const std::unique_ptr<Operation> step(catalogue.create(typeId, nullptr));
+        if (!step)
+            continue;
+        for (const auto text : {&Operation::root, &Operation::typeName, &Operation::icon,
+                                &Operation::toString, &Operation::description})
+            stepText(*step, text);
+    }
+}
+
 // Notes what differs in `now` from `before`.
 void noteChanges(const VariableScope &before, const VariableScope &now, RunNote &note)
 {
@@ -156,6 +172,8 @@ void noteChanges(const VariableScope &before, const VariableScope &now, RunNote 
         if (!added)
             refuse(added.error().reason);
     }
+    if (request->isProbe)
+        probe(catalogue);
     const Script script = makeScript(*request, catalogue);
     VariableScope scope;
     for (const ScriptVariable &variable : request->variables) {

@@ -63,6 +63,8 @@ private slots:
     void tellsOfEachStepAsItBegins();
     void keepsWhatIsPrinted();
     void refusesAPluginThatIsGone();
+    void probesPlugins_data();
+    void probesPlugins();
     void longListsTravel();
     void messages();
     void notesThatAreNone();
@@ -259,6 +261,27 @@ void TestRunProcess::refusesAPluginThatIsGone()
     const RunResult result = RunProcess::run(script, scope, catalogue);
     QCOMPARE(int(result.end), int(RunEnd::NotRun));
     QVERIFY2(result.error.contains("Sound"), qPrintable(result.error));
+}
+
+void TestRunProcess::probesPlugins_data()
+{
+    QTest::addColumn<QString>("plugin");
+    QTest::addColumn<QString>("reason");
+    QTest::newRow("sound") << TestPaths::listPlugin() << "";
+    QTest::newRow("throws in texts") << TestPaths::fixture("RudeSteps") << "";
+    QTest::newRow("refused") << TestPaths::fixture("NoMetadata") << "";
+    QTest::newRow("crashes in a text") << TestPaths::fixture("FatalSteps") << "fixture.summary";
+    QTest::newRow("exits in a text") << TestPaths::fixture("ExitingTexts") << "ended with status";
+}
+
+void TestRunProcess::probesPlugins()
+{
+    QFETCH(QString, plugin);
+    QFETCH(QString, reason);
+    const auto probed = RunProcess::probe(plugin);
+    QCOMPARE(bool(probed), reason.isEmpty());
+    if (!probed)
+        QVERIFY2(probed.error().contains(reason), qPrintable(probed.error()));
 }
 
 void TestRunProcess::longListsTravel()

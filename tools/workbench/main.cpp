@@ -1,5 +1,6 @@
 #include "host/plugins/PluginSearch.h"
 #include "host/plugins/StepCatalogue.h"
+#include "host/running/RunProcess.h"
 #include "host/running/RunWorker.h"
 #include "host/values/QuotedText.h"
 #include "tools/workbench/look/Language.h"
@@ -47,6 +48,12 @@ QStringList addPlugins(StepHost::StepCatalogue &catalogue, QStringList files)
         }
     }
     for (const QString &file : qAsConst(files)) {
+        // First elsewhere: one that crashes or hangs as it is loaded shall not do so here.
+        const auto probed = StepHost::RunProcess::probe(file);
+        if (!probed) {
+            reasons.append(probed.error());
+            continue;
+        }
         const auto result = catalogue.addPlugin(file);
         if (!result)
             reasons.append(result.error().reason);

@@ -186,6 +186,14 @@
         <source>the process was ended with status %1</source>
         <translation>进程以状态 %1 结束</translation>
     </message>
+    <message>
+        <source>%1: it took longer than %2 s, while %3</source>
+        <translation>%1：超过了 %2 秒，当时：%3</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1：%2</translation>
+    </message>
 </context>
 <context>
     <name>StepHost::StepProblems</name>
