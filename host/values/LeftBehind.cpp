@@ -14,7 +14,7 @@ namespace StepHost
 {
 QString temporaryPrefix()
 {
-    return QStringLiteral(".quillmap-");
+    return QStringLiteral(".quillmap-unfinished-");
 }
 
 #ifdef Q_OS_UNIX

@@ -13,7 +13,7 @@ namespace StepHost
 /// the user when something could not be kept, such as hard links, else an empty text.
 ///
 /// A program that is told to end meanwhile does so afterwards. When it is killed, one more file may be left in the folder, no
-/// larger than \a bytes: `.quillmap-` and a few characters more. The next call for a file in that folder removes it. On
+/// larger than \a bytes: `.quillmap-unfinished-` and a few characters more. The next call for a file in that folder removes it. On
 /// Windows its name is the file's, a dot and six characters more, and it stays.
 Result<QString> writeOutputFile(const QString &fileName, const QByteArray &bytes);
 } // namespace StepHost

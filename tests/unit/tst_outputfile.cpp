@@ -210,34 +210,39 @@ void TestOutputFile::removesWhatWasLeftBehind()
         QFile file(folder.filePath(name));
         QVERIFY(file.open(QIODevice::WriteOnly));
     };
-    for (const char *name : {".quillmap-left", ".quillmap-used", ".quillmapped", "a.backup", "quillmap-a"})
+    for (const char *name : {".quillmap-unfinished-left", ".quillmap-unfinished-used", ".quillmap-unfinished",
+                             ".quillmap-profile", "a.backup", "quillmap-a"})
         touch(name);
-    QVERIFY(QDir(folder.path()).mkpath(".quillmap-folder/inner"));
-    QVERIFY(QDir(folder.path()).mkpath(".quillmap-folder-used"));
-    QVERIFY(QFile::link("a.backup", folder.filePath(".quillmap-link")));
+    QVERIFY(QDir(folder.path()).mkpath(".quillmap-unfinished-folder/inner"));
+    QVERIFY(QDir(folder.path()).mkpath(".quillmap-unfinished-folder-used"));
+    QVERIFY(QFile::link("a.backup", folder.filePath(".quillmap-unfinished-link")));
     const bool hasOthers = [&] {
-        touch(".quillmap-other");
-        return chown(QFile::encodeName(folder.filePath(".quillmap-other")).constData(), 1234, 1234) == 0;
+        touch(".quillmap-unfinished-other");
+        return chown(QFile::encodeName(folder.filePath(".quillmap-unfinished-other")).constData(), 1234, 1234)
+            == 0;
     }();
     if (!hasOthers)
-        QFile::remove(folder.filePath(".quillmap-other"));
+        QFile::remove(folder.filePath(".quillmap-unfinished-other"));
     {
-        const InUse file(folder.filePath(".quillmap-used"));
-        const InUse place(folder.filePath(".quillmap-folder-used"));
+        const InUse file(folder.filePath(".quillmap-unfinished-used"));
+        const InUse place(folder.filePath(".quillmap-unfinished-folder-used"));
         QVERIFY(writeOutputFile(folder.filePath("a"), "new"));
     }
     const auto entries = [&folder] {
         QStringList names =
             QDir(folder.path()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::Hidden, QDir::Name);
-        names.removeOne(".quillmap-other");
+        names.removeOne(".quillmap-unfinished-other");
         return names;
     };
     QCOMPARE(entries(),
-             (QStringList{".quillmap-folder-used", ".quillmap-link", ".quillmap-used", ".quillmapped", "a",
-                          "a.backup", "quillmap-a"}));
+             (QStringList{".quillmap-profile", ".quillmap-unfinished", ".quillmap-unfinished-folder-used",
+                          ".quillmap-unfinished-link", ".quillmap-unfinished-used", "a", "a.backup",
+                          "quillmap-a"}));
     QVERIFY(writeOutputFile(folder.filePath("a"), "newer"));
-    QCOMPARE(entries(), (QStringList{".quillmap-link", ".quillmapped", "a", "a.backup", "quillmap-a"}));
-    QCOMPARE(QFile::exists(folder.filePath(".quillmap-other")), hasOthers);
+    QCOMPARE(entries(),
+             (QStringList{".quillmap-profile", ".quillmap-unfinished", ".quillmap-unfinished-link", "a",
+                          "a.backup", "quillmap-a"}));
+    QCOMPARE(QFile::exists(folder.filePath(".quillmap-unfinished-other")), hasOthers);
 #else
     QSKIP("this system leaves other files behind");
 #endif
