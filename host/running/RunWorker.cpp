@@ -10,6 +10,7 @@
 #include "host/values/VariableName.h"
 
 #include <QCoreApplication>
+#include <QThread>
 #include <QtEndian>
 
 #include <atomic>
@@ -17,7 +18,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
-#include <thread>
 
 #ifdef Q_OS_WIN
 #include <fcntl.h>
@@ -164,7 +164,8 @@ void noteChanges(const VariableScope &before, const VariableScope &now, RunNote 
     const std::optional<RunRequest> request = unpackRequest(readRequest());
     if (!request)
         refuse(QStringLiteral("the run was not understood"));
-    std::thread(listen).detach();
+    static QThread *const listener = QThread::create(listen);
+    listener->start();
     StepCatalogue catalogue;
     for (const QString &plugin : request->plugins) {
         tellWork(QStringLiteral("the plug-in %1 was loaded").arg(plugin));
