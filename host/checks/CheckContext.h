@@ -25,6 +25,18 @@ struct CheckEnd
 [[noreturn]] void skip(const QString &reason);
 /// @}
 
+/// What noteCall() is told before a library is unloaded, and before the process ends.
+/// @{
+constexpr char unloadingCall[] = "unloading of the library";
+constexpr char endingCall[] = "end of the process";
+/// @}
+
+/// What `identity.non-empty` tells of the plug-in, for the report.
+/// @{
+constexpr char pluginIdFact[] = "id";
+constexpr char versionFact[] = "version";
+/// @}
+
 /// A plug-in under check.
 ///
 /// The plug-in is loaded when it is first needed, and unloaded again by the destructor. Texts and values that
@@ -32,7 +44,7 @@ struct CheckEnd
 class CheckContext
 {
 public:
-    CheckContext(const QString &fileName, const IconRenderer &renderer);
+    CheckContext(const QString &fileName, const CheckSetup &setup);
     ~CheckContext();
 
     const QString &fileName() const
@@ -41,7 +53,26 @@ public:
     }
     const IconRenderer &renderer() const
     {
-        return m_renderer;
+        return m_setup.renderer;
+    }
+    const CheckSetup &setup() const
+    {
+        return m_setup;
+    }
+    unsigned seed() const
+    {
+        return m_setup.seed;
+    }
+
+    /// Notes that \a what is \a value, which has to be so in every process.
+    void tell(const QString &what, const QString &value)
+    {
+        // A copy: the text may lie in the library's memory, which facts outlive.
+        m_facts.append({what, QString(value.constData(), value.size())});
+    }
+    const QVector<CheckFact> &facts() const
+    {
+        return m_facts;
     }
 
     /// The root object's contract. Fails the check when the plug-in does not load or has none.
@@ -55,7 +86,7 @@ public:
     QList<Operation *> newSteps();
 
     /// Calls \a check with every step of a new set. Ends the check with the failures of all steps
-    /// together, each with the step's class in front.
+    /// together, each with the step's class in front; without failures with the warnings, then with what was skipped.
     void forEachStep(const std::function<void(Operation &)> &check);
 
     /// The same for two new sets: \a check gets both steps of a class.
@@ -67,19 +98,28 @@ public:
     /// Takes \a step, which the plug-in made, so that it is deleted at the end.
     void keep(Operation *step);
 
+    /// Deletes all steps, and unloads the library. Returns whether that could be done.
+    bool unload();
+
 private:
     Q_DISABLE_COPY(CheckContext)
 
+    void deleteSteps();
+
     QString m_fileName;
-    IconRenderer m_renderer;
+    CheckSetup m_setup;
     QPluginLoader m_loader;
+    QVector<CheckFact> m_facts;
     QList<QPointer<Operation>> m_steps;
 };
 
 /// The checks of each family, for the table.
 /// @{
 QVector<PluginCheck> libraryChecks();
+QVector<PluginCheck> fileChecks();
+QVector<PluginCheck> mannerChecks();
 QVector<PluginCheck> identityChecks();
+QVector<PluginCheck> nameChecks();
 QVector<PluginCheck> prototypeChecks();
 QVector<PluginCheck> cloneChecks();
 QVector<PluginCheck> settingsChecks();
@@ -87,6 +127,8 @@ QVector<PluginCheck> schemaChecks();
 QVector<PluginCheck> textChecks();
 QVector<PluginCheck> iconChecks();
 QVector<PluginCheck> persistenceChecks();
+QVector<PluginCheck> recordChecks();
 QVector<PluginCheck> runningChecks();
+QVector<PluginCheck> resultChecks();
 /// @}
 } // namespace StepHost

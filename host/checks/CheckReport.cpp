@@ -3,22 +3,20 @@
 #include "host/values/JsonWriter.h"
 #include "host/values/QuotedText.h"
 
-#include <QFileInfo>
-#include <QXmlStreamWriter>
-
 #include <algorithm>
 
 namespace StepHost
 {
 namespace
 {
-CheckVerdict verdictOf(const CheckResult &result)
+CheckVerdict verdictOf(const CheckResult &result, bool isStrict)
 {
     switch (result.outcome) {
     case CheckOutcome::Passed:
-    case CheckOutcome::Warning:
     case CheckOutcome::Skipped:
         return CheckVerdict::Passed;
+    case CheckOutcome::Warning:
+        return isStrict ? CheckVerdict::Failed : CheckVerdict::Passed;
     case CheckOutcome::Failed:
         return result.id == pluginChecks().first().id ? CheckVerdict::NotLoadable : CheckVerdict::Failed;
     case CheckOutcome::Crashed:
@@ -28,11 +26,11 @@ CheckVerdict verdictOf(const CheckResult &result)
     return CheckVerdict::Crashed;
 }
 
-CheckVerdict verdictOf(const PluginReport &report)
+CheckVerdict verdictOf(const PluginReport &report, bool isStrict)
 {
     CheckVerdict verdict = CheckVerdict::Passed;
     for (const CheckResult &result : report.results)
-        verdict = std::max(verdict, verdictOf(result));
+        verdict = std::max(verdict, verdictOf(result, isStrict));
     return verdict;
 }
 
@@ -63,87 +61,17 @@ QString protects(const CheckResult &result)
     return check ? check->protects : QString();
 }
 
-QString seconds(qint64 milliseconds)
-{
-    return QString::number(double(milliseconds) / 1000, 'f', 3);
-}
-
-// In one line there are no control characters nor halves of surrogate pairs, and XML has no place for these two either.
-QString xmlText(const QString &text)
-{
-    QString result = inOneLine(text);
-    for (QChar &c : result) {
-        if (c == QChar(0xfffe) || c == QChar(0xffff))
-            c = QChar::ReplacementCharacter;
-    }
-    return result;
-}
-
-void writeCase(QXmlStreamWriter &xml, const CheckResult &result)
-{
-    xml.writeStartElement(QStringLiteral("testcase"));
-    xml.writeAttribute(QStringLiteral("classname"), result.id.section(QLatin1Char('.'), 0, 0));
-    xml.writeAttribute(QStringLiteral("name"), result.id.section(QLatin1Char('.'), 1));
-    xml.writeAttribute(QStringLiteral("time"), seconds(result.milliseconds));
-    const QString reason = xmlText(result.reason);
-    const auto writeFinding = [&](const QString &element) {
-        xml.writeStartElement(element);
-        xml.writeAttribute(QStringLiteral("message"), reason);
-        if (element != QLatin1String("skipped")) {
-            xml.writeAttribute(QStringLiteral("type"), outcomeWord(result.outcome));
-            xml.writeCharacters(protects(result));
-        }
-        xml.writeEndElement();
-    };
-    switch (result.outcome) {
-    case CheckOutcome::Passed:
-        break;
-    case CheckOutcome::Warning:
-        xml.writeTextElement(QStringLiteral("system-out"), reason);
-        break;
-    case CheckOutcome::Skipped:
-        writeFinding(QStringLiteral("skipped"));
-        break;
-    case CheckOutcome::Failed:
-        writeFinding(QStringLiteral("failure"));
-        break;
-    case CheckOutcome::Crashed:
-    case CheckOutcome::TimedOut:
-        writeFinding(QStringLiteral("error"));
-        break;
-    }
-    xml.writeEndElement();
-}
-
-void writeSuite(QXmlStreamWriter &xml, const PluginReport &report)
-{
-    qint64 milliseconds = 0;
-    for (const CheckResult &result : report.results)
-        milliseconds += result.milliseconds;
-    xml.writeStartElement(QStringLiteral("testsuite"));
-    xml.writeAttribute(QStringLiteral("name"), xmlText(QFileInfo(report.fileName).fileName()));
-    xml.writeAttribute(QStringLiteral("tests"), QString::number(report.results.size()));
-    xml.writeAttribute(QStringLiteral("failures"), QString::number(count(report, CheckOutcome::Failed)));
-    xml.writeAttribute(
-        QStringLiteral("errors"),
-        QString::number(count(report, CheckOutcome::Crashed) + count(report, CheckOutcome::TimedOut)));
-    xml.writeAttribute(QStringLiteral("skipped"), QString::number(count(report, CheckOutcome::Skipped)));
-    xml.writeAttribute(QStringLiteral("time"), seconds(milliseconds));
-    for (const CheckResult &result : report.results)
-        writeCase(xml, result);
-    xml.writeEndElement();
-}
 } // namespace
 
-CheckVerdict verdictOf(const QVector<PluginReport> &reports)
+CheckVerdict verdictOf(const QVector<PluginReport> &reports, bool isStrict)
 {
     CheckVerdict verdict = CheckVerdict::Passed;
     for (const PluginReport &report : reports)
-        verdict = std::max(verdict, verdictOf(report));
+        verdict = std::max(verdict, verdictOf(report, isStrict));
     return verdict;
 }
 
-QString verdictLine(const QVector<PluginReport> &reports)
+QString verdictLine(const QVector<PluginReport> &reports, bool isStrict)
 {
     QStringList parts;
     for (const CheckOutcome outcome : {CheckOutcome::Passed, CheckOutcome::Warning, CheckOutcome::Skipped,
@@ -154,25 +82,27 @@ QString verdictLine(const QVector<PluginReport> &reports)
         if (number > 0)
             parts.append(QStringLiteral("%1 %2").arg(number).arg(outcomeWord(outcome)));
     }
-    return verdictWord(verdictOf(reports)) + QLatin1String(": ") + parts.join(QLatin1String(", "));
+    return verdictWord(verdictOf(reports, isStrict)) + QLatin1String(": ") + parts.join(QLatin1String(", "));
 }
 
-QString textReport(const QVector<PluginReport> &reports)
+QString textReport(const QVector<PluginReport> &reports, const CheckReportOptions &options)
 {
     QString text;
     for (const PluginReport &report : reports) {
         text += messageLine(report.fileName) + QLatin1Char('\n');
         for (const CheckResult &result : report.results) {
+            if (options.isOnlyFailed && result.outcome == CheckOutcome::Passed)
+                continue;
             text += QStringLiteral("  %1 %2").arg(outcomeWord(result.outcome), -9).arg(result.id);
             if (!result.reason.isEmpty())
                 text += QLatin1String(": ") + inOneLine(result.reason);
             text += QLatin1Char('\n');
         }
     }
-    return text + verdictLine(reports) + QLatin1Char('\n');
+    return text + verdictLine(reports, options.isStrict) + QLatin1Char('\n');
 }
 
-QByteArray jsonReport(const QVector<PluginReport> &reports)
+QByteArray jsonReport(const QVector<PluginReport> &reports, const CheckReportOptions &options)
 {
     QByteArray bytes;
     JsonWriter json(bytes, JsonWriter::OnLines, 4);
@@ -180,6 +110,8 @@ QByteArray jsonReport(const QVector<PluginReport> &reports)
     for (const PluginReport &report : reports) {
         json.openObject().key("checks").openArray();
         for (const CheckResult &result : report.results) {
+            if (options.isOnlyFailed && result.outcome == CheckOutcome::Passed)
+                continue;
             json.openObject();
             json.key("id").text(result.id);
             json.key("milliseconds").number(result.milliseconds);
@@ -190,27 +122,16 @@ QByteArray jsonReport(const QVector<PluginReport> &reports)
         }
         json.close();
         json.key("file").text(report.fileName);
-        json.key("verdict").text(verdictWord(verdictOf(report)));
+        json.key("id").text(report.pluginId);
+        json.key("verdict").text(verdictWord(verdictOf(report, options.isStrict)));
+        json.key("version").text(report.version);
         json.close();
     }
     json.close();
-    json.key("verdict").text(verdictWord(verdictOf(reports)));
+    json.key("seed").number(qint64(options.seed));
+    json.key("verdict").text(verdictWord(verdictOf(reports, options.isStrict)));
     json.close();
     return bytes + '\n';
 }
 
-QByteArray junitReport(const QVector<PluginReport> &reports)
-{
-    QByteArray report;
-    QXmlStreamWriter xml(&report);
-    xml.setAutoFormatting(true);
-    xml.setAutoFormattingIndent(2);
-    xml.writeStartDocument();
-    xml.writeStartElement(QStringLiteral("testsuites"));
-    for (const PluginReport &plugin : reports)
-        writeSuite(xml, plugin);
-    xml.writeEndElement();
-    xml.writeEndDocument();
-    return report;
-}
 } // namespace StepHost

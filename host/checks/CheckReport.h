@@ -14,19 +14,27 @@ enum class CheckVerdict {
     Crashed, ///< A check crashed or did not end.
 };
 
-/// The verdict on \a reports.
-CheckVerdict verdictOf(const QVector<PluginReport> &reports);
+/// How reports are made.
+struct CheckReportOptions
+{
+    bool isOnlyFailed = false; ///< Leave out what passed.
+    bool isStrict = false; ///< A warning counts as a failure.
+    unsigned seed = 1; ///< What the checks were started with, to be told.
+};
+
+/// The verdict on \a reports. If \a isStrict, a warning counts as a failure.
+CheckVerdict verdictOf(const QVector<PluginReport> &reports, bool isStrict = false);
 
 /// The verdict in one line, with the numbers of outcomes.
-QString verdictLine(const QVector<PluginReport> &reports);
+QString verdictLine(const QVector<PluginReport> &reports, bool isStrict = false);
 
 /// \a reports for people: a line for each check, then the verdict.
-QString textReport(const QVector<PluginReport> &reports);
+QString textReport(const QVector<PluginReport> &reports, const CheckReportOptions &options = {});
 
 /// \a reports as one JSON object.
-QByteArray jsonReport(const QVector<PluginReport> &reports);
+QByteArray jsonReport(const QVector<PluginReport> &reports, const CheckReportOptions &options = {});
 
 /// \a reports as JUnit XML: a suite for each plug-in, a test case for each check. A crash or time-out is an
 /// `error`; a warning is a passed test case with output.
-QByteArray junitReport(const QVector<PluginReport> &reports);
+QByteArray junitReport(const QVector<PluginReport> &reports, const CheckReportOptions &options = {});
 } // namespace StepHost

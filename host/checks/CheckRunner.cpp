@@ -1,161 +1,91 @@
 #include "CheckRunner.h"
 
+#include "CheckContext.h"
+#include "CheckProcess.h"
+#include "Company.h"
+#include "host/running/Breadcrumb.h"
 #include "host/running/ProcessTree.h"
-#include "host/values/JsonWriter.h"
-#include "host/values/QuotedText.h"
 
-#include <QElapsedTimer>
+#include <QCoreApplication>
+#include <QDir>
 #include <QEventLoop>
-#include <QFile>
 #include <QFileInfo>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QProcess>
-#include <QProcessEnvironment>
-#include <QSaveFile>
+#include <QHash>
+#include <QSet>
 #include <QTemporaryDir>
 #include <QTimer>
-#include <QUuid>
 
-#include <memory>
-#include <optional>
+#include <algorithm>
 
 namespace StepHost
 {
 namespace
 {
-constexpr CheckOutcome outcomes[] = {CheckOutcome::Passed, CheckOutcome::Warning, CheckOutcome::Skipped,
-                                     CheckOutcome::Failed, CheckOutcome::Crashed, CheckOutcome::TimedOut};
+const QString unloadsId = QStringLiteral("library.unloads");
 
-std::optional<CheckOutcome> outcomeOf(const QString &word)
+/// The processes of one check.
+struct CheckJob
 {
-    for (const CheckOutcome outcome : outcomes) {
-        if (outcomeWord(outcome) == word)
-            return outcome;
-    }
-    return std::nullopt;
-}
-
-/// One check in a process of its own.
-class CheckProcess : public QObject
-{
-public:
-    CheckProcess(const QString &fileName, const QString &id, const QString &resultFile,
-                 const CheckRunOptions &options, const std::function<void(const CheckResult &)> &done);
-
-private:
-    void start();
-    void failToStart();
-    void timeOut();
-    void readErrors();
-    void finish(CheckOutcome outcome, const QString &reason);
-    void finishEnded(int exitCode, QProcess::ExitStatus status);
-
-    QString m_id;
-    QString m_resultFile;
-    int m_timeLimit;
-    std::function<void(const CheckResult &)> m_done;
-    QString m_mark = QUuid::createUuid().toString(QUuid::WithoutBraces);
-    qint64 m_processId = 0;
-    int m_starts = 0;
-    bool m_isTimedOut = false;
-    QByteArray m_errors;
-    QElapsedTimer m_elapsed;
-    QTimer m_timer;
-    ChildProcess m_process;
+    PluginCheck check;
+    QVector<CheckProcessEnd> ends; ///< One for each world.
+    int running = 0;
 };
 
-CheckProcess::CheckProcess(const QString &fileName, const QString &id, const QString &resultFile,
-                           const CheckRunOptions &options,
-                           const std::function<void(const CheckResult &)> &done)
-    : m_id(id), m_resultFile(resultFile), m_timeLimit(options.timeLimit), m_done(done)
+const QString folderPrefix = QStringLiteral("stepctl-check-");
+
+QString folderTemplate()
 {
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    markProcessTree(environment, m_mark);
-    m_process.setProcessEnvironment(environment);
-    m_process.setStandardInputFile(QProcess::nullDevice());
-    m_process.setStandardOutputFile(QProcess::nullDevice());
-    connect(&m_process, &QProcess::readyReadStandardError, this, &CheckProcess::readErrors);
-    connect(&m_process, &QProcess::started, this, [this] { m_processId = m_process.processId(); });
-    connect(&m_process, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), this,
-            &CheckProcess::finishEnded);
-    connect(&m_process, &QProcess::errorOccurred, this, [this](QProcess::ProcessError error) {
-        if (error == QProcess::FailedToStart)
-            failToStart();
-    });
-    connect(&m_timer, &QTimer::timeout, this, &CheckProcess::timeOut);
-    m_timer.setSingleShot(true);
-    m_elapsed.start();
-    m_process.setProgram(options.program);
-    m_process.setArguments(QStringList(options.arguments) << fileName << id << resultFile);
-    start();
+    return QDir::tempPath() + QLatin1Char('/') + folderPrefix
+        + QString::number(QCoreApplication::applicationPid()) + QLatin1String("-XXXXXX");
 }
 
-void CheckProcess::start()
+// Folders of programs that were killed before they could remove them.
+void removeStaleFolders()
 {
-    ++m_starts;
-    m_timer.start(m_timeLimit);
-    m_process.start();
-}
-
-// That a process does not start is the system's doing, never the plug-in's, and may be over in a moment.
-void CheckProcess::failToStart()
-{
-    constexpr int maxStarts = 3;
-    constexpr int pause = 100;
-    m_timer.stop();
-    if (m_starts < maxStarts)
-        QTimer::singleShot(pause, this, &CheckProcess::start);
-    else
-        finish(CheckOutcome::Crashed,
-               QStringLiteral("the process of the check does not start: %1").arg(m_process.errorString()));
-}
-
-void CheckProcess::timeOut()
-{
-    m_isTimedOut = true;
-    endProcessTree(m_process, m_processId, m_mark);
-}
-
-// Keeps only the end, however much there is.
-void CheckProcess::readErrors()
-{
-    constexpr int kept = 1000;
-    m_errors = (m_errors + m_process.readAllStandardError()).right(kept);
-}
-
-void CheckProcess::finish(CheckOutcome outcome, const QString &reason)
-{
-    m_timer.stop();
-    m_done({m_id, outcome, messageLine(reason), m_elapsed.elapsed()});
-}
-
-void CheckProcess::finishEnded(int exitCode, QProcess::ExitStatus status)
-{
-    endProcessTree(m_process, m_processId, m_mark);
-    if (m_isTimedOut) {
-        finish(CheckOutcome::TimedOut,
-               QStringLiteral("the check did not end within its limit of %1 ms").arg(m_timeLimit));
-        return;
+    const QFileInfoList folders =
+        QDir::temp().entryInfoList({folderPrefix + QLatin1Char('*')}, QDir::Dirs | QDir::NoSymLinks);
+    for (const QFileInfo &folder : folders) {
+        bool isId = false;
+        const qint64 id = folder.fileName().section(QLatin1Char('-'), 2, 2).toLongLong(&isId);
+        if (isId && !isRunning(id))
+            QDir(folder.filePath()).removeRecursively();
     }
-    QFile file(m_resultFile);
-    const QJsonObject result =
-        file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object() : QJsonObject();
-    const std::optional<CheckOutcome> outcome = outcomeOf(result.value(QLatin1String("outcome")).toString());
-    if (outcome && status == QProcess::NormalExit && exitCode == 0) {
-        finish(*outcome, result.value(QLatin1String("reason")).toString());
-        return;
+}
+
+int worldCount(const PluginCheck &check)
+{
+    return check.worlds == CheckWorlds::One ? 1 : 2;
+}
+
+// What the two processes of a check come to: the worse of both, or the first fact that differs.
+CheckProcessEnd togetherOf(const CheckJob &job)
+{
+    CheckProcessEnd end = job.ends.first();
+    for (const CheckProcessEnd &other : job.ends) {
+        if (other.result.outcome > end.result.outcome)
+            end = other;
     }
-    readErrors();
-    const QString when =
-        outcome ? QStringLiteral("after the check") : QStringLiteral("before the check was done");
-    QString reason = status == QProcess::CrashExit
-        ? QStringLiteral("the process crashed %1 (signal or code %2)").arg(when).arg(exitCode)
-        : QStringLiteral("the process ended %1 (exit code %2)").arg(when).arg(exitCode);
-    const QString lastLine = QString::fromUtf8(m_errors.trimmed().split('\n').last());
-    if (!lastLine.isEmpty())
-        reason += QStringLiteral("; its last words: %1").arg(lastLine);
-    finish(CheckOutcome::Crashed, reason);
+    if (end.result.outcome != CheckOutcome::Passed || job.ends.size() < 2)
+        return end;
+    const QVector<CheckFact> &here = job.ends.first().result.facts;
+    const QVector<CheckFact> &there = job.ends.last().result.facts;
+    const QString where = job.check.worlds == CheckWorlds::Elsewhere
+        ? QStringLiteral("in another process, with another locale, time zone and day,")
+        : QStringLiteral("in another process");
+    QHash<QString, QString> values;
+    for (const CheckFact &fact : there)
+        values.insert(fact.what, fact.value);
+    for (const CheckFact &fact : here) {
+        // Which facts there are may depend on the time that a process had.
+        const QString value = values.value(fact.what, fact.value);
+        if (value == fact.value)
+            continue;
+        end.result.outcome = CheckOutcome::Failed;
+        end.result.reason =
+            QStringLiteral("%1 is %2, and %3 it is %4").arg(fact.what, fact.value, where, value);
+        return end;
+    }
+    return end;
 }
 
 /// Does the checks of one plug-in.
@@ -167,83 +97,160 @@ public:
     {
     }
 
-    /// The results of `checks`, in their order.
-    QVector<CheckResult> run(const QVector<PluginCheck> &checks);
+    /// How `checks` ended, in their order.
+    QVector<CheckProcessEnd> run(const QVector<PluginCheck> &checks);
+
+    /// Whether the program was told to quit before all of them had ended.
+    bool isInterrupted() const
+    {
+        return m_ended < m_starts.size();
+    }
 
 private:
-    QVector<CheckResult> runHere(const QVector<PluginCheck> &checks) const;
-    QVector<CheckResult> notStarted(const QVector<PluginCheck> &checks) const;
+    struct Start
+    {
+        int job;
+        int world;
+    };
+
+    QVector<CheckProcessEnd> runHere(const QVector<PluginCheck> &checks) const;
+    QVector<CheckProcessEnd> notStarted(const QVector<PluginCheck> &checks) const;
     void startMore();
+    void start(const Start &start);
+    void finish(const Start &start, const CheckProcessEnd &end);
 
     QString m_fileName;
     CheckRunOptions m_options;
     std::function<void()> m_progress;
-    QTemporaryDir m_directory;
-    QVector<PluginCheck> m_checks;
-    QVector<CheckResult> m_results;
+    QTemporaryDir m_directory{folderTemplate()};
+    QVector<CheckJob> m_jobs;
+    QVector<Start> m_starts;
+    QSet<CheckProcess *> m_processes; ///< Those that run.
     int m_started = 0;
-    int m_done = 0;
+    int m_ended = 0;
     QEventLoop m_loop;
 };
 
-QVector<CheckResult> PluginRun::run(const QVector<PluginCheck> &checks)
+QVector<CheckProcessEnd> PluginRun::run(const QVector<PluginCheck> &checks)
 {
     if (m_options.program.isEmpty())
         return runHere(checks);
     if (!m_directory.isValid())
         return notStarted(checks);
-    m_checks = checks;
-    m_results = QVector<CheckResult>(checks.size());
+    m_jobs.clear();
+    m_starts.clear();
     m_started = 0;
-    m_done = 0;
+    m_ended = 0;
+    for (const PluginCheck &check : checks) {
+        const int worlds = worldCount(check);
+        for (int world = 0; world < worlds; ++world)
+            m_starts.append({m_jobs.size(), world});
+        m_jobs.append({check, QVector<CheckProcessEnd>(worlds), worlds});
+    }
     // From within the loop, so that a process that fails at once finds it running.
     QTimer::singleShot(0, &m_loop, [this] { startMore(); });
-    if (!checks.isEmpty())
+    if (!m_starts.isEmpty())
         m_loop.exec();
-    return m_results;
+    // Only where the whole program is told to quit are there any left.
+    qDeleteAll(m_processes);
+    m_processes.clear();
+    QVector<CheckProcessEnd> ends;
+    for (const CheckJob &job : qAsConst(m_jobs))
+        ends.append(togetherOf(job));
+    return ends;
 }
 
-QVector<CheckResult> PluginRun::runHere(const QVector<PluginCheck> &checks) const
+QVector<CheckProcessEnd> PluginRun::runHere(const QVector<PluginCheck> &checks) const
 {
-    QVector<CheckResult> results;
+    QVector<CheckProcessEnd> ends;
     for (const PluginCheck &check : checks) {
-        results.append(runPluginCheck(check, m_fileName, m_options.renderer));
+        const CheckSetup setup{m_options.renderer, m_options.seed, false, m_options.scripts,
+                               m_options.companions};
+        ends.append({runPluginCheck(check, m_fileName, setup), std::nullopt});
         m_progress();
     }
-    return results;
+    return ends;
 }
 
-QVector<CheckResult> PluginRun::notStarted(const QVector<PluginCheck> &checks) const
+QVector<CheckProcessEnd> PluginRun::notStarted(const QVector<PluginCheck> &checks) const
 {
-    QVector<CheckResult> results;
+    QVector<CheckProcessEnd> ends;
     for (const PluginCheck &check : checks) {
-        results.append(
-            {check.id, CheckOutcome::Crashed,
-             QStringLiteral("there is no folder for its result: %1").arg(m_directory.errorString()), 0});
+        ends.append(
+            {{check.id, CheckOutcome::Crashed,
+              QStringLiteral("there is no folder for its result: %1").arg(m_directory.errorString()), 0},
+             std::nullopt});
         m_progress();
     }
-    return results;
+    return ends;
 }
 
 void PluginRun::startMore()
 {
-    while (m_started < m_checks.size() && m_started - m_done < qMax(1, m_options.jobs)) {
-        const int number = m_started++;
-        const auto process = std::make_shared<CheckProcess *>(nullptr);
-        *process =
-            new CheckProcess(m_fileName, m_checks.at(number).id, m_directory.filePath(m_checks.at(number).id),
-                             m_options, [this, number, process](const CheckResult &result) {
-                                 if (*process)
-                                     (*process)->deleteLater();
-                                 m_results[number] = result;
-                                 ++m_done;
-                                 m_progress();
-                                 if (m_done == m_checks.size())
-                                     m_loop.quit();
-                                 else
-                                     startMore();
-                             });
+    while (m_started < m_starts.size() && m_started - m_ended < qMax(1, m_options.jobs))
+        start(m_starts.at(m_started++));
+}
+
+void PluginRun::start(const Start &start)
+{
+    const PluginCheck &check = m_jobs.at(start.job).check;
+    const QString folder = m_directory.filePath(QStringLiteral("%1-%2").arg(check.id).arg(start.world));
+    QDir().mkpath(folder);
+    const CheckTask task{m_fileName, check.id, folder,
+                         start.world > 0 && check.worlds == CheckWorlds::Elsewhere};
+    auto *process = new CheckProcess(task, m_options);
+    m_processes.insert(process);
+    process->start([this, start, process](const CheckProcessEnd &end) {
+        m_processes.remove(process);
+        process->deleteLater();
+        finish(start, end);
+    });
+}
+
+void PluginRun::finish(const Start &start, const CheckProcessEnd &end)
+{
+    CheckJob &job = m_jobs[start.job];
+    job.ends[start.world] = end;
+    ++m_ended;
+    if (--job.running == 0)
+        m_progress();
+    if (m_ended == m_starts.size())
+        m_loop.quit();
+    else
+        startMore();
+}
+
+// The results of `ends`. A process that dies while the library is unloaded dies after each check: that is told once.
+QVector<CheckResult> resultsOf(const QVector<CheckProcessEnd> &ends)
+{
+    const bool isUnloadingTold = std::any_of(ends.begin(), ends.end(), [](const CheckProcessEnd &end) {
+        return end.result.id == unloadsId && end.result.outcome >= CheckOutcome::Failed;
+    });
+    QVector<CheckResult> results;
+    for (const CheckProcessEnd &end : ends) {
+        const bool isOther = isUnloadingTold && end.result.id != unloadsId;
+        results.append(isOther && end.beforeUnloading ? *end.beforeUnloading : end.result);
     }
+    return results;
+}
+
+// What `identity.non-empty` told; empty when it was not asked.
+QString factNamed(const QVector<CheckResult> &results, const char *name)
+{
+    for (const CheckResult &result : results) {
+        if (result.id != QLatin1String("identity.non-empty"))
+            continue;
+        for (const CheckFact &fact : result.facts) {
+            if (fact.what == QLatin1String(name))
+                return fact.value;
+        }
+    }
+    return QString();
+}
+
+bool hasLoaded(const CheckProcessEnd &end)
+{
+    return end.beforeUnloading.value_or(end.result).outcome == CheckOutcome::Passed;
 }
 } // namespace
 
@@ -264,25 +271,34 @@ QVector<PluginReport> checkPlugins(const QStringList &files, const QVector<Plugi
         if (options.progress)
             options.progress(done, total);
     };
+    removeStaleFolders();
     QVector<PluginReport> reports;
     for (const QString &file : files) {
+        const QDateTime started = QDateTime::currentDateTimeUtc();
         PluginRun run(QFileInfo(file).absoluteFilePath(), options, progress);
-        const CheckResult loading = run.run({loads}).constFirst();
-        PluginReport report{file, {}};
-        const bool isLoaded = loading.outcome == CheckOutcome::Passed;
-        if (isLoadsAsked || !isLoaded)
-            report.results.append(loading);
+        QVector<CheckProcessEnd> ends = run.run({loads});
+        const bool isLoaded = hasLoaded(ends.constFirst());
+        if (run.isInterrupted())
+            break;
         if (isLoaded) {
-            report.results += run.run(others);
+            ends += run.run(others);
         } else {
             for (const PluginCheck &check : qAsConst(others)) {
-                report.results.append(
-                    {check.id, CheckOutcome::Skipped, QStringLiteral("the library does not load"), 0});
+                ends.append(
+                    {{check.id, CheckOutcome::Skipped, QStringLiteral("the library does not load"), 0},
+                     std::nullopt});
                 progress();
             }
         }
-        reports.append(report);
+        if (run.isInterrupted())
+            break;
+        QVector<CheckResult> results = resultsOf(ends);
+        if (!isLoadsAsked && results.constFirst().outcome == CheckOutcome::Passed)
+            results.removeFirst();
+        reports.append(
+            {file, results, factNamed(results, pluginIdFact), factNamed(results, versionFact), started});
     }
+    compareCompany(reports);
     return reports;
 }
 
@@ -293,14 +309,12 @@ bool runCheckWorker(const QString &fileName, const QString &id, const QString &r
     if (!check)
         return false;
     leadProcessTree();
-    const CheckResult result = runPluginCheck(*check, fileName, renderer);
-    QByteArray bytes;
-    JsonWriter json(bytes);
-    json.openObject();
-    json.key("outcome").text(outcomeWord(result.outcome));
-    json.key("reason").text(result.reason);
-    json.close();
-    QSaveFile file(resultFile);
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) >= 0 && file.commit();
+    adoptOrphans();
+    leaveBreadcrumbsIn(breadcrumbFileOf(resultFile));
+    bool isWritten = false;
+    runPluginCheck(*check, fileName, handedCheckSetup(renderer),
+                   [&](const CheckResult &result) { isWritten = writeCheckResult(resultFile, result); });
+    noteCall(endingCall);
+    return isWritten;
 }
 } // namespace StepHost

@@ -2,6 +2,7 @@
 
 #include "PluginCheck.h"
 
+#include <QDateTime>
 #include <QStringList>
 
 #include <functional>
@@ -13,6 +14,9 @@ struct PluginReport
 {
     QString fileName;
     QVector<CheckResult> results;
+    QString pluginId = QString(); ///< As the plug-in tells, where `identity.non-empty` was checked.
+    QString version = QString();
+    QDateTime started = QDateTime(); ///< When its first check began.
 };
 
 /// How plug-ins are checked.
@@ -27,19 +31,24 @@ struct CheckRunOptions
     int jobs = 1; ///< The number of checks that run at the same time.
     int timeLimit = 30000; ///< For one check, in milliseconds.
     IconRenderer renderer; ///< For checks in this process only.
+    unsigned seed = 1; ///< Of all that checks choose at random.
+    QStringList scripts; ///< Scripts whose steps are run in the checks of running, too.
+    QStringList companions; ///< Plug-ins whose steps these scripts may use, too.
 
     /// Called after every check with the number of checks that are done, and of all.
     std::function<void(int done, int total)> progress;
 };
 
-/// Does \a checks on every plug-in of \a files, each check in a process of its own. What a check's process
-/// has started is ended with it. A process that does not start is tried twice more before its check counts as
+/// Does \a checks on every plug-in of \a files, each check in a process of its own, or in two when both have to find the
+/// same. What a check's process has started is ended with it, and what it leaves in its folders is removed. A process that does not start is tried twice more before its check counts as
 /// crashed.
 ///
 /// Whether a plug-in loads is checked first, also when that is not among \a checks. If it does not, its
-/// result is part of the report and all others are skipped.
+/// result is part of the report and all others are skipped. A library whose unloading ends the process is told of
+/// once, by `library.unloads`, when that is among \a checks.
 ///
-/// Needs a `QCoreApplication`.
+/// Needs a `QCoreApplication`. When that is told to quit meanwhile, the processes that run are ended, and there is
+/// no report of the plug-in that was being checked and of those after it. Folders that a killed program left behind are removed by the next call.
 QVector<PluginReport> checkPlugins(const QStringList &files, const QVector<PluginCheck> &checks,
                                    const CheckRunOptions &options);
 

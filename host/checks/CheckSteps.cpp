@@ -1,7 +1,9 @@
 #include "CheckSteps.h"
 
 #include "CheckContext.h"
+#include "host/checks/trial/SettingValues.h"
 #include "host/plugins/EditorSchema.h"
+#include "host/running/Breadcrumb.h"
 #include "host/running/RunReport.h"
 #include "host/running/WarningCapture.h"
 #include "host/values/QuotedText.h"
@@ -21,9 +23,22 @@ public:
     static constexpr VariableScope *Operation::*scope = &OpenOperation::m_variableScope;
 };
 
-QVariant otherValue(const QVariant &value, int number)
+// One of the values that `setting` has to be able to hold, and not `value`.
+QVariant storableOther(const QMetaProperty &setting, const QVariant &value, int number)
 {
-    switch (value.userType()) {
+    const QVariantList values = storableValues(setting);
+    for (int i = 0; i < values.size(); ++i) {
+        const QVariant &other = values.at((i + number) % values.size());
+        const bool isSame = setting.isEnumType() ? other.toInt() == value.toInt() : isSameValue(other, value);
+        if (!isSame)
+            return other;
+    }
+    return QVariant();
+}
+
+QVariant otherValue(const QMetaProperty &setting, const QVariant &value, int number)
+{
+    switch (setting.isEnumType() ? int(QMetaType::UnknownType) : setting.userType()) {
     case QMetaType::QString:
         return QStringLiteral(" value %1 of %2 ").arg(number).arg(value.toString());
     case QMetaType::Bool:
@@ -32,27 +47,11 @@ QVariant otherValue(const QVariant &value, int number)
         return value.toInt() == 0 ? 1 : 0;
     case QMetaType::UInt:
         return value.toUInt() == 0 ? 1u : 0u;
-    case QMetaType::LongLong:
-        return value.toLongLong() == 0 ? qlonglong(1) : qlonglong(0);
-    case QMetaType::ULongLong:
-        return value.toULongLong() == 0 ? qulonglong(1) : qulonglong(0);
     case QMetaType::Double:
         return value.toDouble() + number + 0.5;
     default:
-        return QVariant();
+        return storableOther(setting, value, number);
     }
-}
-
-QString valueText(const QVariant &value)
-{
-    if (value.userType() == QMetaType::QString)
-        return quoted(value.toString());
-    return QStringLiteral("%1 (%2)").arg(value.toString(), QString::fromUtf8(value.typeName()));
-}
-
-bool isSame(const QVariant &a, const QVariant &b)
-{
-    return a.userType() == b.userType() && a == b;
 }
 
 void setAll(Operation &step, int type, const QVariant &value)
@@ -128,16 +127,16 @@ void expectSettings(const Operation &step, const QVariantList &expected, const Q
     const QVector<QMetaProperty> settings = settingsOf(step);
     const QVariantList actual = readSettings(step);
     for (int i = 0; i < settings.size(); ++i) {
-        if (!isSame(actual.at(i), expected.value(i)))
+        if (!isSameValue(actual.at(i), expected.value(i)))
             fail(QStringLiteral("%1, the setting %2 is %3 instead of %4")
-                     .arg(what, quoted(QString::fromUtf8(settings.at(i).name())), valueText(actual.at(i)),
-                          valueText(expected.value(i))));
+                     .arg(what, quoted(QString::fromUtf8(settings.at(i).name())), shownValue(actual.at(i)),
+                          shownValue(expected.value(i))));
     }
 }
 
 void changeSetting(Operation &step, const QMetaProperty &setting)
 {
-    const QVariant value = otherValue(setting.read(&step), setting.propertyIndex());
+    const QVariant value = otherValue(setting, setting.read(&step), setting.propertyIndex());
     if (value.isValid())
         setting.write(&step, value);
 }
@@ -147,6 +146,17 @@ void changeSettings(Operation &step)
     const QVector<QMetaProperty> settings = settingsOf(step);
     for (const QMetaProperty &setting : settings)
         changeSetting(step, setting);
+}
+
+void changeTexts(Operation &step)
+{
+    const QVector<QMetaProperty> settings = settingsOf(step);
+    for (const QMetaProperty &setting : settings) {
+        const QString text =
+            setting.userType() == QMetaType::QString ? setting.read(&step).toString() : QString();
+        if (!text.isEmpty())
+            setting.write(&step, QString(QLatin1Char(' ') + text + QLatin1String(" and more ")));
+    }
 }
 
 const QStringList &hostileTexts()
@@ -243,6 +253,7 @@ void forEachRun(CheckContext &context, const std::function<void(VariableScope &)
             step.setVariableScope(&scope);
             {
                 WarningCapture log;
+                noteCall("doOperation()", &step);
                 step.doOperation();
                 run.warnings =
                     log.takeLines().join(QLatin1Char('\n')).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
@@ -260,7 +271,7 @@ QString settingsText(const StepRun &run)
     const QVector<QMetaProperty> settings = settingsOf(run.step);
     for (int i = 0; i < settings.size(); ++i)
         texts.append(QString::fromUtf8(settings.at(i).name()) + QLatin1String(" = ")
-                     + valueText(run.settings.at(i)));
+                     + shownValue(run.settings.at(i)));
     return texts.isEmpty() ? QStringLiteral("no settings") : texts.join(QLatin1String(", "));
 }
 } // namespace StepHost

@@ -29,6 +29,9 @@ void changeSetting(Operation &step, const QMetaProperty &setting);
 /// The same for every setting of \a step. No two texts become the same.
 void changeSettings(Operation &step);
 
+/// Gives every text setting of \a step that is not empty a longer text.
+void changeTexts(Operation &step);
+
 /// Texts that users do not type and files can hold.
 const QStringList &hostileTexts();
 

@@ -1,6 +1,7 @@
 #include "PluginCheck.h"
 
 #include "CheckContext.h"
+#include "host/running/Breadcrumb.h"
 #include "host/values/QuotedText.h"
 
 #include <QElapsedTimer>
@@ -32,6 +33,66 @@ QString className(const Operation &step)
 {
     return QString::fromUtf8(step.metaObject()->className());
 }
+
+/// How a check ended for each of several steps.
+class StepFindings
+{
+public:
+    void add(const Operation &step, const CheckEnd &end);
+
+    /// Ends the check with the worst that was found, and with all steps where it was.
+    void end() const;
+
+private:
+    struct Finding
+    {
+        CheckEnd end;
+        QStringList classes;
+    };
+
+    int m_steps = 0;
+    QVector<Finding> m_findings;
+};
+
+void StepFindings::add(const Operation &step, const CheckEnd &end)
+{
+    ++m_steps;
+    if (end.outcome == CheckOutcome::Passed)
+        return;
+    for (Finding &finding : m_findings) {
+        if (finding.end.outcome == end.outcome && finding.end.reason == end.reason) {
+            finding.classes.append(className(step));
+            return;
+        }
+    }
+    m_findings.append({end, {className(step)}});
+}
+
+void StepFindings::end() const
+{
+    constexpr int shownFindings = 3;
+    for (const CheckOutcome outcome : {CheckOutcome::Failed, CheckOutcome::Warning, CheckOutcome::Skipped}) {
+        QStringList texts;
+        for (const Finding &finding : m_findings) {
+            if (finding.end.outcome != outcome)
+                continue;
+            // What could not be looked at is rarely a matter of the step.
+            if (outcome == CheckOutcome::Skipped && finding.classes.size() == m_steps) {
+                texts.append(finding.end.reason);
+                continue;
+            }
+            QString classes = finding.classes.first();
+            if (finding.classes.size() > 1)
+                classes += QStringLiteral(" and %1 more").arg(finding.classes.size() - 1);
+            texts.append(classes + QLatin1String(": ") + finding.end.reason);
+        }
+        const int hidden = texts.size() - shownFindings;
+        if (hidden > 0)
+            texts = texts.mid(0, shownFindings) << QStringLiteral("and %1 more").arg(hidden);
+        if (!texts.isEmpty())
+            throw CheckEnd{outcome, texts.join(QLatin1String("; "))};
+    }
+}
 } // namespace
 
 QString outcomeWord(CheckOutcome outcome)
@@ -55,9 +116,10 @@ QString outcomeWord(CheckOutcome outcome)
 
 const QVector<PluginCheck> &pluginChecks()
 {
-    static const QVector<PluginCheck> checks = libraryChecks() + identityChecks() + prototypeChecks()
-        + cloneChecks() + settingsChecks() + schemaChecks() + textChecks() + iconChecks()
-        + persistenceChecks() + runningChecks();
+    static const QVector<PluginCheck> checks = libraryChecks() + fileChecks() + identityChecks()
+        + nameChecks() + prototypeChecks() + cloneChecks() + settingsChecks() + schemaChecks() + textChecks()
+        + iconChecks() + persistenceChecks() + recordChecks() + runningChecks() + resultChecks()
+        + mannerChecks();
     return checks;
 }
 
@@ -69,15 +131,20 @@ const PluginCheck *findPluginCheck(const QString &id)
     return it == checks.end() ? nullptr : &*it;
 }
 
-CheckResult runPluginCheck(const PluginCheck &check, const QString &fileName, const IconRenderer &renderer)
+CheckResult runPluginCheck(const PluginCheck &check, const QString &fileName, const CheckSetup &setup,
+                           const std::function<void(const CheckResult &)> &done)
 {
     QElapsedTimer timer;
     timer.start();
     // Outlives what the check throws, which may be of a class that only the plug-in knows.
-    CheckContext context(fileName, renderer);
+    CheckContext context(fileName, setup);
     const CheckEnd end = endOf([&] { check.run(context); });
     // Much of a reason may be what the plug-in says.
-    return {check.id, end.outcome, messageLine(end.reason), timer.elapsed()};
+    const CheckResult result{check.id, end.outcome, messageLine(end.reason), timer.elapsed(),
+                             context.facts()};
+    if (done)
+        done(result);
+    return result;
 }
 
 void fail(const QString &reason)
@@ -95,21 +162,38 @@ void skip(const QString &reason)
     throw CheckEnd{CheckOutcome::Skipped, reason};
 }
 
-CheckContext::CheckContext(const QString &fileName, const IconRenderer &renderer)
-    : m_fileName(fileName), m_renderer(renderer), m_loader(fileName)
+CheckContext::CheckContext(const QString &fileName, const CheckSetup &setup)
+    : m_fileName(fileName), m_setup(setup), m_loader(fileName)
 {
     m_loader.setLoadHints({}); // The default would keep the library in memory for good.
 }
 
 CheckContext::~CheckContext()
 {
+    deleteSteps();
+    noteCall(unloadingCall);
+    m_loader.unload();
+}
+
+void CheckContext::deleteSteps()
+{
+    noteCall("destructors of the steps");
     for (const QPointer<Operation> &step : qAsConst(m_steps))
         delete step.data();
-    m_loader.unload();
+    m_steps.clear();
+}
+
+bool CheckContext::unload()
+{
+    deleteSteps();
+    noteCall(unloadingCall);
+    return m_loader.unload();
 }
 
 QObject &CheckContext::instance()
 {
+    if (!m_loader.isLoaded())
+        noteCall("loading of the library");
     QObject *root = m_loader.instance();
     if (!root)
         fail(QStringLiteral("the library does not load: %1").arg(m_loader.errorString()));
@@ -128,7 +212,9 @@ IOperationPlugin &CheckContext::plugin()
 
 QList<Operation *> CheckContext::newSteps()
 {
-    QList<Operation *> steps = plugin().createPrototypes();
+    IOperationPlugin &contract = plugin();
+    noteCall("createPrototypes()");
+    QList<Operation *> steps = contract.createPrototypes();
     steps.removeAll(nullptr);
     if (steps.isEmpty())
         fail(QStringLiteral("the plug-in has no prototypes"));
@@ -139,6 +225,7 @@ QList<Operation *> CheckContext::newSteps()
 
 Operation &CheckContext::cloneOf(const Operation &step)
 {
+    noteCall("clone()", &step);
     Operation *copy = step.clone(nullptr);
     if (!copy)
         fail(QStringLiteral("clone() gives null"));
@@ -153,21 +240,13 @@ void CheckContext::keep(Operation *step)
 
 void CheckContext::forEachStep(const std::function<void(Operation &)> &check)
 {
-    constexpr int shownFailures = 3;
-    QStringList failures;
+    StepFindings findings;
     const QList<Operation *> steps = newSteps();
     for (Operation *step : steps) {
-        const CheckEnd end = endOf([&] { check(*step); });
-        if (end.outcome == CheckOutcome::Failed)
-            failures.append(className(*step) + QLatin1String(": ") + end.reason);
-        else if (end.outcome != CheckOutcome::Passed)
-            throw CheckEnd(end);
+        noteCall("a call", step);
+        findings.add(*step, endOf([&] { check(*step); }));
     }
-    const int hidden = failures.size() - shownFailures;
-    if (hidden > 0)
-        failures = failures.mid(0, shownFailures) << QStringLiteral("and %1 more").arg(hidden);
-    if (!failures.isEmpty())
-        fail(failures.join(QLatin1String("; ")));
+    findings.end();
 }
 
 void CheckContext::forEachTwins(const std::function<void(Operation &, Operation &)> &check)

@@ -2,6 +2,7 @@
 
 #include <QSize>
 #include <QString>
+#include <QStringList>
 #include <QVector>
 
 #include <functional>
@@ -23,6 +24,13 @@ enum class CheckOutcome {
 /// The word for \a outcome, such as `timed out`.
 QString outcomeWord(CheckOutcome outcome);
 
+/// Something that a check was told by a plug-in, and that has to be the same in every process.
+struct CheckFact
+{
+    QString what; ///< Such as `the type id of ListAddOperation`.
+    QString value; ///< Fit for a message.
+};
+
 /// The result of one check.
 struct CheckResult
 {
@@ -30,6 +38,8 @@ struct CheckResult
     CheckOutcome outcome = CheckOutcome::Passed;
     QString reason; ///< One line; empty when the check passed.
     qint64 milliseconds = 0;
+    QVector<CheckFact> facts =
+        {}; ///< What the same check of the same plug-in has to find in another process.
 };
 
 /// What became of drawing an icon.
@@ -37,18 +47,27 @@ struct IconDrawing
 {
     bool isSupported = true; ///< Whether this kind of image can be drawn here at all.
     bool isImage = false;
-    bool isBlank = true; ///< Whether all of its pixels are transparent or have the same colour.
+    bool isBlank = true; ///< Whether all of its pixels are transparent.
 };
 
 /// Draws the image at a resource path. The library itself knows no images; a program that does hands this in.
 using IconRenderer = std::function<IconDrawing(const QString &path)>;
+
+/// In how many processes a check is done. All have to find the same facts.
+enum class CheckWorlds {
+    One,
+    Again, ///< In another process, too.
+    Elsewhere, ///< The same, where the locale, the time zone and the day are others.
+};
 
 /// One thing that a plug-in has to keep.
 struct PluginCheck
 {
     QString id; ///< Such as `clone.parent`: a family and a name.
     QString protects; ///< What the check protects, in one line.
-    void (*run)(CheckContext &context); ///< Returns when the check passes; ends it otherwise by an exception.
+    std::function<void(CheckContext &context)>
+        run; ///< Returns when the check passes; ends it otherwise by an exception.
+    CheckWorlds worlds = CheckWorlds::One;
 };
 
 /// All checks, in the order in which a plug-in's author wants to read them: a check stands after those
@@ -58,7 +77,20 @@ const QVector<PluginCheck> &pluginChecks();
 /// The check \a id; null when there is none.
 const PluginCheck *findPluginCheck(const QString &id);
 
+/// How a check is done in this process.
+struct CheckSetup
+{
+    IconRenderer renderer; ///< Without one the checks that need to draw are skipped.
+    unsigned seed = 1; ///< Of all that is chosen at random.
+    bool isElsewhere =
+        false; ///< Whether facts are compared with those of another process, which did other runs before.
+    QStringList scripts = {}; ///< The files of scripts whose steps are to be run, too; absolute paths.
+    QStringList companions =
+        {}; ///< Plug-ins whose steps the scripts may use beside those of the one under check.
+};
+
 /// Does \a check on the plug-in \a fileName here and now, in this process: a crash of the plug-in is one
-/// of the caller. Without \a renderer the checks that need to draw are skipped. Never throws.
-CheckResult runPluginCheck(const PluginCheck &check, const QString &fileName, const IconRenderer &renderer);
+/// of the caller. When it is done, and before the library is unloaded, \a done gets the result, too. Never throws.
+CheckResult runPluginCheck(const PluginCheck &check, const QString &fileName, const CheckSetup &setup,
+                           const std::function<void(const CheckResult &)> &done = {});
 } // namespace StepHost

@@ -7,6 +7,7 @@
 #include <algorithm>
 
 #if defined(Q_OS_LINUX)
+#include <dlfcn.h>
 #include <sys/resource.h>
 #include <unistd.h>
 #elif defined(Q_OS_WIN)
@@ -24,12 +25,18 @@ namespace
 {
 // A sanitizer reserves more memory than any machine has.
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr bool isSanitized = true;
+constexpr bool isBuiltSanitized = true;
 #elif defined(__has_feature)
-constexpr bool isSanitized = __has_feature(address_sanitizer) || __has_feature(thread_sanitizer);
+constexpr bool isBuiltSanitized = __has_feature(address_sanitizer) || __has_feature(thread_sanitizer);
 #else
-constexpr bool isSanitized = false;
+constexpr bool isBuiltSanitized = false;
 #endif
+
+// Whatever this program was built with: a library that was loaded may have brought the sanitizer along.
+bool isSanitized()
+{
+    return isBuiltSanitized || dlsym(RTLD_DEFAULT, "__asan_init") != nullptr;
+}
 
 // The field `name`, in KiB, of what the kernel tells about this process.
 std::optional<qint64> statusField(const QByteArray &name)
@@ -97,7 +104,7 @@ std::optional<qint64> machineMemory()
 MemoryLimit::MemoryLimit(qint64 bytes)
 {
     rlimit limit{};
-    if (isSanitized || getrlimit(RLIMIT_DATA, &limit) != 0)
+    if (isSanitized() || getrlimit(RLIMIT_DATA, &limit) != 0)
         return;
     m_previous = limit.rlim_cur;
     limit.rlim_cur = std::min(limit.rlim_cur, rlim_t(bytes));
@@ -114,10 +121,18 @@ MemoryLimit::~MemoryLimit()
     setrlimit(RLIMIT_DATA, &limit);
 }
 
+bool isInLibrary(const QString &fileName, const void *address)
+{
+    Dl_info info{};
+    return dladdr(address, &info) != 0 && info.dli_fname
+        && QFileInfo(QFile::decodeName(info.dli_fname)).canonicalFilePath()
+        == QFileInfo(fileName).canonicalFilePath();
+}
+
 MemoryGrowthLimit::MemoryGrowthLimit(qint64 bytes)
 {
     rlimit limit{};
-    if (isSanitized || getrlimit(RLIMIT_AS, &limit) != 0)
+    if (isSanitized() || getrlimit(RLIMIT_AS, &limit) != 0)
         return;
     const std::optional<qint64> size = statusField("VmSize");
     if (!size)
@@ -230,6 +245,11 @@ std::optional<qint64> machineMemory()
 MemoryLimit::MemoryLimit(qint64) { }
 
 MemoryLimit::~MemoryLimit() = default;
+
+bool isInLibrary(const QString &, const void *)
+{
+    return false;
+}
 
 MemoryGrowthLimit::MemoryGrowthLimit(qint64) { }
 

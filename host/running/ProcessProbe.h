@@ -25,6 +25,9 @@ std::optional<int> runningThreads();
 
 /// Whether the library \a fileName (an absolute path) is in memory.
 std::optional<bool> isMapped(const QString &fileName);
+
+/// Whether \a address lies in the memory of the library \a fileName. False where the system does not tell.
+bool isInLibrary(const QString &fileName, const void *address);
 /// @}
 
 /// The memory of the machine, or of the container that this process is in when that has less, in bytes. Empty where the

@@ -9,6 +9,8 @@
 #if defined(Q_OS_WIN)
 #include <windows.h>
 #else
+#include <cerrno>
+#include <csignal>
 #include <unistd.h>
 #if defined(Q_OS_LINUX)
 #include <sys/prctl.h>
@@ -56,6 +58,50 @@ void leadProcessTree()
 #endif
 #endif
 }
+
+bool isRunning(qint64 id)
+{
+#if defined(Q_OS_WIN)
+    const HANDLE process = OpenProcess(SYNCHRONIZE, FALSE, DWORD(id));
+    if (process)
+        CloseHandle(process);
+    return process != nullptr;
+#else
+    return kill(pid_t(id), 0) == 0 || errno != ESRCH;
+#endif
+}
+
+#if defined(Q_OS_LINUX)
+void adoptOrphans()
+{
+    prctl(PR_SET_CHILD_SUBREAPER, 1);
+}
+
+QSet<qint64> childProcesses()
+{
+    QSet<qint64> children;
+    const QString folder = QStringLiteral("/proc/self/task");
+    const QStringList tasks = QDir(folder).entryList({QStringLiteral("[1-9]*")}, QDir::Dirs);
+    for (const QString &task : tasks) {
+        QFile file(folder + QLatin1Char('/') + task + QLatin1String("/children"));
+        if (!file.open(QIODevice::ReadOnly))
+            continue;
+        const QList<QByteArray> ids = file.readAll().simplified().split(' ');
+        for (const QByteArray &id : ids) {
+            if (!id.isEmpty())
+                children.insert(id.toLongLong());
+        }
+    }
+    return children;
+}
+#else
+void adoptOrphans() { }
+
+QSet<qint64> childProcesses()
+{
+    return {};
+}
+#endif
 
 void markProcessTree(QProcessEnvironment &environment, const QString &mark)
 {

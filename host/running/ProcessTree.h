@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QProcess>
+#include <QSet>
 #include <QString>
 
 class QProcessEnvironment;
@@ -21,6 +22,15 @@ public:
 /// Makes this process the head of a tree of its own: what it starts can be ended together with it. On Linux it
 /// also ends when the program that started it ends. To be called once, before anything else is started.
 void leadProcessTree();
+
+/// On Linux, makes this process the parent of what its children and their children leave behind.
+void adoptOrphans();
+
+/// Whether there is a process \a id; true where that cannot be told.
+bool isRunning(qint64 id);
+
+/// The children of this process; empty where the system does not tell.
+QSet<qint64> childProcesses();
 
 /// Marks what will be started in \a environment as belonging to the tree \a mark, a text that no other tree
 /// has.

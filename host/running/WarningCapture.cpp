@@ -6,6 +6,7 @@
 #include <QMutexLocker>
 
 #include <atomic>
+#include <utility>
 
 namespace StepHost
 {
@@ -17,6 +18,20 @@ thread_local WarningCapture *innermostCapture = nullptr;
 QBasicMutex installMutex;
 int captureCount = 0;
 std::atomic<QtMessageHandler> previousHandler{nullptr};
+
+QString levelName(QtMsgType type)
+{
+    switch (type) {
+    case QtDebugMsg:
+        return QStringLiteral("debug");
+    case QtInfoMsg:
+        return QStringLiteral("info");
+    case QtCriticalMsg:
+        return QStringLiteral("critical");
+    default:
+        return QStringLiteral("warning");
+    }
+}
 } // namespace
 
 struct CaptureHandler
@@ -25,12 +40,15 @@ struct CaptureHandler
     {
         if (type == QtWarningMsg && innermostCapture)
             innermostCapture->take(message);
+        else if (type != QtFatalMsg && innermostCapture
+                 && innermostCapture->m_levels == WarningCapture::AllLevels)
+            innermostCapture->takeOther(levelName(type), message);
         else if (const QtMessageHandler previous = previousHandler)
             previous(type, context, message);
     }
 };
 
-WarningCapture::WarningCapture() : m_outer(innermostCapture)
+WarningCapture::WarningCapture(Levels levels) : m_levels(levels), m_outer(innermostCapture)
 {
     innermostCapture = this;
     const QMutexLocker lock(&installMutex);
@@ -67,5 +85,17 @@ QStringList WarningCapture::takeLines()
     m_characters = 0;
     m_dropped = 0;
     return lines;
+}
+
+void WarningCapture::takeOther(const QString &level, const QString &message)
+{
+    constexpr int most = 1000;
+    if (m_others.size() < most)
+        m_others.append(level + QLatin1String(": ") + takenText(message));
+}
+
+QStringList WarningCapture::takeOthers()
+{
+    return std::exchange(m_others, {});
 }
 } // namespace StepHost

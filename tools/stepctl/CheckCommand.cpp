@@ -4,9 +4,16 @@
 #include "Console.h"
 #include "IconRenderer.h"
 #include "ProgressLine.h"
+#include "QuitOnSignal.h"
 #include "host/checks/CheckReport.h"
+#include "host/checks/CheckSelection.h"
+#include "host/checks/Waivers.h"
+#include "host/plugins/PluginSearch.h"
+#include "host/running/StartedProcesses.h"
+#include "host/values/InputFile.h"
 
 #include <QCoreApplication>
+#include <QFileInfo>
 #include <QThread>
 
 #include <cstring>
@@ -26,12 +33,18 @@ struct CheckArguments
 {
     QStringList plugins;
     QStringList only;
+    QStringList skip;
+    QStringList scripts;
+    QString waivers;
     QString format = QStringLiteral("text");
+    int seed = 1;
     int jobs = qMax(1, QThread::idealThreadCount());
     double timeLimit = 30;
     bool list = false;
     bool inProcess = false;
     bool quiet = false;
+    bool onlyFailed = false;
+    bool strict = false;
 };
 
 int exitStatus(CheckVerdict verdict)
@@ -57,40 +70,33 @@ QByteArray checkList()
     return text;
 }
 
-// Whether `name` is the id of `check` or its family.
-bool isNamed(const PluginCheck &check, const QString &name)
+// Whatever plug-ins there are beside the one under check, its author's scripts may use.
+QStringList companionsOf(const CheckArguments &arguments)
 {
-    return check.id == name || check.id.section(QLatin1Char('.'), 0, 0) == name;
+    QStringList files = findPlugins(QCoreApplication::applicationDirPath()).files;
+    for (const QString &plugin : arguments.plugins)
+        files.append(QFileInfo(plugin).absoluteFilePath());
+    return files;
 }
 
-// The checks that the names in `wanted` select, in the order of the table; all without names. Returns an empty text, or
-// which name there is not.
-QString selectChecks(const QStringList &wanted, QVector<PluginCheck> &selected)
+Result<QVector<Waiver>> waiversOf(const CheckArguments &arguments)
 {
-    QStringList unknown = wanted;
-    for (const PluginCheck &check : pluginChecks()) {
-        bool isWanted = wanted.isEmpty();
-        for (const QString &name : wanted) {
-            if (isNamed(check, name)) {
-                isWanted = true;
-                unknown.removeAll(name);
-            }
-        }
-        if (isWanted)
-            selected.append(check);
-    }
-    return unknown.isEmpty()
-        ? QString()
-        : QStringLiteral("--only %1: there is no such check; --list shows them all").arg(unknown.first());
+    if (arguments.waivers.isEmpty())
+        return QVector<Waiver>();
+    const Result<QByteArray> bytes = readInputFile(arguments.waivers);
+    const Result<QVector<Waiver>> waivers =
+        bytes ? readWaivers(QString::fromUtf8(*bytes)) : failure(bytes.error());
+    return waivers ? waivers : failure(arguments.waivers + QLatin1String(": ") + waivers.error());
 }
 
-QByteArray reportIn(const QString &format, const QVector<PluginReport> &reports)
+QByteArray reportIn(const QString &format, const QVector<PluginReport> &reports,
+                    const CheckReportOptions &options)
 {
     if (format == QLatin1String("json"))
-        return jsonReport(reports);
+        return jsonReport(reports, options);
     if (format == QLatin1String("junit"))
-        return junitReport(reports);
-    return textReport(reports).toUtf8();
+        return junitReport(reports, options);
+    return textReport(reports, options).toUtf8();
 }
 
 int check(const CheckArguments &arguments)
@@ -99,16 +105,23 @@ int check(const CheckArguments &arguments)
         return writeResult(checkList(), QString()) ? ExitSuccess : ExitRefused;
     if (arguments.plugins.isEmpty())
         return refuse(QStringLiteral("check: name at least one plug-in"));
-    QVector<PluginCheck> checks;
-    const QString error = selectChecks(arguments.only, checks);
-    if (!error.isEmpty())
-        return refuse(error);
+    const Result<QVector<PluginCheck>> checks = selectChecks(arguments.only, arguments.skip);
+    if (!checks)
+        return refuse(checks.error());
+
+    Result<QVector<Waiver>> waivers = waiversOf(arguments);
+    if (!waivers)
+        return refuse(waivers.error());
 
     CheckRunOptions options;
     if (!arguments.inProcess) {
         options.program = QCoreApplication::applicationFilePath();
         options.arguments = QStringList{QLatin1String(workerName)};
     }
+    options.seed = unsigned(arguments.seed);
+    for (const QString &script : arguments.scripts)
+        options.scripts.append(QFileInfo(script).absoluteFilePath());
+    options.companions = companionsOf(arguments);
     options.jobs = arguments.jobs;
     options.timeLimit = qMax(1, int(arguments.timeLimit * 1000));
     std::unique_ptr<ProgressLine> line;
@@ -116,11 +129,16 @@ int check(const CheckArguments &arguments)
         line = std::make_unique<ProgressLine>("checking:");
         options.progress = [&line](int done, int total) { line->update(done, total); };
     }
-    const QVector<PluginReport> reports = checkPlugins(arguments.plugins, checks, options);
+    const QuitOnSignal quitting;
+    const StartedProcesses started; // Also those that leave the tree of their check.
+    QVector<PluginReport> reports = checkPlugins(arguments.plugins, *checks, options);
     line.reset();
-    if (!writeResult(reportIn(arguments.format, reports), QString()))
+    quitting.raiseAgain();
+    applyWaivers(reports, *waivers);
+    const CheckReportOptions reportOptions{arguments.onlyFailed, arguments.strict, options.seed};
+    if (!writeResult(reportIn(arguments.format, reports, reportOptions), QString()))
         return ExitRefused;
-    return exitStatus(verdictOf(reports));
+    return exitStatus(verdictOf(reports, arguments.strict));
 }
 } // namespace
 
@@ -133,8 +151,23 @@ void addCheckCommand(CommandLine &commandLine)
     command.addFlag("--list", "List the checks and what each protects, and do none", arguments->list);
     command.addOption({"--only", "ID",
                        "Do only the check ID, or the checks of the family ID, such as clone. May be given\n"
-                       "more than once."},
+                       "more than once, and have a pattern: '*.texts'."},
                       arguments->only);
+    command.addOption(
+        {"--skip", "ID", "Leave out the check, the family or the pattern ID. May be given more than once."},
+        arguments->skip);
+    command.addOption(
+        {"--script", "FILE",
+         "Run the steps of the script FILE, too, when running is checked. It may use the steps of all\n"
+         "installed plug-ins. May be given more than once."},
+        arguments->scripts);
+    command.addOption({"--waive", "FILE",
+                       "Let what the lines of FILE name count as passed: CHECK \"part of the reason\": why"},
+                      arguments->waivers);
+    command.addNumber({"--seed", "N", "Choose what is chosen at random by the number N; 1 by default"}, 1,
+                      2147483647, arguments->seed);
+    command.addFlag("--only-failed", "Report only what did not pass", arguments->onlyFailed);
+    command.addFlag("--strict", "Count a warning as a failure", arguments->strict);
     command.addNumber(
         {"--jobs", "N", "How many checks run at the same time; as many as there are processors by default"},
         1, 256, arguments->jobs);

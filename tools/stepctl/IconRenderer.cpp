@@ -14,12 +14,12 @@ namespace
 {
 constexpr QSize drawnSize(64, 64);
 
+// A drawing of one colour may be an icon; one that nobody can see is none.
 bool isBlank(const QImage &image)
 {
-    const QRgb first = image.pixel(0, 0);
     for (int y = 0; y < image.height(); ++y) {
         for (int x = 0; x < image.width(); ++x) {
-            if (image.pixel(x, y) != first)
+            if (qAlpha(image.pixel(x, y)) != 0)
                 return false;
         }
     }

@@ -1,6 +1,7 @@
 #include "CheckCommand.h"
 #include "CommandLine.h"
 #include "ConvertCommand.h"
+#include "ExplainCommand.h"
 #include "Isolation.h"
 #include "NewPluginCommand.h"
 #include "PaletteCommand.h"
@@ -67,6 +68,7 @@ int main(int argc, char *argv[])
     addPaletteCommand(commandLine);
     addDescribeCommand(commandLine);
     addCheckCommand(commandLine);
+    addExplainCommand(commandLine);
     addConvertCommand(commandLine);
     addNewPluginCommand(commandLine);
     return commandLine.run();

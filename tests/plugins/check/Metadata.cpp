@@ -7,10 +7,12 @@
 #ifndef METADATA_IID
 #define METADATA_IID IOperationPlugin_iid
 #endif
+#ifndef METADATA_ARCHITECTURE
 #ifdef QT_NO_DEBUG
 #define METADATA_ARCHITECTURE "\0"
 #else
 #define METADATA_ARCHITECTURE "\1"
+#endif
 #endif
 
 // A CBOR map of key 2, a text of 42 bytes, and key 3, a text of 12 bytes.

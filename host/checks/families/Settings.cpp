@@ -1,5 +1,8 @@
-#include "CheckContext.h"
-#include "CheckSteps.h"
+#include "host/checks/CheckContext.h"
+#include "host/checks/CheckSteps.h"
+#include "host/checks/trial/SettingValues.h"
+#include "host/plugins/EditorSchema.h"
+#include "host/running/Breadcrumb.h"
 #include "host/values/QuotedText.h"
 
 #include <QMetaMethod>
@@ -99,6 +102,103 @@ void checkDoubles(CheckContext &context)
         "extreme numbers");
 }
 
+// Calls `check` with every setting of every step and each value that it has to be able to hold.
+void forEachValue(CheckContext &context,
+                  const std::function<void(Operation &, const QMetaProperty &, const QVariant &)> &check)
+{
+    context.forEachStep([&check](Operation &step) {
+        const QVector<QMetaProperty> settings = settingsOf(step);
+        for (const QMetaProperty &setting : settings) {
+            const QVariantList values = storableValues(setting);
+            for (const QVariant &value : values) {
+                noteCall("a setter", &step);
+                check(step, setting, value);
+            }
+        }
+    });
+}
+
+void expectRead(const Operation &step, const QMetaProperty &setting, const QVariant &value, const char *when)
+{
+    const QVariant actual = setting.read(&step);
+    const bool isSame = setting.isEnumType() ? actual.toInt() == value.toInt() : isSameValue(actual, value);
+    if (!isSame)
+        fail(QStringLiteral("the setting %1 is %2 after it was set to %3%4")
+                 .arg(nameOf(setting), shownValue(actual), shownValue(value), QLatin1String(when)));
+}
+
+void checkValues(CheckContext &context)
+{
+    forEachValue(context, [](Operation &step, const QMetaProperty &setting, const QVariant &value) {
+        setting.write(&step, value);
+        expectRead(step, setting, value, "");
+        expectRead(step, setting, value, ", when it is read again");
+    });
+}
+
+void checkAgain(CheckContext &context)
+{
+    forEachValue(context, [](Operation &step, const QMetaProperty &setting, const QVariant &value) {
+        setting.write(&step, value);
+        setting.write(&step, value);
+        expectRead(step, setting, value, " twice");
+    });
+}
+
+void checkWithScope(CheckContext &context)
+{
+    VariableScope scope;
+    fillScope(scope);
+    forEachValue(context, [&scope](Operation &step, const QMetaProperty &setting, const QVariant &value) {
+        step.setVariableScope(&scope);
+        setting.write(&step, value);
+        expectRead(step, setting, value, " while a scope was attached");
+        step.setVariableScope(nullptr);
+    });
+}
+
+// What a setting that others depend on can be.
+QVariantList branchesOf(const QMetaProperty &setting, const SettingSchema &schema)
+{
+    QVariantList values;
+    if (schema.editor == EditorKind::Choice && setting.userType() == QMetaType::Int) {
+        for (int i = 0; i < schema.choices.size(); ++i)
+            values.append(i);
+    } else if (setting.isEnumType() || setting.userType() == QMetaType::Bool) {
+        values = storableValues(setting);
+    }
+    return values;
+}
+
+void checkHidden(CheckContext &context)
+{
+    context.forEachStep([](Operation &step) {
+        const EditorSchema schema = readEditorSchema(*step.metaObject());
+        const QVector<QMetaProperty> settings = settingsOf(step);
+        for (int i = 0; i < settings.size(); ++i) {
+            const QVariantList branches = branchesOf(settings.at(i), schema.settings.at(i));
+            for (const QVariant &branch : branches) {
+                changeSettings(step);
+                QVariantList expected = readSettings(step);
+                settings.at(i).write(&step, branch);
+                expected[i] = settings.at(i).read(&step);
+                expectSettings(step, expected,
+                               QStringLiteral("after writing %1").arg(nameOf(settings.at(i))));
+                for (int other = 0; other < settings.size(); ++other) {
+                    if (other == i)
+                        continue;
+                    changeSetting(step, settings.at(other));
+                    if (isSameValue(settings.at(other).read(&step), expected.at(other))
+                        && !storableValues(settings.at(other)).isEmpty())
+                        fail(
+                            QStringLiteral("the setting %1 does not change while %2 is %3")
+                                .arg(nameOf(settings.at(other)), nameOf(settings.at(i)), shownValue(branch)));
+                }
+            }
+        }
+    });
+}
+
 void checkSeparate(CheckContext &context)
 {
     context.forEachStep([](Operation &step) {
@@ -162,6 +262,12 @@ QVector<PluginCheck> settingsChecks()
          checkIntegers},
         {"settings.booleans", "A truth value can be switched on and off.", checkBooleans},
         {"settings.doubles", "A number setting keeps the smallest and the largest number.", checkDoubles},
+        {"settings.values", "A setting keeps every value of its type, a text code unit for code unit.",
+         checkValues},
+        {"settings.again", "Writing a value again changes nothing.", checkAgain},
+        {"settings.with-scope", "Settings can be edited while a scope is attached.", checkWithScope},
+        {"settings.hidden", "A setting keeps and takes values whichever choice another one has.",
+         checkHidden},
         {"settings.separate", "Writing one setting changes no other one.", checkSeparate},
         {"settings.silent", "No signal is sent while settings are edited.", checkSilent},
     };

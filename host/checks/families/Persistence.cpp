@@ -1,5 +1,6 @@
-#include "CheckContext.h"
-#include "CheckSteps.h"
+#include "host/checks/CheckContext.h"
+#include "host/checks/CheckSteps.h"
+#include "host/running/Breadcrumb.h"
 #include "host/running/ProcessProbe.h"
 
 #include <new>
@@ -194,7 +195,9 @@ void loadMutations(Operation &step, Operation &twin, const std::function<void()>
                 break;
             }
         }
+        noteCall("loadOperation() for a damaged record", &twin);
         loadRecord(twin, mutated);
+        noteCall("toString()", &twin);
         twin.toString();
         if (i % checkInterval == 0)
             check();

@@ -1,6 +1,8 @@
-#include "CheckContext.h"
+#include "host/checks/CheckContext.h"
+#include "host/checks/snapshot/MemoryUse.h"
 #include "host/plugins/ExportedSymbols.h"
 #include "host/plugins/PluginLoader.h"
+#include "host/running/Breadcrumb.h"
 #include "host/running/ProcessProbe.h"
 #include "host/values/QuotedText.h"
 
@@ -26,7 +28,7 @@ constexpr qint64 allowedReloadGrowth = qint64(8) * 1024 * 1024;
 void checkLoads(CheckContext &context)
 {
     if (!QFileInfo(context.fileName()).isFile())
-        fail(QStringLiteral("there is no file %1").arg(quoted(context.fileName())));
+        fail(QStringLiteral("there is no file %1").arg(inOneLine(context.fileName())));
     context.plugin();
 }
 
@@ -76,6 +78,7 @@ void reload(const CheckContext &context)
         const QList<Operation *> steps = plugin->createPrototypes();
         qDeleteAll(steps);
     }
+    noteCall(unloadingCall);
     if (!loader.unload())
         fail(QStringLiteral("the library does not unload: %1").arg(loader.errorString()));
 }
@@ -105,6 +108,14 @@ void checkReloadMemory(CheckContext &context)
                  .arg(growth >> 10)
                  .arg(reloads)
                  .arg(allowedReloadGrowth >> 10));
+}
+
+void checkReloadAllocations(CheckContext &context)
+{
+    constexpr qint64 allowed = 2048;
+    const qint64 bytes = bytesLeftByEach([&context] { reload(context); });
+    if (bytes > allowed)
+        fail(QStringLiteral("each loading and unloading leaves %1 bytes allocated").arg(bytes));
 }
 
 // Fails when `count` is larger after loading and unloading than before.
@@ -288,6 +299,8 @@ QVector<PluginCheck> libraryChecks()
         {"library.unloads", "The library can be unloaded.", checkUnloads},
         {"library.reload-memory", "Loading and unloading 20 times does not make the process grow.",
          checkReloadMemory},
+        {"library.reload-allocations", "Loading and unloading leaves no memory allocated each time.",
+         checkReloadAllocations},
         {"library.reload-handles", "Loading and unloading 20 times leaves no file open.", checkReloadHandles},
         {"library.reload-threads", "Loading and unloading 20 times leaves no thread running.",
          checkReloadThreads},

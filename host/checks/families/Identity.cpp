@@ -1,4 +1,4 @@
-#include "CheckContext.h"
+#include "host/checks/CheckContext.h"
 #include "host/plugins/PluginLoader.h"
 #include "host/values/QuotedText.h"
 
@@ -34,6 +34,9 @@ void checkNonEmpty(CheckContext &context)
         fail(QStringLiteral("name() is empty"));
     if (plugin.version().isEmpty())
         fail(QStringLiteral("version() is empty"));
+    constexpr int shown = 200;
+    context.tell(QLatin1String(pluginIdFact), bounded(plugin.pluginId(), shown));
+    context.tell(QLatin1String(versionFact), bounded(plugin.version(), shown));
 }
 
 void checkIdForm(CheckContext &context)
@@ -125,6 +128,8 @@ void checkCapabilities(CheckContext &context)
 {
     const QStringList capabilities = context.plugin().requiredCapabilities();
     for (const QString &capability : capabilities) {
+        if (capabilities.count(capability) > 1)
+            fail(QStringLiteral("requiredCapabilities() has %1 twice").arg(quoted(capability)));
         if (!knownCapabilities().contains(capability))
             fail(QStringLiteral("requiredCapabilities() has %1, this host has %2")
                      .arg(quoted(capability), listText(knownCapabilities())));

@@ -1,7 +1,12 @@
-#include "CheckContext.h"
-#include "CheckSteps.h"
+#include "host/checks/CheckContext.h"
+#include "host/checks/CheckSteps.h"
+#include "host/checks/CheckTrials.h"
+#include "host/checks/trial/TrialSettings.h"
+#include "host/running/Breadcrumb.h"
 #include "host/running/WarningCapture.h"
 #include "host/values/QuotedText.h"
+
+#include <QRegularExpression>
 
 namespace StepHost
 {
@@ -13,9 +18,11 @@ void checkNoScope(CheckContext &context)
 {
     context.forEachStep([](Operation &step) {
         const WarningCapture log;
+        noteCall("doOperation() without a scope", &step);
         step.doOperation();
         changeSettings(step);
         const QVariantList settings = readSettings(step);
+        noteCall("doOperation() without a scope", &step);
         step.doOperation();
         expectSettings(step, settings, QStringLiteral("after a run without a scope"));
     });
@@ -34,6 +41,19 @@ void checkDetachedScope(CheckContext &context)
         step.doOperation();
         if (snapshotOf(scope) != before)
             fail(QStringLiteral("a run changes a scope that is no longer attached"));
+    });
+    forEachTrials(context, [](Operation &step, const StepTrials &trials) {
+        const WarningCapture log;
+        for (const Trial &trial : trials.writing) {
+            applySettings(step, trial.settings);
+            VariableScope scope = scopeFor(trial);
+            step.setVariableScope(&scope);
+            step.setVariableScope(nullptr);
+            const quint64 writes = scope.writeCount();
+            step.doOperation();
+            if (scope.writeCount() != writes)
+                fail(QStringLiteral("a run changes a scope that is no longer attached"));
+        }
     });
 }
 
@@ -55,6 +75,7 @@ void checkHostileSettings(CheckContext &context)
             VariableScope scope;
             fillScope(scope);
             step.setVariableScope(&scope);
+            noteCall("doOperation()", &step);
             step.doOperation();
             step.setVariableScope(nullptr);
         };
@@ -131,6 +152,74 @@ void checkHeldValues(CheckContext &context)
                      .arg(settingsText(run)));
     });
 }
+
+bool hasTag(const QString &line)
+{
+    static const QRegularExpression tag(QStringLiteral("\\A\\[[^\\[\\]\\s]+\\]"));
+    return tag.match(line).hasMatch();
+}
+
+void checkTag(CheckContext &context)
+{
+    forEachTrialRun(context, [](const Operation &step, const Trial &trial, const TrialRun &run) {
+        for (const QString &warning : run.warnings) {
+            if (!hasTag(warning))
+                fail(QStringLiteral("with %1 the step warns %2, which does not begin with a tag in brackets")
+                         .arg(trialText(step, trial), quoted(warning)));
+        }
+    });
+}
+
+void checkSkipIsTold(CheckContext &context)
+{
+    forEachTrials(context, [](Operation &step, const StepTrials &trials) {
+        const EditorSchema schema = readEditorSchema(*step.metaObject());
+        for (const Trial &writing : trials.writing) {
+            for (int i = 0; i < schema.settings.size(); ++i) {
+                if (!namesList(schema.settings.at(i)))
+                    continue;
+                for (const char *name : {"missing", "number", "text"}) {
+                    Trial trial = writing;
+                    if (trial.variables) // What is there under these names is the script's.
+                        break;
+                    trial.settings[i] = QString::fromLatin1(name);
+                    const TrialRun skipped = run(step, trial);
+                    if (!skipped.hasWritten && skipped.warnings.size() != 1)
+                        fail(QStringLiteral(
+                                 "with %1 the step neither writes nor says why; one warning line is due")
+                                 .arg(trialText(step, trial)));
+                }
+            }
+        }
+    });
+}
+
+void checkQuiet(CheckContext &context)
+{
+    forEachTrialRun(context, [](const Operation &step, const Trial &trial, const TrialRun &run) {
+        if (!run.others.isEmpty())
+            fail(QStringLiteral("with %1 the step writes to the log what is no warning: %2")
+                     .arg(trialText(step, trial), quoted(run.others.first())));
+    });
+}
+
+void checkContents(CheckContext &context)
+{
+    forEachTrials(context, [](Operation &step, const StepTrials &trials) {
+        for (const Trial &trial : trials.writing) {
+            for (const ScopeContent content : scopeContents()) {
+                const Trial other{trial.settings, content};
+                const TrialRun result = run(step, other);
+                if (!result.warnings.isEmpty() && !changedNames(result.before, result.after).isEmpty())
+                    fail(QStringLiteral("with %1 the step warns %2 and changes variables all the same")
+                             .arg(trialText(step, other), quoted(result.warnings.first())));
+                if (result.warnings.size() > 1)
+                    fail(QStringLiteral("with %1 one run writes %2 warning lines")
+                             .arg(trialText(step, other), QString::number(result.warnings.size())));
+            }
+        }
+    });
+}
 } // namespace
 
 QVector<PluginCheck> runningChecks()
@@ -148,6 +237,13 @@ QVector<PluginCheck> runningChecks()
         {"running.settings-kept", "Running a step changes none of its settings.", checkSettingsKept},
         {"running.twice", "A step can be run again, and is what it was before.", checkTwice},
         {"running.held-values", "A value that is held elsewhere does not change.", checkHeldValues},
+        {"running.tag", "A warning line begins with a tag in brackets.", checkTag},
+        {"running.skip-told",
+         "A step that finds no list where its settings name one says so in one warning line.",
+         checkSkipIsTold},
+        {"running.quiet", "A run writes nothing to the log but a warning.", checkQuiet},
+        {"running.contents", "A step that can write can be run on empty, short, odd and extreme values.",
+         checkContents},
     };
 }
 } // namespace StepHost

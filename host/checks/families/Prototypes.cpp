@@ -1,10 +1,12 @@
-#include "CheckContext.h"
-#include "CheckSteps.h"
+#include "host/checks/CheckContext.h"
+#include "host/checks/CheckSteps.h"
+#include "host/running/Breadcrumb.h"
 #include "host/values/QuotedText.h"
 
 #include <QHash>
 #include <QRegularExpression>
 #include <QSet>
+#include <QThread>
 
 namespace StepHost
 {
@@ -45,11 +47,14 @@ void checkSameSet(CheckContext &context)
             names.append(QString::fromUtf8(step->metaObject()->className()));
         return names;
     };
+    constexpr int calls = 12;
     const QStringList first = classNames();
-    const QStringList second = classNames();
-    if (first != second)
-        fail(QStringLiteral("two calls of createPrototypes() give different steps: %1 and %2")
-                 .arg(quoted(first.join(QLatin1Char(' '))), quoted(second.join(QLatin1Char(' ')))));
+    for (int call = 1; call < calls; ++call) {
+        const QStringList later = classNames();
+        if (first != later)
+            fail(QStringLiteral("two calls of createPrototypes() give different steps: %1 and %2")
+                     .arg(quoted(first.join(QLatin1Char(' '))), quoted(later.join(QLatin1Char(' ')))));
+    }
 }
 
 void checkHandedOver(CheckContext &context)
@@ -66,6 +71,8 @@ void checkHandedOver(CheckContext &context)
 
 void checkNoParent(CheckContext &context)
 {
+    // Once more, after others.
+    context.newSteps();
     context.forEachStep([](const Operation &step) {
         if (step.parent())
             fail(QStringLiteral("the prototype has a parent, a %1; the host has to own it")
@@ -82,16 +89,51 @@ void checkUntouched(CheckContext &context)
             fail(QStringLiteral("the prototype has a parent operation"));
         if (step.childCount() != 0)
             fail(QStringLiteral("the prototype has %1 child operations").arg(step.childCount()));
+        if (!const_cast<Operation &>(step).children().isEmpty())
+            fail(QStringLiteral("the prototype has %1 child operations")
+                     .arg(const_cast<Operation &>(step).children().size()));
+        if (baseStateOf(step) != 0)
+            fail(QStringLiteral("the prototype's base state is %1; only the host sets it")
+                     .arg(baseStateOf(step)));
+        if (step.thread() != QThread::currentThread())
+            fail(QStringLiteral("the prototype belongs to another thread"));
+        if (!step.objectName().isEmpty())
+            fail(QStringLiteral("the prototype has the object name %1; only the host gives one")
+                     .arg(quoted(step.objectName())));
     });
+}
+
+void checkOutliveRoot(CheckContext &context)
+{
+    QList<QPointer<Operation>> steps;
+    const QList<Operation *> made = context.newSteps();
+    for (Operation *step : made)
+        steps.append(step);
+    noteCall("the destructor of the root object");
+    delete &context.instance();
+    for (const QPointer<Operation> &step : qAsConst(steps)) {
+        if (!step)
+            fail(QStringLiteral(
+                "the root object deletes prototypes that it has handed out; they belong to the host"));
+        noteCall("a call after the root object was deleted", step.data());
+        step->typeId();
+        step->toString();
+        context.cloneOf(*step);
+    }
 }
 
 void checkUniqueTypeIds(CheckContext &context)
 {
-    QSet<QString> known;
+    QHash<QString, QString> known;
     context.forEachStep([&known](const Operation &step) {
-        if (known.contains(step.typeId()))
-            fail(QStringLiteral("another step has the type id %1 too").arg(quoted(step.typeId())));
-        known.insert(step.typeId());
+        const QString id = step.typeId();
+        const QString other = known.value(id.toLower());
+        if (other == id)
+            fail(QStringLiteral("another step has the type id %1 too").arg(quoted(id)));
+        if (!other.isEmpty())
+            fail(QStringLiteral("the type id %1 differs from %2 of another step in its case only")
+                     .arg(quoted(id), quoted(other)));
+        known.insert(id.toLower(), id);
     });
 }
 
@@ -212,8 +254,10 @@ QVector<PluginCheck> prototypeChecks()
          checkSameSet},
         {"prototypes.handed-over", "Prototypes belong to the host; the plug-in does not delete them.",
          checkHandedOver},
+        {"prototypes.outlive-root", "Prototypes do without the plug-in's root object.", checkOutliveRoot},
         {"prototypes.no-parent", "Prototypes have no parent that would delete them.", checkNoParent},
-        {"prototypes.untouched", "Prototypes have no scope, no parent operation and no children.",
+        {"prototypes.untouched",
+         "Prototypes are as the contract's base makes them: without scope, relatives, name and state.",
          checkUntouched},
         {"prototypes.defaults", "Every new prototype has the same default settings.", checkDefaults},
         {"prototypes.unique-type-ids", "No two steps have the same type id.", checkUniqueTypeIds},
