@@ -1,10 +1,10 @@
 #include "BinaryScript.h"
 
 #include "ScriptJson.h"
+#include "host/files/InputFile.h"
 #include "host/plugins/StepRecord.h"
 #include "host/values/CborCheck.h"
 #include "host/values/CborReader.h"
-#include "host/values/InputFile.h"
 #include "host/values/JsonReader.h"
 #include "host/values/JsonWriter.h"
 #include "host/values/QuotedText.h"

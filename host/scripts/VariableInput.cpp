@@ -1,7 +1,7 @@
 #include "VariableInput.h"
 
+#include "host/files/ValueFile.h"
 #include "host/values/QuotedText.h"
-#include "host/values/ValueFile.h"
 #include "host/values/ValueReader.h"
 #include "host/values/VarTypes.h"
 #include "host/values/VariableName.h"

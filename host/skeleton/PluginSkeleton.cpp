@@ -1,7 +1,7 @@
 #include "PluginSkeleton.h"
 
 #include "SkeletonNames.h"
-#include "host/values/LeftBehind.h"
+#include "host/files/LeftBehind.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -44,6 +44,9 @@ class JsonWriter;
 /// How deep arrays and objects may be nested in a JSON document, read or written.
 constexpr int maxJsonDepth = 512;
 
+/// How many bytes of JSON are written at most: as many as a file may have that is read.
+constexpr int maxJsonSize = 1 << 28;
+
 /// Writes \a text in the form above.
 void writeText(JsonWriter &json, const QString &text);
 

@@ -1,6 +1,5 @@
 #include "JsonWriter.h"
 
-#include "InputFile.h"
 #include "JsonValue.h"
 
 #include <algorithm>
@@ -103,7 +102,7 @@ Result<void> JsonWriter::check() const
 {
     if (m_levels.size() > std::size_t(maxJsonDepth))
         return failure(QStringLiteral("is nested deeper than %1 levels of JSON").arg(maxJsonDepth));
-    if (m_json.size() > maxInputSize)
+    if (m_json.size() > maxJsonSize)
         return failure(QStringLiteral("makes more than 256 MiB of JSON"));
     return {};
 }

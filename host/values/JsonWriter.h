@@ -55,7 +55,7 @@ public:
     JsonWriter &raw(const QByteArray &json);
 
     /// Refuses, in words that follow the name of a value, what nobody will read: more than maxJsonDepth open
-    /// arrays and objects, and more than maxInputSize bytes.
+    /// arrays and objects, and more than maxJsonSize bytes.
     Result<void> check() const;
 
 private:

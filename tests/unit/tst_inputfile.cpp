@@ -1,4 +1,4 @@
-#include "host/values/InputFile.h"
+#include "host/files/InputFile.h"
 #include "tests/support/ErrorOf.h"
 
 #include <QtTest>

@@ -1,6 +1,6 @@
 #include "host/values/JsonWriter.h"
 
-#include "host/values/InputFile.h"
+#include "host/files/InputFile.h"
 #include "host/values/JsonValue.h"
 #include "tests/support/ErrorOf.h"
 

@@ -1,6 +1,6 @@
-#include "host/values/OutputFile.h"
+#include "host/files/OutputFile.h"
 
-#include "host/values/LeftBehind.h"
+#include "host/files/LeftBehind.h"
 #include "tests/support/ErrorOf.h"
 
 #include <QThread>

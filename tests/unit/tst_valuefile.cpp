@@ -1,5 +1,5 @@
+#include "host/files/ValueFile.h"
 #include "host/values/ItemValue.h"
-#include "host/values/ValueFile.h"
 #include "tests/support/ErrorOf.h"
 
 #include <QtTest>

@@ -14,11 +14,11 @@
 #include "tools/workbench/window/PaletteModel.h"
 #include "tools/workbench/window/ScriptPane.h"
 
+#include "host/files/ValueFile.h"
 #include "host/plugins/StepCatalogue.h"
 #include "host/scripts/VariableEdits.h"
 #include "host/values/CsvText.h"
 #include "host/values/ItemValue.h"
-#include "host/values/ValueFile.h"
 #include "tests/support/ErrorOf.h"
 #include "tests/support/FixtureStep.h"
 #include "tests/support/TestPaths.h"

@@ -8,9 +8,9 @@
 #include "host/checks/CheckReport.h"
 #include "host/checks/CheckSelection.h"
 #include "host/checks/Waivers.h"
+#include "host/files/InputFile.h"
 #include "host/plugins/PluginSearch.h"
 #include "host/running/StartedProcesses.h"
-#include "host/values/InputFile.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>

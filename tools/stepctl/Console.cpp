@@ -1,6 +1,6 @@
 #include "Console.h"
 
-#include "host/values/OutputFile.h"
+#include "host/files/OutputFile.h"
 #include "host/values/QuotedText.h"
 
 #include <QLocale>

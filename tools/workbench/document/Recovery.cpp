@@ -2,8 +2,8 @@
 
 #include "ScriptDocument.h"
 #include "ScriptModel.h"
-#include "host/values/InputFile.h"
-#include "host/values/OutputFile.h"
+#include "host/files/InputFile.h"
+#include "host/files/OutputFile.h"
 #include "host/values/VariableName.h"
 
 #include <QDataStream>

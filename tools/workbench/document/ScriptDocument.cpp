@@ -2,12 +2,12 @@
 
 #include "ScriptCommands.h"
 #include "ScriptModel.h"
+#include "host/files/InputFile.h"
+#include "host/files/OutputFile.h"
 #include "host/plugins/StepCatalogue.h"
 #include "host/plugins/StepTexts.h"
 #include "host/running/RunReport.h"
 #include "host/scripts/ScriptFile.h"
-#include "host/values/InputFile.h"
-#include "host/values/OutputFile.h"
 
 #include <QDir>
 #include <QFileInfo>

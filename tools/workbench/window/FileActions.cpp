@@ -2,7 +2,7 @@
 
 #include "DifferenceDialog.h"
 #include "FileBar.h"
-#include "host/values/InputFile.h"
+#include "host/files/InputFile.h"
 #include "host/values/QuotedText.h"
 #include "tools/workbench/document/ScriptDocument.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Result.h"
+#include "host/values/Result.h"
 
 #include <QByteArray>
 

@@ -1,9 +1,9 @@
 #include "ValueFile.h"
 
-#include "CsvText.h"
 #include "InputFile.h"
-#include "ItemValue.h"
 #include "OutputFile.h"
+#include "host/values/CsvText.h"
+#include "host/values/ItemValue.h"
 
 #include <QDir>
 #include <QFileInfo>
