@@ -10,6 +10,7 @@
 #include "host/plugins/StepCatalogue.h"
 
 #include <QAbstractButton>
+#include <QApplication>
 #include <QDialog>
 #include <QPointer>
 #include <QSettings>

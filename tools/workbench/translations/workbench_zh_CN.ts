@@ -607,6 +607,10 @@
         <source>Changes that are not saved would be lost in a crash: %1</source>
         <translation>程序崩溃时，未保存的更改会丢失：%1</translation>
     </message>
+    <message>
+        <source>The run stops before its next step. Stop again to end it at once.</source>
+        <translation>将在下一步之前停止运行。再按一次“停止”则立即结束。</translation>
+    </message>
 </context>
 <context>
     <name>Workbench::PalettePane</name>

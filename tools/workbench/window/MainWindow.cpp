@@ -279,7 +279,7 @@ void MainWindow::createRunMenu()
     connect(m_runAll, &QAction::triggered, &m_session, &RunSession::runAll);
     connect(m_runTo, &QAction::triggered, this, [this] { m_session.runTo(m_script->currentRow()); });
     connect(m_runStep, &QAction::triggered, this, [this] { m_session.runStep(m_script->currentRow()); });
-    connect(m_stop, &QAction::triggered, &m_session, &RunSession::stop);
+    connect(m_stop, &QAction::triggered, this, &MainWindow::stopRun);
     connect(m_restore, &QAction::triggered, &m_session, &RunSession::restore);
 
     QMenu *menu = menuBar()->addMenu(tr("&Run"));
@@ -404,6 +404,12 @@ void MainWindow::showSession()
     m_restore->setEnabled(!isRunning && m_session.hasResult());
     if (!isRunning)
         m_progress->hide();
+}
+
+void MainWindow::stopRun()
+{
+    m_session.stop();
+    showMessage(tr("The run stops before its next step. Stop again to end it at once."));
 }
 
 void MainWindow::showProgress(int done, int total)

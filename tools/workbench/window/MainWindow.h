@@ -71,6 +71,7 @@ private:
     void goToStep(const Operation *step);
     void showStep(int row);
     void showSession();
+    void stopRun();
     void showProgress(int done, int total);
     void showMessage(const QString &message);
     void showError(const QString &title, const QString &error);
