@@ -1,10 +1,10 @@
 #include "ScriptFile.h"
 
 #include "BinaryScript.h"
+#include "host/files/FileErrors.h"
 #include "host/files/InputFile.h"
 #include "host/plugins/StepRecord.h"
 #include "host/plugins/StepSettings.h"
-#include "host/values/FileErrors.h"
 
 #include <QFileInfo>
 
