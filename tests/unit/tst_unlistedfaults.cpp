@@ -281,6 +281,7 @@ void TestUnlistedFaults::whatIsOnlyUnusualIsNotBlamed_data()
 {
     QTest::addColumn<QStringList>("families");
     const auto row = [](const char *form, const QStringList &families) { QTest::newRow(form) << families; };
+    row("sound.nothing", {}); // All families.
     row("sound.note", {"running", "prototypes", "clone", "persistence"});
     row("sound.watch", {"running", "persistence"});
     row("sound.range", {"settings", "clone", "persistence"});
