@@ -19,7 +19,7 @@ endfunction()
 
 write_plugin(18 skeleton --name NumberSteps --category 数字 --step set=设数 --step keep)
 write_plugin(21 awkward --name Default --prefix new --category "R&D <5%>, @x@ $HOME" --lang en
-    --step class --step int=%1 --step namespace=@name@)
+    --step class --step int=100% --step namespace=@name@)
 
 execute_process(
     COMMAND ${STEPCTL} new-plugin ${SKELETONS}/skeleton

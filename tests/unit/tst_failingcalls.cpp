@@ -182,7 +182,9 @@ void TestFailingCalls::leavesNothingForLong()
     QFETCH(int, signal);
     QFETCH(int, left);
     const auto leftBehind = [this] {
-        return QDir(m_folder->path()).entryList({".quillmap-unfinished-*"}, QDir::Files | QDir::Hidden).size();
+        return QDir(m_folder->path())
+            .entryList({".quillmap-unfinished-*"}, QDir::Files | QDir::Hidden)
+            .size();
     };
     QVERIFY(!write(writer, {"rename", 1, -signal}).isDone);
     QCOMPARE(leftBehind(), left);

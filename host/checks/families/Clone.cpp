@@ -99,12 +99,13 @@ void checkOutlivesSource(CheckContext &context)
 {
     context.forEachStep([&context](const Operation &prototype) {
         Operation &source = context.cloneOf(prototype);
-        const QPointer<Operation> copy(&context.cloneOf(source));
-        const QVariantList settings = readSettings(*copy);
+        Operation &copy = context.cloneOf(source);
+        const QPointer<Operation> watched(&copy);
+        const QVariantList settings = readSettings(copy);
         delete &source;
-        if (!copy)
+        if (!watched)
             fail(QStringLiteral("the clone is deleted together with its source"));
-        expectSettings(*copy, settings, QStringLiteral("after the source was deleted"));
+        expectSettings(copy, settings, QStringLiteral("after the source was deleted"));
     });
 }
 

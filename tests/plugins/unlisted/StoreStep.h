@@ -179,8 +179,7 @@ class LatinLabelStep : public StoreStep
 {
     Q_OBJECT
     Q_PROPERTY(bool extra MEMBER extra)
-    Q_CLASSINFO("prop_extra",
-                "Gr\366\337e")
+    Q_CLASSINFO("prop_extra", "Gr\366\337e")
 
 public:
     bool extra = false;
