@@ -3,6 +3,7 @@
 #include "CheckContext.h"
 #include "CheckProcess.h"
 #include "Company.h"
+#include "host/files/LeftBehind.h"
 #include "host/running/Breadcrumb.h"
 #include "host/running/ProcessTree.h"
 
@@ -31,25 +32,9 @@ struct CheckJob
     int running = 0;
 };
 
-const QString folderPrefix = QStringLiteral("stepctl-check-");
-
 QString folderTemplate()
 {
-    return QDir::tempPath() + QLatin1Char('/') + folderPrefix
-        + QString::number(QCoreApplication::applicationPid()) + QLatin1String("-XXXXXX");
-}
-
-// Folders of programs that were killed before they could remove them.
-void removeStaleFolders()
-{
-    const QFileInfoList folders =
-        QDir::temp().entryInfoList({folderPrefix + QLatin1Char('*')}, QDir::Dirs | QDir::NoSymLinks);
-    for (const QFileInfo &folder : folders) {
-        bool isId = false;
-        const qint64 id = folder.fileName().section(QLatin1Char('-'), 2, 2).toLongLong(&isId);
-        if (isId && !isRunning(id))
-            QDir(folder.filePath()).removeRecursively();
-    }
+    return QDir::tempPath() + QLatin1Char('/') + temporaryPrefix() + QLatin1String("XXXXXX");
 }
 
 int worldCount(const PluginCheck &check)
@@ -123,6 +108,7 @@ private:
     CheckRunOptions m_options;
     std::function<void()> m_progress;
     QTemporaryDir m_directory{folderTemplate()};
+    InUse m_inUse{m_directory.path()};
     QVector<CheckJob> m_jobs;
     QVector<Start> m_starts;
     QSet<CheckProcess *> m_processes; ///< Those that run.
@@ -271,7 +257,7 @@ QVector<PluginReport> checkPlugins(const QStringList &files, const QVector<Plugi
         if (options.progress)
             options.progress(done, total);
     };
-    removeStaleFolders();
+    removeLeftBehind(QDir::tempPath());
     QVector<PluginReport> reports;
     for (const QString &file : files) {
         const QDateTime started = QDateTime::currentDateTimeUtc();

@@ -9,8 +9,6 @@
 #if defined(Q_OS_WIN)
 #include <windows.h>
 #else
-#include <cerrno>
-#include <csignal>
 #include <unistd.h>
 #if defined(Q_OS_LINUX)
 #include <sys/prctl.h>
@@ -56,18 +54,6 @@ void leadProcessTree()
 #if defined(Q_OS_LINUX)
     prctl(PR_SET_PDEATHSIG, SIGKILL);
 #endif
-#endif
-}
-
-bool isRunning(qint64 id)
-{
-#if defined(Q_OS_WIN)
-    const HANDLE process = OpenProcess(SYNCHRONIZE, FALSE, DWORD(id));
-    if (process)
-        CloseHandle(process);
-    return process != nullptr;
-#else
-    return kill(pid_t(id), 0) == 0 || errno != ESRCH;
 #endif
 }
 

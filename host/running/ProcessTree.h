@@ -26,9 +26,6 @@ void leadProcessTree();
 /// On Linux, makes this process the parent of what its children and their children leave behind.
 void adoptOrphans();
 
-/// Whether there is a process \a id; true where that cannot be told.
-bool isRunning(qint64 id);
-
 /// The children of this process; empty where the system does not tell.
 QSet<qint64> childProcesses();
 

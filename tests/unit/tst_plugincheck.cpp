@@ -67,8 +67,11 @@ QVector<PluginCheck> checksOf(const QStringList &ids)
 const QStringList skippable;
 #else
 const QStringList skippable{
-    "file.stack",      "file.search-paths",    "file.needed",  "library.reload-handles",
-    "library.symbols", "library.host-symbols", "icon.renders", "icon.not-blank"};
+    "file.stack",      "file.search-paths",    "file.needed",      "library.reload-handles",
+    "library.symbols", "library.host-symbols", "icon.renders",     "icon.not-blank",
+    "manners.limits",  "manners.signals",      "manners.clocks",   "manners.descriptors",
+    "manners.threads", "manners.processes",    "manners.terminal", "manners.files",
+    "manners.output",  "manners.memory"};
 #endif
 
 bool isSkippedHere(const CheckResult &result)

@@ -119,6 +119,8 @@ private:
 
 void checkFacet(CheckContext &context, const ProcessFacet &facet)
 {
+    if (!facet.facts)
+        skip(QStringLiteral("this system does not tell"));
     if (facet.id == QLatin1String("files") && !qEnvironmentVariableIsSet(checkFolderVariable))
         skip(QStringLiteral("this process has no folders of its own"));
     std::optional<OwnTerminal> terminal;

@@ -175,11 +175,18 @@ QStringList terminal()
 
 QVector<ProcessFacet> systemFacets()
 {
-    QVector<ProcessFacet> facets{{QStringLiteral("floating-point"),
-                                  QStringLiteral("Rounding, traps and precision of numbers stay."),
-                                  floatingPoint}};
-#if defined(Q_OS_LINUX)
-    facets += {
+#if !defined(Q_OS_LINUX)
+    constexpr QStringList (*limits)() = nullptr;
+    constexpr auto signalHandling = limits;
+    constexpr auto clocks = limits;
+    constexpr auto descriptors = limits;
+    constexpr auto threads = limits;
+    constexpr auto processes = limits;
+    constexpr auto terminal = limits;
+#endif
+    return {
+        {QStringLiteral("floating-point"), QStringLiteral("Rounding, traps and precision of numbers stay."),
+         floatingPoint},
         {QStringLiteral("limits"),
          QStringLiteral("The umask, the priority and the limits of the process stay."), limits},
         {QStringLiteral("signals"), QStringLiteral("Signals are handled and blocked as before."),
@@ -191,7 +198,5 @@ QVector<ProcessFacet> systemFacets()
         {QStringLiteral("processes"), QStringLiteral("No process is left running."), processes, true},
         {QStringLiteral("terminal"), QStringLiteral("The terminal stays as it is."), terminal},
     };
-#endif
-    return facets;
 }
 } // namespace StepHost
