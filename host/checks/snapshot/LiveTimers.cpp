@@ -5,6 +5,8 @@
 #include <QMutexLocker>
 #include <QSet>
 
+#include <cstring>
+
 // Qt's hooks for debuggers; their form is fixed.
 extern Q_CORE_EXPORT quintptr qtHookData[];
 
@@ -51,8 +53,8 @@ void remove(QObject *object)
 
 void watchObjects()
 {
-    nextAdd = reinterpret_cast<Hook>(qtHookData[addHook]);
-    nextRemove = reinterpret_cast<Hook>(qtHookData[removeHook]);
+    std::memcpy(&nextAdd, &qtHookData[addHook], sizeof nextAdd);
+    std::memcpy(&nextRemove, &qtHookData[removeHook], sizeof nextRemove);
     qtHookData[addHook] = quintptr(&add);
     qtHookData[removeHook] = quintptr(&remove);
 }

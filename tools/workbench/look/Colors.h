@@ -36,7 +36,7 @@ inline QColor subdued(const QPalette &palette)
 /// What is behind a selection in a view that the keys are not for now.
 inline QColor resting(const QPalette &palette)
 {
-    const QColor base = palette.color(QPalette::Active, QPalette::Base);
+    const QColor &base = palette.color(QPalette::Active, QPalette::Base);
     return isDark(palette) ? base.lighter(220) : base.darker(115);
 }
 } // namespace Workbench::Colors
