@@ -3,6 +3,7 @@
 #include <QFile>
 #include <QMetaObject>
 
+#include <algorithm>
 #include <cstring>
 
 namespace StepHost
@@ -17,10 +18,9 @@ char *crumb = unread;
 
 char *append(char *at, const char *text)
 {
-    const std::size_t room = std::size_t(crumb + crumbSize - 1 - at);
+    const auto room = std::size_t(crumb + crumbSize - 1 - at);
     const std::size_t size = qMin(std::strlen(text), room);
-    std::memcpy(at, text, size);
-    return at + size;
+    return std::copy_n(text, size, at);
 }
 } // namespace
 

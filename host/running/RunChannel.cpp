@@ -226,7 +226,7 @@ std::optional<QByteArray> MessageReader::next()
     constexpr int lengthSize = int(sizeof(quint32));
     if (m_isBroken || m_bytes.size() < lengthSize)
         return std::nullopt;
-    const quint32 length = qFromBigEndian<quint32>(m_bytes.constData());
+    const auto length = qFromBigEndian<quint32>(m_bytes.constData());
     m_isBroken = length > quint32(std::numeric_limits<int>::max() - lengthSize);
     if (m_isBroken || m_bytes.size() - lengthSize < int(length))
         return std::nullopt;

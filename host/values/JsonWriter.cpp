@@ -143,8 +143,8 @@ void JsonWriter::breakLine()
 void JsonWriter::appendString(const QString &text)
 {
     m_json += '"';
-    for (auto from = text.cbegin(); from != text.cend();) {
-        const auto escaped = std::find_if(from, text.cend(), isEscaped);
+    for (const QChar *from = text.cbegin(); from != text.cend();) {
+        const QChar *const escaped = std::find_if(from, text.cend(), isEscaped);
         m_json += QStringView(from, escaped).toUtf8();
         from = escaped;
         if (from != text.cend())

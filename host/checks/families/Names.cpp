@@ -24,8 +24,8 @@ QVector<CheckFact> namesOf(CheckContext &context)
                               quoted(plugin.requiredCapabilities().join(QLatin1Char(' ')))},
                              {QStringLiteral("manifest().pluginId"), quoted(manifest.pluginId)},
                              {QStringLiteral("manifest().typeIdPrefix"), quoted(manifest.typeIdPrefix)}};
-    names.append({QStringLiteral("what has a weight"),
-                  quoted(QStringList(manifest.typeOrder.keys()).join(QLatin1Char(' ')))});
+    const QStringList weighed = manifest.typeOrder.keys();
+    names.append({QStringLiteral("what has a weight"), quoted(weighed.join(QLatin1Char(' ')))});
     for (auto it = manifest.typeOrder.begin(); it != manifest.typeOrder.end(); ++it)
         names.append({QStringLiteral("the weight of %1").arg(quoted(it.key())), QString::number(it.value())});
     const QList<Operation *> steps = context.newSteps();

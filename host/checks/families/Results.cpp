@@ -29,7 +29,8 @@ QString triedText(const Operation &step)
         QStringList values;
         const QVariantList fitting =
             trialValues(settings.at(i), schema.settings.at(i), settings.at(i).read(&step)).fitting;
-        for (const QVariant &value : fitting.mid(0, 4))
+        const auto some = fitting.mid(0, 4);
+        for (const QVariant &value : some)
             values.append(shownValue(value));
         texts.append(QString::fromUtf8(settings.at(i).name()) + QLatin1String(" = ")
                      + values.join(QLatin1String(" or ")));
@@ -196,7 +197,8 @@ void checkTime(CheckContext &context)
     QElapsedTimer whole;
     whole.start();
     forEachTrials(context, [&whole](Operation &step, const StepTrials &trials) {
-        for (const Trial &trial : trials.writing.mid(0, 12)) {
+        const QVector<Trial> some = trials.writing.mid(0, 12);
+        for (const Trial &trial : some) {
             if (whole.elapsed() > patience)
                 return;
             const qint64 elapsed = timeOn(step, trial, 1000);
@@ -214,7 +216,8 @@ void checkLongLists(CheckContext &context)
 {
     constexpr int most = 150; // Milliseconds.
     forEachTrials(context, [](Operation &step, const StepTrials &trials) {
-        for (const Trial &trial : trials.writing.mid(0, 2)) {
+        const QVector<Trial> some = trials.writing.mid(0, 2);
+        for (const Trial &trial : some) {
             for (const int length : {1000, 4000, 16000, 100000}) {
                 if (timeOn(step, trial, length) > most)
                     break;
@@ -288,7 +291,8 @@ void checkFreshProcess(CheckContext &context)
     // An order that differs shows in many elements.
     constexpr int manyElements = 50;
     forEachTrials(context, [&context](Operation &step, const StepTrials &trials) {
-        for (const Trial &trial : trials.writing.mid(0, 4)) {
+        const QVector<Trial> some = trials.writing.mid(0, 4);
+        for (const Trial &trial : some) {
             applySettings(step, trial.settings);
             VariableScope scope;
             fillLongScope(scope, trial.content, manyElements);

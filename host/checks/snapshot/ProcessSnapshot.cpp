@@ -21,7 +21,8 @@ QString listed(const char *word, const QStringList &facts)
 {
     constexpr int shown = 3;
     QStringList texts;
-    for (const QString &fact : facts.mid(0, shown))
+    const QStringList some = facts.mid(0, shown);
+    for (const QString &fact : some)
         texts.append(quoted(fact));
     if (facts.size() > shown)
         texts.append(QStringLiteral("and %1 more").arg(facts.size() - shown));

@@ -138,7 +138,7 @@ QVariantList textLists()
 
 bool isSameReal(double a, double b)
 {
-    return std::memcmp(&a, &b, sizeof a) == 0 || (std::isnan(a) && std::isnan(b));
+    return std::isnan(a) ? std::isnan(b) : a == b && std::signbit(a) == std::signbit(b);
 }
 
 bool isEnumeration(int type)

@@ -42,8 +42,8 @@ struct StepTrials
     int runs = 0; ///< How many runs the search took.
 };
 
-/// Gives \a step the settings of \a trial.
-void applySettings(Operation &step, const QVariantList &settings);
+/// Gives \a step the settings of a trial, in their order.
+void applySettings(Operation &step, const QVariantList &values);
 
 /// Runs \a step, as it is set, on \a scope. The step has no scope afterwards.
 TrialRun runOn(Operation &step, VariableScope &scope);
