@@ -89,8 +89,12 @@ void JoinStep::doOperation() const
     }
     if (has("running.process-dependent"))
         texts.append(QString::number(qulonglong(getpid())));
-    if (has("running.hash-order"))
-        texts = QSet<QString>(texts.begin(), texts.end()).values();
+    if (has("running.hash-order")) {
+        QSet<QString> set(texts.begin(), texts.end());
+        for (int i = 0; i < 16; ++i) // So many that two processes do not have them in one order by chance.
+            set.insert(QString::number(i));
+        texts = set.values();
+    }
     if (has("running.locale-dependent"))
         texts.append(QLocale::system().toString(1.5));
     if (m_settings.isReversed)
