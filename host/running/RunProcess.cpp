@@ -92,6 +92,8 @@ private:
         } else if (!m_isAskedToStop && m_observer.shouldStop && m_observer.shouldStop()) {
             m_isAskedToStop = true;
             m_worker.write("s");
+            // While the process has something to tell, waiting for that alone would write nothing.
+            m_worker.waitForBytesWritten(pollIntervalMs);
         }
     }
 
