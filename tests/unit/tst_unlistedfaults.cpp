@@ -215,7 +215,7 @@ constexpr Fault faults[] = {
     {"running.divides-by-zero", "running.succeeds"},
     {"running.negative-limit", "running.succeeds"},
     {"running.slow", "running.time"},
-    {"running.cubic", "running.time"},
+    {"running.busy", "running.time"},
     {"running.wrong-shape", "running.result-shape"},
     {"running.string-list", "running.result-shape"},
     {"running.marked-name", "running.named-variables"},

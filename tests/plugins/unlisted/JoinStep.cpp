@@ -151,7 +151,7 @@ QStringList JoinStep::items(const VariableScope &scope) const
         std::abort();
     limit = std::clamp(limit, 0, list.size());
     if (has("running.slow") && list.size() >= 500)
-        QThread::sleep(4);
+        QThread::msleep(2100);
     QStringList texts;
     for (int i = 0; i < limit; ++i)
         texts.append(textOf(list.at(i)));
@@ -161,12 +161,11 @@ QStringList JoinStep::items(const VariableScope &scope) const
             same += list.count(list.at(i));
         texts.append(QString::number(same));
     }
-    if (has("running.cubic")) {
-        volatile int count = 0;
-        for (int i = 0; i < list.size(); ++i)
-            for (int j = 0; j < list.size(); ++j)
-                for (int k = 0; k < list.size() / 2; ++k)
-                    count = count + 1;
+    if (has("running.busy") && list.size() >= 500) {
+        QElapsedTimer timer;
+        timer.start();
+        while (timer.elapsed() < 2100)
+            texts.removeAll(QString());
     }
     return texts;
 }
