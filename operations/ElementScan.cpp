@@ -102,7 +102,9 @@ int fewestFor(int kind)
     case QMetaType::QDateTime:
         return 100; // a local time has to be looked up
     case QMetaType::QVariantList:
-        return 7;
+    case QMetaType::QDate:
+    case QMetaType::QTime:
+        return 8;
     case -1:
         return std::numeric_limits<int>::max();
     default:
