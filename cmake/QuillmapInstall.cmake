@@ -1,4 +1,4 @@
-# What is installed and packaged: the contract's library and headers with a CMake package for plug-in authors, the
+# What is installed and packaged: the contract's library and the authors' kit with their headers and a CMake package, the
 # list plug-in and the programs. The tree can be moved: nothing in it names its own place.
 include(CMakePackageConfigHelpers)
 
@@ -32,7 +32,7 @@ if(NOT WIN32)
     set_target_properties(OperationCore PROPERTIES BUILD_WITH_INSTALL_RPATH ON)
 endif()
 
-install(TARGETS OperationCore stepctl EXPORT OperationCoreTargets)
+install(TARGETS OperationCore OperationKit stepctl EXPORT OperationCoreTargets)
 install(TARGETS ListOperPlugin EXPORT OperationCoreTargets DESTINATION ${QUILLMAP_INSTALL_PLUGINDIR})
 if(TARGET workbench)
     install(TARGETS workbench)

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "hostapi/VariableScope.h"
+
+#include <QString>
+#include <QVariant>
+
+/// A value text of a step, taken apart but not looked up.
+struct ValueRef
+{
+    bool isVariable = false; ///< The text refers to a variable.
+    QString variableName; ///< The variable's name without the mark "$"; only for a reference.
+    QString member; ///< What follows the first "." of a reference; empty when there is none.
+    QString literal; ///< The whole text, unchanged; only for a literal.
+};
+
+/// Takes \a text apart. A text of at least two characters that begins with "$" is a reference, split at
+/// the first "." of its rest unless the rest begins with it. Every other text is a literal.
+ValueRef parseValueRef(const QString &text);
+
+/// The value of \a ref.
+///
+/// A literal gives a `double` when it reads as a number, else its text. A reference gives the variable's
+/// value as it is, or one of the members Rows, Count, Columns and Items of a list (in any case of
+/// letters), or a property of an object. What cannot be found, also for a null \a scope, gives an
+/// invalid value.
+QVariant resolveValueRef(const ValueRef &ref, VariableScope *scope);

@@ -1,0 +1,11 @@
+#include "VariableNames.h"
+
+namespace
+{
+const QLatin1Char referenceMark('$');
+} // namespace
+
+QString displayVarName(const QString &name)
+{
+    return name.isEmpty() || name.startsWith(referenceMark) ? name : referenceMark + name;
+}
