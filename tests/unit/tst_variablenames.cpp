@@ -1,0 +1,44 @@
+#include "stepkit/VariableNames.h"
+
+#include <QtTest>
+
+class TestVariableNames : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void displayVarName_data();
+    void displayVarName();
+};
+
+void TestVariableNames::displayVarName_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("displayed");
+    QTest::newRow("empty") << ""
+                           << "";
+    QTest::newRow("plain") << "names"
+                           << "$names";
+    QTest::newRow("marked") << "$names"
+                            << "$names";
+    QTest::newRow("marked twice") << "$$names"
+                                  << "$$names";
+    QTest::newRow("the mark alone") << "$"
+                                    << "$";
+    QTest::newRow("blank") << " "
+                           << "$ ";
+    QTest::newRow("a blank before the mark") << " $n"
+                                             << "$ $n";
+    QTest::newRow("a mark inside") << "a$"
+                                   << "$a$";
+}
+
+void TestVariableNames::displayVarName()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, displayed);
+    QCOMPARE(::displayVarName(name), displayed);
+}
+
+QTEST_GUILESS_MAIN(TestVariableNames)
+#include "tst_variablenames.moc"
