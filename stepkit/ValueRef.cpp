@@ -70,3 +70,21 @@ QVariant resolveValueRef(const ValueRef &ref, VariableScope *scope)
     }
     return objectProperty(value, ref.member);
 }
+
+std::optional<QVariant> resolveValueAs(const QString &text, VarType type, VariableScope *scope)
+{
+    const ValueRef ref = parseValueRef(text);
+    const QVariant value = ref.isVariable ? resolveValueRef(ref, scope) : QVariant(ref.literal);
+    if (!value.isValid())
+        return std::nullopt;
+    bool accepted = false;
+    const QVariant converted = convertToVarType(value, type, &accepted);
+    return accepted ? std::make_optional(converted) : std::nullopt;
+}
+
+std::optional<int> resolveInteger(const QString &text, VariableScope *scope)
+{
+    const std::optional<QVariant> digits = resolveValueAs(text, VarType::String, scope);
+    int number = 0;
+    return digits && parseIndexText(digits->toString(), number) ? std::make_optional(number) : std::nullopt;
+}

@@ -5,6 +5,8 @@
 #include <QString>
 #include <QVariant>
 
+#include <optional>
+
 /// A value text of a step, taken apart but not looked up.
 struct ValueRef
 {
@@ -25,3 +27,17 @@ ValueRef parseValueRef(const QString &text);
 /// letters), or a property of an object. What cannot be found, also for a null \a scope, gives an
 /// invalid value.
 QVariant resolveValueRef(const ValueRef &ref, VariableScope *scope);
+
+/// What the value text \a text gives for a destination of \a type: the literal itself or, for a reference, what
+/// resolveValueRef() finds, as convertToVarType() makes it. A literal is not read as a number first: for
+/// VarType::String the text `007` stays `007`.
+///
+/// Nothing when there is no such variable or member, or \a type refuses what is there. For the settings that have a
+/// `VARREF` editor.
+std::optional<QVariant> resolveValueAs(const QString &text, VarType type, VariableScope *scope);
+
+/// The integer that \a text gives, which is a decimal number or a reference to a value whose text is one, in either
+/// case with blanks around it; a `double` without a fraction counts, one with a fraction does not.
+///
+/// Nothing for every other text. For the settings that have a `NUMVAR:INT` editor.
+std::optional<int> resolveInteger(const QString &text, VariableScope *scope);

@@ -1,6 +1,8 @@
 #include "TextJoinOperation.h"
 
-#include "TextFunctions.h"
+#include <hostapi/VariableScope.h>
+#include <stepkit/VariableNames.h>
+#include <stepkit/WarningLine.h>
 
 #include <QDataStream>
 #include <QVariant>
@@ -107,13 +109,14 @@ void TextJoinOperation::loadOperation(QDataStream &stream)
 
 QString TextJoinOperation::toString() const
 {
-    return QStringLiteral("%1: %2 -> %3").arg(typeName(), displayName(m_sourceVar), displayName(m_targetVar));
+    return QStringLiteral("%1: %2 -> %3")
+        .arg(typeName(), displayVarName(m_sourceVar), displayVarName(m_targetVar));
 }
 
 QString TextJoinOperation::description() const
 {
     return tr("用“%1”连接列表 %2 的各项，写入 %3")
-        .arg(m_separator, displayName(m_sourceVar), displayName(m_targetVar));
+        .arg(m_separator, displayVarName(m_sourceVar), displayVarName(m_targetVar));
 }
 
 Operation *TextJoinOperation::clone(QObject *parent) const

@@ -1,6 +1,9 @@
 #include "TextSplitOperation.h"
 
-#include "TextFunctions.h"
+#include <hostapi/VariableScope.h>
+#include <stepkit/ValueRef.h>
+#include <stepkit/VariableNames.h>
+#include <stepkit/WarningLine.h>
 
 #include <QDataStream>
 #include <QVariant>
@@ -85,13 +88,13 @@ void TextSplitOperation::doOperation() const
         warnSkipped("[TextSplit] 目标变量", m_targetVar, "不是列表类型，已跳过");
         return;
     }
-    const std::optional<QString> text = resolveText(m_value, *m_variableScope);
+    const std::optional<QVariant> text = resolveValueAs(m_value, VarType::String, m_variableScope);
     if (!text) {
         warnSkipped("[TextSplit] 内容", m_value, "不是文本，已跳过");
         return;
     }
     QStringList parts;
-    if (!split(*text, parts))
+    if (!split(text->toString(), parts))
         return;
     QVariantList list;
     list.reserve(parts.size());
@@ -110,7 +113,7 @@ bool TextSplitOperation::split(const QString &text, QStringList &parts) const
         parts = text.split(m_separator);
         return true;
     }
-    const int length = resolveText(m_length, *m_variableScope).value_or(QString()).trimmed().toInt();
+    const int length = resolveInteger(m_length, m_variableScope).value_or(0);
     if (length < 1) {
         warnSkipped("[TextSplit] 每段长度", m_length, "不是正整数，已跳过");
         return false;
@@ -134,14 +137,14 @@ void TextSplitOperation::loadOperation(QDataStream &stream)
 
 QString TextSplitOperation::toString() const
 {
-    return QStringLiteral("%1: %2 -> %3").arg(typeName(), m_value, displayName(m_targetVar));
+    return QStringLiteral("%1: %2 -> %3").arg(typeName(), m_value, displayVarName(m_targetVar));
 }
 
 QString TextSplitOperation::description() const
 {
     const QString sentence =
         m_mode == 0 ? tr("用“%1”拆分文本 %2，写入列表 %3") : tr("按每段 %1 个字符拆分文本 %2，写入列表 %3");
-    return sentence.arg(m_mode == 0 ? m_separator : m_length, m_value, displayName(m_targetVar));
+    return sentence.arg(m_mode == 0 ? m_separator : m_length, m_value, displayVarName(m_targetVar));
 }
 
 Operation *TextSplitOperation::clone(QObject *parent) const

@@ -43,8 +43,6 @@ constexpr TemplateFile templateFiles[] = {
     {"Plugin.h.in", "@name@.h"},
     {"Plugin.cpp.in", "@name@.cpp"},
     {"plugin.qrc.in", "@name@.qrc"},
-    {"Functions.h.in", "@Prefix@Functions.h"},
-    {"Functions.cpp.in", "@Prefix@Functions.cpp"},
     {"Step.h.in", "@StepClass@.h"},
     {"Step.cpp.in", "@StepClass@.cpp"},
     {"icon.svg.in", "images/@prefix@_@step@.svg"},
@@ -128,7 +126,6 @@ Marks marksOf(const PluginSkeleton &skeleton)
         {QStringLiteral("target"), skeleton.name.toLower()},
         {QStringLiteral("plugin_id"), skeleton.pluginId},
         {QStringLiteral("prefix"), skeleton.prefix},
-        {QStringLiteral("Prefix"), capitalised(skeleton.prefix)},
         {QStringLiteral("category"), skeleton.category},
         {QStringLiteral("FirstClass"), stepClass(skeleton, skeleton.steps.constFirst())},
     };

@@ -25,7 +25,7 @@ struct TakenName
 constexpr TakenName takenNames[] = {
     {"[A-Z0-9]+", "may be a macro's, which are in capitals; give it a small letter, such as \"CsvSteps\""},
     {"Q(t|[A-Z]).*", "begins as Qt's own names do; choose another, such as \"TextSteps\""},
-    {"I?Operation(Core|Plugin)?|IEditorRegistry|PluginManifest|VariableScope|VarType|ListOperPlugin",
+    {"I?Operation(Core|Kit|Plugin)?|IEditorRegistry|PluginManifest|VariableScope|VarType|ValueRef|ListOperPlugin",
      "is one of the host's own; choose another, such as \"TextSteps\""},
     {"(Continuous|Experimental|Nightly)[A-Za-z]*",
      "begins as targets of CTest do; choose another, such as \"TextSteps\""},
@@ -128,7 +128,7 @@ Result<void> checkNames(const PluginSkeleton &skeleton)
     if (!checked)
         return checked;
     // Files are told apart by more than the case of their names.
-    QStringList classes{capitalised(skeleton.prefix) + QLatin1String("Functions")};
+    QStringList classes;
     for (const SkeletonStep &step : skeleton.steps)
         classes.append(stepClass(skeleton, step));
     if (classes.contains(skeleton.name, Qt::CaseInsensitive))

@@ -17,8 +17,8 @@ function(write_plugin files folder)
     endif()
 endfunction()
 
-write_plugin(18 skeleton --name NumberSteps --category 数字 --step set=设数 --step keep)
-write_plugin(21 awkward --name Default --prefix new --category "R&D <5%>, @x@ $HOME" --lang en
+write_plugin(16 skeleton --name NumberSteps --category 数字 --step set=设数 --step keep)
+write_plugin(19 awkward --name Default --prefix new --category "R&D <5%>, @x@ $HOME" --lang en
     --step class --step int=100% --step namespace=@name@)
 
 execute_process(

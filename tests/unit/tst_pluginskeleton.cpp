@@ -74,8 +74,7 @@ void TestPluginSkeleton::writesWhatTheExampleBeganAs_data()
 {
     QTest::addColumn<QString>("file");
     // The files that the example has not filled in.
-    for (const char *file : {"CMakeLists.txt", "CMakePresets.json", "TextFunctions.cpp", "TextFunctions.h",
-                             "TextSteps.h", "TextSteps.qrc"})
+    for (const char *file : {"CMakeLists.txt", "CMakePresets.json", "TextSteps.h", "TextSteps.qrc"})
         QTest::newRow(file) << file;
 }
 
@@ -188,8 +187,9 @@ void TestPluginSkeleton::refusesNames_data()
             << QString("the name \"%1\" begins as Qt's own names do; choose another, such as \"TextSteps\"")
                    .arg(name);
     }
-    for (const char *name : {"Operation", "IOperationPlugin", "OperationCore", "VariableScope", "VarType",
-                             "PluginManifest", "IEditorRegistry", "ListOperPlugin"}) {
+    for (const char *name :
+         {"Operation", "IOperationPlugin", "OperationCore", "OperationKit", "ValueRef", "VariableScope",
+          "VarType", "PluginManifest", "IEditorRegistry", "ListOperPlugin"}) {
         QTest::addRow("the host's: %s", name)
             << PluginSkeleton{name, "", "text", "", none}
             << QString("the name \"%1\" is one of the host's own; choose another, such as \"TextSteps\"")
@@ -211,8 +211,8 @@ void TestPluginSkeleton::refusesNames_data()
         "the name \"Txxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx\"...\"xxxxxxxxxxxxxxxxxxxx\" (65 characters) "
         "should "
         "have at most 64 letters");
-    row("file of its own in capitals", {"TextfuncTions", "", "text", "", none},
-        "the name \"TextfuncTions\" is taken by another file of the plug-in");
+    row("file of its own in capitals", {"TextsetoperatioN", "", "text", "", none},
+        "the name \"TextsetoperatioN\" is taken by another file of the plug-in");
     row("prefix of the list steps", {"ListSteps", "", "", "", {{"add", ""}}},
         "the prefix \"list\" is that of the list steps, which hosts have already; choose another with "
         "--prefix");
@@ -220,8 +220,8 @@ void TestPluginSkeleton::refusesNames_data()
         "the step \"aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa\" should be lower-case letters and digits, at most 32, "
         "such "
         "as \"join\"");
-    row("file of its own", {"TextFunctions", "", "", "", none},
-        "the name \"TextFunctions\" is taken by another file of the plug-in");
+    row("file of its own", {"TextSetOperation", "", "", "", none},
+        "the name \"TextSetOperation\" is taken by another file of the plug-in");
     row("id without a dot", {"Text", "text", "", "", none},
         "the plug-in id \"text\" should have the form \"com.example.TextSteps\"");
     row("prefix with a dot", {"Text", "", "text.", "", none},

@@ -6,6 +6,8 @@
 
 #include <limits>
 
+Q_DECLARE_METATYPE(VarType)
+
 struct Opaque
 {
 };
@@ -53,6 +55,10 @@ private slots:
     void resolveReference_data();
     void resolveReference();
     void resolveWithoutScope();
+    void resolveValueAs_data();
+    void resolveValueAs();
+    void resolveInteger_data();
+    void resolveInteger();
 };
 
 void TestValueRef::parseValueRef_data()
@@ -247,6 +253,101 @@ void TestValueRef::resolveWithoutScope()
 {
     for (const char *text : {"$a", "$a.Count", "$a.Items", "$a.Foo"})
         QVERIFY(!::resolveValueRef(::parseValueRef(text), nullptr).isValid());
+}
+
+void TestValueRef::resolveValueAs_data()
+{
+    QTest::addColumn<VarType>("type");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<bool>("isResolved");
+    QTest::addColumn<QVariant>("value");
+
+    const auto row = [](VarType type, const char *text, const QVariant &value) {
+        QTest::addRow("'%s' as %d", text, int(type)) << type << text << true << value;
+    };
+    row(VarType::String, "007", "007");
+    row(VarType::String, " a ", " a ");
+    row(VarType::String, "", QString());
+    row(VarType::String, "$", "$");
+    row(VarType::String, "$number", "7.5");
+    row(VarType::String, "$list.Count", "2");
+    row(VarType::Int, "7.9", 7);
+    row(VarType::Int, "$number", 8);
+    row(VarType::Int, "$list.Count", 2);
+    row(VarType::Double, "1e3", 1000.0);
+    row(VarType::Bool, "是", true);
+    row(VarType::Bool, "$number", true);
+    row(VarType::List, "[1, a]", QVariantList{1.0, "a"});
+    row(VarType::List, "$list", QVariantList{1, "a"});
+    row(VarType::Table, "$list", list({list({1, "a"})}));
+    row(VarType::Int, "$empty", 0);
+    row(VarType::Undeclared, "a", "a");
+
+    const auto refuse = [](VarType type, const char *text) {
+        QTest::addRow("'%s' is not %d", text, int(type)) << type << text << false << QVariant();
+    };
+    refuse(VarType::String, "$list");
+    refuse(VarType::String, "$missing");
+    refuse(VarType::String, "$list.Foo");
+    refuse(VarType::String, "$nothing");
+    refuse(VarType::Int, "abc");
+    refuse(VarType::Int, "$list");
+    refuse(VarType::Bool, "maybe");
+    refuse(VarType::List, "1, 2");
+    refuse(VarType::Undeclared, "$missing");
+}
+
+void TestValueRef::resolveValueAs()
+{
+    QFETCH(VarType, type);
+    QFETCH(QString, text);
+    QFETCH(bool, isResolved);
+    QFETCH(QVariant, value);
+    VariableScope scope;
+    scope.set("number", 7.5);
+    scope.set("list", QVariantList{1, "a"});
+    scope.set("empty", "");
+    scope.set("nothing", QVariant());
+    const std::optional<QVariant> resolved = ::resolveValueAs(text, type, &scope);
+    QCOMPARE(resolved.has_value(), isResolved);
+    QCOMPARE(shown(resolved.value_or(QVariant())), shown(value));
+    const bool isLiteral = !::parseValueRef(text).isVariable;
+    QCOMPARE(::resolveValueAs(text, type, nullptr).has_value(), isLiteral && isResolved);
+}
+
+void TestValueRef::resolveInteger_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<bool>("isNumber");
+    QTest::addColumn<int>("number");
+    const auto row = [](const char *text, int number) {
+        QTest::addRow("'%s'", text) << text << true << number;
+    };
+    row("12", 12);
+    row(" -3 ", -3);
+    row("$int", 5);
+    row("$whole", 4);
+    row("$text", 6);
+    row("$list.Count", 2);
+    for (const char *text :
+         {"", " ", "abc", "1.5", "2147483648", "$", "$half", "$missing", "$list", "$true", " $int"})
+        QTest::addRow("no number: '%s'", text) << text << false << 0;
+}
+
+void TestValueRef::resolveInteger()
+{
+    QFETCH(QString, text);
+    QFETCH(bool, isNumber);
+    QFETCH(int, number);
+    VariableScope scope;
+    scope.set("int", 5);
+    scope.set("whole", 4.0);
+    scope.set("half", 0.5);
+    scope.set("text", " 6 ");
+    scope.set("true", true);
+    scope.set("list", QVariantList{1, "a"});
+    QCOMPARE(::resolveInteger(text, &scope).has_value(), isNumber);
+    QCOMPARE(::resolveInteger(text, &scope).value_or(0), number);
 }
 
 QTEST_GUILESS_MAIN(TestValueRef)

@@ -1,3 +1,4 @@
+#include "hostapi/VariableScope.h"
 #include "stepkit/VariableNames.h"
 
 #include <QtTest>
@@ -9,6 +10,8 @@ class TestVariableNames : public QObject
 private slots:
     void displayVarName_data();
     void displayVarName();
+    void bareVarName_data();
+    void bareVarName();
 };
 
 void TestVariableNames::displayVarName_data()
@@ -38,6 +41,31 @@ void TestVariableNames::displayVarName()
     QFETCH(QString, name);
     QFETCH(QString, displayed);
     QCOMPARE(::displayVarName(name), displayed);
+}
+
+void TestVariableNames::bareVarName_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("bare");
+    const auto row = [](const char *name, const char *bare) { QTest::addRow("'%s'", name) << name << bare; };
+    row("", "");
+    row("$", "");
+    row("names", "names");
+    row("$names", "names");
+    row("$$names", "$names");
+    row(" $names", " $names");
+    row("a$", "a$");
+}
+
+void TestVariableNames::bareVarName()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, bare);
+    QCOMPARE(::bareVarName(name), bare);
+
+    VariableScope scope;
+    scope.set(name, 1);
+    QCOMPARE(scope.names(), bare.isEmpty() ? QStringList() : QStringList(bare));
 }
 
 QTEST_GUILESS_MAIN(TestVariableNames)

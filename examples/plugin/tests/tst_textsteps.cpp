@@ -86,8 +86,12 @@ void TestTextSteps::run_data()
     split("split a literal", {{"value", "1-2-3"}, {"separator", "-"}}, {"1", "2", "3"});
     split("split a variable", {{"value", "$line"}, {"separator", ","}}, {"a", "b", "", "c"});
     split("split a number", {{"value", "$two"}, {"separator", ","}}, {"2"});
+    split("split a count of items", {{"value", "$names.Count"}, {"separator", ","}}, {"5"});
+    split("keep leading zeros", {{"value", "007"}, {"separator", ","}}, {"007"});
     split("by length", {{"value", "abcde"}, {"mode", 1}, {"length", " 2 "}}, {"ab", "cd", "e"});
     split("by the length in a variable", {{"value", "abc"}, {"mode", 1}, {"length", "$two"}}, {"ab", "c"});
+    split("by a count of items", {{"value", "abcdefg"}, {"mode", 1}, {"length", "$names.Count"}},
+          {"abcde", "fg"});
     split("by a length beyond the text", {{"value", "abc"}, {"mode", 1}, {"length", "2147483647"}}, {"abc"});
     split("nothing by length", {{"value", ""}, {"mode", 1}, {"length", "1"}}, {});
 }
