@@ -56,8 +56,8 @@ public:
 
     /// Writes the step's record to \a stream. An override calls this first, then writes its own fields.
     ///
-    /// The base's part is the base state as one `quint32`. A record holds no type id, no version and no
-    /// children; the host keeps those beside it.
+    /// The base's part is the base state as one `quint32`. A record holds no type id and no children: the
+    /// host keeps those beside it. It holds a version only when the step writes one among its own fields.
     virtual void saveOperation(QDataStream &stream) const;
 
     /// Reads what saveOperation() wrote. An override calls this first, then reads its own fields.

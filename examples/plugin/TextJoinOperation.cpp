@@ -1,6 +1,7 @@
 #include "TextJoinOperation.h"
 
 #include <hostapi/VariableScope.h>
+#include <stepkit/Records.h>
 #include <stepkit/VariableNames.h>
 #include <stepkit/WarningLine.h>
 
@@ -98,12 +99,14 @@ void TextJoinOperation::doOperation() const
 void TextJoinOperation::saveOperation(QDataStream &stream) const
 {
     Operation::saveOperation(stream);
+    writeRecordVersion(stream, 1);
     stream << m_sourceVar << m_separator << m_skipEmpty << m_targetVar;
 }
 
 void TextJoinOperation::loadOperation(QDataStream &stream)
 {
     Operation::loadOperation(stream);
+    readRecordVersion(stream, 1);
     stream >> m_sourceVar >> m_separator >> m_skipEmpty >> m_targetVar;
 }
 

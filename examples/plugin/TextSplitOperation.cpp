@@ -1,6 +1,7 @@
 #include "TextSplitOperation.h"
 
 #include <hostapi/VariableScope.h>
+#include <stepkit/Records.h>
 #include <stepkit/ValueRef.h>
 #include <stepkit/VariableNames.h>
 #include <stepkit/WarningLine.h>
@@ -126,12 +127,14 @@ bool TextSplitOperation::split(const QString &text, QStringList &parts) const
 void TextSplitOperation::saveOperation(QDataStream &stream) const
 {
     Operation::saveOperation(stream);
+    writeRecordVersion(stream, 1);
     stream << m_value << m_mode << m_separator << m_length << m_targetVar;
 }
 
 void TextSplitOperation::loadOperation(QDataStream &stream)
 {
     Operation::loadOperation(stream);
+    readRecordVersion(stream, 1);
     stream >> m_value >> m_mode >> m_separator >> m_length >> m_targetVar;
 }
 

@@ -41,7 +41,7 @@ Result<void> loadWholeRecord(Operation &step, const QByteArray &record)
     if (end.status == QDataStream::ReadPastEnd)
         return failure(QStringLiteral("the record ends too early"));
     if (end.status != QDataStream::Ok)
-        return failure(QStringLiteral("the record is damaged"));
+        return failure(QStringLiteral("the record is damaged, or one of a newer version of the step"));
     const int rest = record.size() - end.position;
     if (rest != 0)
         return failure(QStringLiteral("the step leaves %1 bytes of the record").arg(rest));

@@ -186,8 +186,8 @@ void TestBinaryScript::roundTrips_data()
         QDirIterator it(TestPaths::source(folder), {"*.json"}, QDir::Files, QDirIterator::Subdirectories);
         while (it.hasNext()) {
             const QString file = it.next();
-            // The example of a plug-in has steps of its own.
-            if (!file.contains("/examples/plugin/"))
+            // The examples of plug-ins have steps of their own.
+            if (!file.contains("/examples/plugin/") && !file.contains("/examples/records/"))
                 QTest::newRow(qPrintable(QFileInfo(file).fileName())) << contentOf(file);
         }
     }
@@ -339,7 +339,7 @@ void TestBinaryScript::refuses_data()
     row("record of another step", scriptOf(step("list.clear", clearRecord + '\x01')),
         "offset 69: step 1 (list.clear): the step leaves 1 bytes of the record");
     row("text with half a character", scriptOf(step("list.clear", baseState + block("abc"))),
-        "offset 69: step 1 (list.clear): the record is damaged");
+        "offset 69: step 1 (list.clear): the record is damaged, or one of a newer version of the step");
     row("text of 2 GiB", scriptOf(step("list.clear", baseState + number32(0x7ffffffe) + "ab")),
         "offset 69: step 1 (list.clear): the record ends too early");
     row("text that takes the next step's bytes",

@@ -169,6 +169,9 @@ constexpr Fault faults[] = {
     {"icon.not-well-formed", "icon.self-contained"},
     {"icon.empty-drawing", "icon.not-blank"},
     {"icon.huge", "icon.self-contained"},
+    {"persistence.tail-zero", "persistence.truncation"},
+    {"persistence.tail-half", "persistence.truncation"},
+    {"persistence.tail-kept", "persistence.truncation"},
     {"persistence.sets-version", "persistence.stream-kept"},
     {"persistence.sets-order", "persistence.stream-kept"},
     {"persistence.sets-precision", "persistence.stream-kept"},
@@ -289,6 +292,7 @@ void TestUnlistedFaults::whatIsOnlyUnusualIsNotBlamed_data()
     row("sound.watch", {"running", "persistence"});
     row("sound.range", {"settings", "clone", "persistence"});
     row("sound.fill", {"running", "schema", "persistence", "clone"});
+    row("sound.tail", {"settings", "clone", "persistence"});
     row("sound.names", {"identity", "texts"});
     row("sound.pool", {"manners"});
     row("sound.thread", {"manners"});

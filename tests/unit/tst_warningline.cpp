@@ -16,7 +16,8 @@ void TestWarningLine::warnings()
     const WarningLog log;
     warnSkipped("[Tag] 位置：", " a \"quoted\" 文 ");
     warnSkipped("[Tag]", QString(), "end");
-    QCOMPARE(log.take(), QStringList({R"([Tag] 位置： " a \"quoted\" 文 " ，已跳过)", R"([Tag] "" end)"}));
+    const QStringList expected{R"([Tag] 位置： " a \"quoted\" 文 " ，已跳过)", R"([Tag] "" end)"};
+    QCOMPARE(log.take(), expected);
 }
 
 QTEST_GUILESS_MAIN(TestWarningLine)

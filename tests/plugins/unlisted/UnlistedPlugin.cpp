@@ -1,6 +1,7 @@
 // A plug-in that keeps the contract, or breaks it in one way that no check was made for.
 
 #include "ActiveFault.h"
+#include "GrowingStep.h"
 #include "JoinStep.h"
 #include "Manners.h"
 #include "StoreStep.h"
@@ -69,6 +70,9 @@ Operation *newStoreStep()
         return new FillStep;
     if (has("sound.range"))
         return new RangeStep;
+    if (has("sound.tail") || has("persistence.tail-zero") || has("persistence.tail-half")
+        || has("persistence.tail-kept"))
+        return new GrowingStep;
     return new StoreStep;
 }
 
