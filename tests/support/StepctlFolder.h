@@ -26,6 +26,7 @@ public:
     StepctlFolder()
     {
         environment.remove("QUILLMAP_PLUGIN_PATH");
+        environment.insert("XDG_DATA_HOME", m_folder.filePath(".data")); // No plug-ins of the user's.
     }
 
     QString path() const

@@ -1,5 +1,4 @@
 #include "host/plugins/PluginLoader.h"
-#include "host/plugins/PluginSearch.h"
 #include "host/plugins/StepCatalogue.h"
 #include "tests/support/ErrorOf.h"
 #include "tests/support/IsLike.h"
@@ -39,9 +38,6 @@ private slots:
     void catalogueKeepsTheOrderOfPlugins();
     void catalogueRefusesADuplicateTypeId();
     void catalogueGivesNothingForAStepThatDoesNotClone();
-    void findsPluginsOfTheBuildTree();
-    void findsThePackagesOwnPluginsFirst();
-    void findsPluginsOnThePath();
 };
 
 void TestPluginLoader::loadsTheListPlugin()
@@ -253,50 +249,6 @@ void TestPluginLoader::catalogueGivesNothingForAStepThatDoesNotClone()
     QVERIFY(catalogue.addPlugin(TestPaths::fixture("HostileSteps")));
     QVERIFY(catalogue.prototype("fixture.unclonable"));
     QVERIFY(!catalogue.create("fixture.unclonable", nullptr));
-}
-
-void TestPluginLoader::findsPluginsOfTheBuildTree()
-{
-    qunsetenv("QUILLMAP_PLUGIN_PATH");
-    const FoundPlugins found = findPlugins(QCoreApplication::applicationDirPath());
-    QCOMPARE(found.files.size(), 1);
-    QCOMPARE(QFileInfo(found.files.first()), QFileInfo(TestPaths::listPlugin()));
-
-    const QTemporaryDir folder;
-    const FoundPlugins nothing = findPlugins(folder.filePath("bin"));
-    QCOMPARE(nothing.files, QStringList());
-    QCOMPARE(nothing.searched.size(), 2);
-    QCOMPARE(nothing.searched.last(), folder.filePath("plugins"));
-}
-
-// Whoever may write into the prefix beside the package gets no code into its programs.
-void TestPluginLoader::findsThePackagesOwnPluginsFirst()
-{
-    qunsetenv("QUILLMAP_PLUGIN_PATH");
-    const QTemporaryDir folder;
-    const QString own = findPlugins(folder.filePath("bin")).searched.first();
-    QVERIFY2(own.endsWith("/quillmap/plugins"), qPrintable(own));
-    for (const QString &place : {folder.filePath("plugins"), own}) {
-        QVERIFY(QDir().mkpath(place));
-        writeFile(place + "/a" + TestPaths::moduleSuffix(), "");
-    }
-    QCOMPARE(findPlugins(folder.filePath("bin")).files, QStringList(own + "/a" + TestPaths::moduleSuffix()));
-}
-
-void TestPluginLoader::findsPluginsOnThePath()
-{
-    const QTemporaryDir folder;
-    writeFile(folder.filePath("b" + TestPaths::moduleSuffix()), "");
-    writeFile(folder.filePath("a" + TestPaths::moduleSuffix()), "");
-    writeFile(folder.filePath("notes.txt"), "");
-    const QStringList path = {folder.path(), "/no/such/folder", TestPaths::listPlugin()};
-    qputenv("QUILLMAP_PLUGIN_PATH", path.join(QDir::listSeparator()).toUtf8());
-    const FoundPlugins found = findPlugins(QCoreApplication::applicationDirPath());
-    qunsetenv("QUILLMAP_PLUGIN_PATH");
-    QCOMPARE(found.files,
-             (QStringList{folder.filePath("a" + TestPaths::moduleSuffix()),
-                          folder.filePath("b" + TestPaths::moduleSuffix()), TestPaths::listPlugin()}));
-    QCOMPARE(found.searched, path);
 }
 
 QTEST_GUILESS_MAIN(TestPluginLoader)
