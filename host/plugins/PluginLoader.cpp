@@ -127,6 +127,14 @@ QStringList knownCapabilities()
     return {QStringLiteral("hasListType")};
 }
 
+PluginError pluginError(PluginRefusal refusal, const QString &fileName, const QString &reason,
+                        const PluginManifest &manifest)
+{
+    const QString &prefix = manifest.typeIdPrefix;
+    return {refusal, QStringLiteral("plug-in \"%1\" is refused: %2").arg(fileName, reason), fileName,
+            QString(prefix.constData(), prefix.size())};
+}
+
 Plugin::Plugin(const QString &fileName) : m_loader(fileName)
 {
     // By default Qt keeps a library loaded for good.
@@ -200,8 +208,8 @@ Result<std::unique_ptr<Plugin>, PluginError> loadPlugin(const QString &fileName)
     }
 
     if (!verdict) {
-        return refuse(verdict.error().refusal,
-                      QStringLiteral("plug-in \"%1\" is refused: %2").arg(fileName, verdict.error().reason));
+        return tl::unexpected<PluginError>(
+            pluginError(verdict.error().refusal, fileName, verdict.error().reason, plugin->m_manifest));
     }
     return plugin;
 }

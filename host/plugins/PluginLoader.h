@@ -26,6 +26,7 @@ enum class PluginRefusal {
     UnknownCapability, ///< It needs a capability that this host does not have.
     BadPrototype, ///< A prototype is null, listed twice, owned by another object, or without a type id.
     ForeignTypeId, ///< A type id does not begin with the manifest's prefix.
+    DuplicatePlugin, ///< A plug-in of the same id is loaded, of the same version or another one.
     DuplicateTypeId, ///< Two prototypes, of this plug-in or of two loaded ones, have the same type id.
     Threw, ///< A member of the plug-in threw an exception.
 };
@@ -36,7 +37,14 @@ struct PluginError
 {
     PluginRefusal refusal;
     QString reason;
+    QString fileName = QString(); ///< As it was named.
+    QString typeIdPrefix = QString(); ///< Of its steps; empty when one did not come to know it.
 };
+
+/// The error of the plug-in \a fileName, which told \a manifest or, before it could, an empty one. Its texts are not
+/// those of the library, which may be unloaded.
+PluginError pluginError(PluginRefusal refusal, const QString &fileName, const QString &reason,
+                        const PluginManifest &manifest);
 
 /// A loaded and vetted plug-in: its library, its root object and one prototype of each of its steps.
 ///

@@ -5,6 +5,14 @@
 
 namespace StepHost
 {
+namespace
+{
+QString versionOf(const Plugin &plugin)
+{
+    return QStringLiteral("version %1").arg(quoted(plugin.manifest().version));
+}
+} // namespace
+
 StepCatalogue::StepCatalogue() = default;
 
 StepCatalogue::~StepCatalogue() = default;
@@ -16,14 +24,22 @@ Result<void, PluginError> StepCatalogue::addPlugin(const QString &fileName)
         return tl::unexpected<PluginError>(loaded.error());
 
     std::unique_ptr<Plugin> plugin = std::move(*loaded);
+    const auto refuse = [&fileName, &plugin](PluginRefusal refusal, const QString &reason) {
+        return tl::unexpected<PluginError>(pluginError(refusal, fileName, reason, plugin->manifest()));
+    };
+    for (const std::unique_ptr<Plugin> &other : m_plugins) {
+        if (other->manifest().pluginId == plugin->manifest().pluginId)
+            return refuse(PluginRefusal::DuplicatePlugin,
+                          QStringLiteral("it is %1 of %2, and plug-in \"%3\", %4 of it, is loaded already")
+                              .arg(versionOf(*plugin), quoted(plugin->manifest().pluginId), other->fileName(),
+                                   versionOf(*other)));
+    }
     for (const Operation *prototype : plugin->prototypes()) {
         const QString typeId = prototype->typeId();
-        if (const Plugin *owner = pluginOf(typeId)) {
-            return tl::unexpected<PluginError>(
-                {PluginRefusal::DuplicateTypeId,
-                 QStringLiteral("plug-in \"%1\" is refused: plug-in \"%2\" has a step of type %3 already")
-                     .arg(fileName, owner->fileName(), quoted(typeId))});
-        }
+        if (const Plugin *owner = pluginOf(typeId))
+            return refuse(PluginRefusal::DuplicateTypeId,
+                          QStringLiteral("plug-in \"%1\" has a step of type %2 already")
+                              .arg(owner->fileName(), quoted(typeId)));
     }
     for (const Operation *prototype : plugin->prototypes()) {
         const QString typeId = prototype->typeId();
@@ -32,6 +48,49 @@ Result<void, PluginError> StepCatalogue::addPlugin(const QString &fileName)
     }
     m_plugins.push_back(std::move(plugin));
     return {};
+}
+
+void StepCatalogue::passOver(const PluginError &error)
+{
+    m_passedOver.push_back(error);
+}
+
+QString StepCatalogue::noSuchType(const QString &typeId) const
+{
+    QStringList files;
+    for (const PluginError &error : m_passedOver) {
+        if (typeId.startsWith(error.typeIdPrefix))
+            files.append(quoted(error.fileName));
+    }
+    QString text = notAmong("step type", typeId, m_typeIds);
+    if (!files.isEmpty())
+        text += QLatin1String("; it may be of a plug-in that was passed over: ")
+            + files.join(QLatin1String(", "));
+    return text;
+}
+
+QStringList StepCatalogue::sharedIcons() const
+{
+    QStringList lines;
+    if (m_plugins.size() < 2)
+        return lines;
+    QHash<QString, const Plugin *> owners;
+    for (const std::unique_ptr<Plugin> &plugin : m_plugins) {
+        for (const Operation *prototype : plugin->prototypes()) {
+            const QString icon = stepText(*prototype, &Operation::icon);
+            const Plugin *&owner = owners[icon];
+            if (!owner)
+                owner = plugin.get();
+            if (icon.isEmpty() || owner == plugin.get())
+                continue;
+            lines.append(QStringLiteral("plug-in \"%1\", %2, and plug-in \"%3\", %4, both have an icon %5; "
+                                        "steps of one are shown with that of the other")
+                             .arg(owner->fileName(), versionOf(*owner), plugin->fileName(),
+                                  versionOf(*plugin), quoted(icon)));
+            break;
+        }
+    }
+    return lines;
 }
 
 const std::vector<std::unique_ptr<Plugin>> &StepCatalogue::plugins() const

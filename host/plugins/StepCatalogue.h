@@ -21,9 +21,20 @@ public:
     StepCatalogue();
     ~StepCatalogue();
 
-    /// Loads the plug-in \a fileName and adds its steps. A plug-in that is refused, also because a step of
-    /// one loaded before has the same type id, adds nothing and is unloaded again.
+    /// Loads the plug-in \a fileName and adds its steps. A plug-in that is refused, also because one loaded
+    /// before has the same plug-in id or a step of the same type id, adds nothing and is unloaded again.
     Result<void, PluginError> addPlugin(const QString &fileName);
+
+    /// Notes that a plug-in is not there because of \a error, so that noSuchType() can tell.
+    void passOver(const PluginError &error);
+
+    /// Says that there is no step of type \a typeId, which there are, and which plug-ins that were passed over may
+    /// have it.
+    QString noSuchType(const QString &typeId) const;
+
+    /// A line for each two plug-ins that have an icon at the same path, with the versions of both: of icons at one
+    /// path only one is ever shown.
+    QStringList sharedIcons() const;
 
     /// The loaded plug-ins in the order in which they were added.
     const std::vector<std::unique_ptr<Plugin>> &plugins() const;
@@ -54,5 +65,6 @@ private:
     std::vector<std::unique_ptr<Plugin>> m_plugins;
     QHash<QString, Entry> m_entries;
     QStringList m_typeIds;
+    std::vector<PluginError> m_passedOver;
 };
 } // namespace StepHost

@@ -191,8 +191,7 @@ private:
         const QString typeId = QString::fromUtf8(utf8);
         step.operation.reset(m_catalogue.create(typeId, nullptr));
         if (!step.operation)
-            return refuse(typeStart,
-                          name + QLatin1String(": ") + notAmong("step type", typeId, m_catalogue.typeIds()));
+            return refuse(typeStart, name + QLatin1String(": ") + m_catalogue.noSuchType(typeId));
 
         const int enabledStart = m_offset;
         quint8 enabled = 0;

@@ -201,7 +201,7 @@ Result<ScriptStep, JsonError> readStep(CborReader &at, const StepCatalogue &cata
         return failure(typeId.error());
     const QString typeKey = QStringLiteral("type");
     if (!catalogue.prototype(*typeId))
-        return refuseBelow(typeKey, notAmong("step type", *typeId, catalogue.typeIds()));
+        return refuseBelow(typeKey, catalogue.noSuchType(*typeId));
     ScriptStep step;
     step.operation.reset(catalogue.create(*typeId, nullptr));
     if (!step.operation) {

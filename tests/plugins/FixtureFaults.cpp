@@ -17,6 +17,18 @@ bool has(const char *fault)
     return std::strcmp(activeFault, fault) == 0;
 }
 
+/// Has the icon of a list step.
+class SortIconStep : public FixtureStep
+{
+public:
+    SortIconStep() : FixtureStep("fixture.icon") { }
+
+    QString icon() const override
+    {
+        return ":/images/list_sort.svg";
+    }
+};
+
 class FaultyFixture : public FixturePlugin
 {
 public:
@@ -33,6 +45,10 @@ public:
             return {new FixtureStep(QString())};
         if (has("ListClash"))
             return {new FixtureStep("list.shuffle"), new FixtureStep("list.sort")};
+        if (has("SecondVersion"))
+            return {new FixtureStep("fixture.second")};
+        if (has("SharedIcon"))
+            return {new SortIconStep};
         if (has("OwnedPrototype"))
             return {new FixtureStep("fixture.first", this)};
         QList<Operation *> prototypes = FixturePlugin::createPrototypes();
@@ -49,7 +65,13 @@ public:
     // The number of root objects made since the library was loaded.
     QString version() const override
     {
+        if (has("SecondVersion"))
+            return "2.0.0";
         return has("CountingPlugin") ? QString::number(instanceCount) : FixturePlugin::version();
+    }
+    QString pluginId() const override
+    {
+        return has("SharedIcon") ? "com.example.SharedIcon" : FixturePlugin::pluginId();
     }
     int apiVersion() const override
     {

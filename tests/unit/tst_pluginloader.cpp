@@ -37,6 +37,9 @@ private slots:
     void catalogueCreatesSteps();
     void catalogueKeepsTheOrderOfPlugins();
     void catalogueRefusesADuplicateTypeId();
+    void catalogueRefusesAnotherVersion();
+    void catalogueTellsOfSharedIcons();
+    void catalogueKnowsWhatWasPassedOver();
     void catalogueGivesNothingForAStepThatDoesNotClone();
 };
 
@@ -238,9 +241,58 @@ void TestPluginLoader::catalogueRefusesADuplicateTypeId()
 
     const auto addedAgain = catalogue.addPlugin(TestPaths::listPlugin());
     QVERIFY(!addedAgain);
-    QCOMPARE(addedAgain.error().refusal, PluginRefusal::DuplicateTypeId);
+    QCOMPARE(addedAgain.error().refusal, PluginRefusal::DuplicatePlugin);
     const std::unique_ptr<Operation> step(catalogue.create("list.sort", nullptr));
     QCOMPARE(step->typeName(), QString::fromUtf8("列表排序"));
+}
+
+void TestPluginLoader::catalogueRefusesAnotherVersion()
+{
+    StepCatalogue catalogue;
+    const QString first = TestPaths::fixture("Sound");
+    const QString second = TestPaths::fixture("SecondVersion");
+    QVERIFY(catalogue.addPlugin(first));
+    const auto added = catalogue.addPlugin(second);
+    QVERIFY(!added);
+    QCOMPARE(added.error().refusal, PluginRefusal::DuplicatePlugin);
+    QCOMPARE(added.error().fileName, second);
+    QCOMPARE(added.error().typeIdPrefix, QString("fixture."));
+    QCOMPARE(
+        errorOf(added),
+        QString("plug-in \"%1\" is refused: it is version \"2.0.0\" of \"com.example.Fixture\", and plug-in "
+                "\"%2\", version \"1.0.0\" of it, is loaded already")
+            .arg(second, QFileInfo(first).absoluteFilePath()));
+    QCOMPARE(catalogue.typeIds(), QStringList("fixture.first"));
+}
+
+void TestPluginLoader::catalogueTellsOfSharedIcons()
+{
+    StepCatalogue catalogue;
+    QVERIFY(catalogue.addPlugin(TestPaths::listPlugin()));
+    QVERIFY(catalogue.addPlugin(TestPaths::fixture("Sound")));
+    QCOMPARE(catalogue.sharedIcons(), QStringList());
+    StepCatalogue both;
+    QVERIFY(both.addPlugin(TestPaths::listPlugin()));
+    QVERIFY(both.addPlugin(TestPaths::fixture("SharedIcon")));
+    QCOMPARE(both.sharedIcons().size(), 1);
+    const QString line = both.sharedIcons().first();
+    for (const QString &part : {QFileInfo(TestPaths::listPlugin()).absoluteFilePath(),
+                                QFileInfo(TestPaths::fixture("SharedIcon")).absoluteFilePath(),
+                                QString("version \"1.0.0\""), QString("\":/images/list_sort.svg\"")})
+        QVERIFY2(line.contains(part), qPrintable(line));
+}
+
+void TestPluginLoader::catalogueKnowsWhatWasPassedOver()
+{
+    StepCatalogue catalogue;
+    QCOMPARE(catalogue.noSuchType("text.join"),
+             QString("there is no step type \"text.join\"; there are none"));
+    catalogue.passOver({PluginRefusal::LoadFailed, "", "/a.so"});
+    catalogue.passOver({PluginRefusal::DuplicateTypeId, "", "/b.so", "list."});
+    catalogue.passOver({PluginRefusal::DuplicateTypeId, "", "/c.so", "text."});
+    QCOMPARE(catalogue.noSuchType("text.join"),
+             QString("there is no step type \"text.join\"; there are none; it may be of a plug-in that was "
+                     "passed over: \"/a.so\", \"/c.so\""));
 }
 
 void TestPluginLoader::catalogueGivesNothingForAStepThatDoesNotClone()

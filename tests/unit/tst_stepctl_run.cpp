@@ -43,6 +43,8 @@ private slots:
     void refusedPlugins_data();
     void refusedPlugins();
     void findsPluginsOnThePath();
+    void passesOverWhatItCannotUse();
+    void addsAPluginPath();
     void aStepThatThrows();
     void aSetterThatThrows();
     void writesAFile();
@@ -452,6 +454,42 @@ void TestStepctlRun::findsPluginsOnThePath()
     QCOMPARE(result.status, 2);
     QVERIFY2(result.errors.contains("no plug-in found in " + m_folder->path()), qPrintable(result.errors));
     QCOMPARE(run({"run", script, "--plugin", TestPaths::listPlugin()}).status, 0);
+}
+
+void TestStepctlRun::passesOverWhatItCannotUse()
+{
+    const QStringList path{TestPaths::fixture("NoMetadata"), TestPaths::fixture("Sound"),
+                           TestPaths::fixture("SecondVersion"), TestPaths::listPlugin()};
+    m_folder->environment.insert("QUILLMAP_PLUGIN_PATH", path.join(QDir::listSeparator()));
+    const Run sorted = run({"run", file("sort.json", sortScript)});
+    QCOMPARE(sorted.status, 0);
+    const QStringList lines = sorted.errors.split('\n', Qt::SkipEmptyParts);
+    QCOMPARE(lines.size(), 2);
+    for (const QString &line : lines)
+        QVERIFY2(line.startsWith("stepctl: plug-in \"") && line.endsWith("; it is passed over"),
+                 qPrintable(line));
+
+    const Run missing = run({"run", file("second.json", R"({"steps": [{"type": "fixture.second"}]})")});
+    QCOMPARE(missing.status, 2);
+    QVERIFY2(missing.errors.contains("; it may be of a plug-in that was passed over: "),
+             qPrintable(missing.errors));
+
+    m_folder->environment.insert("QUILLMAP_PLUGIN_PATH", TestPaths::fixture("NoMetadata"));
+    const Run nothing = run({"run", "sort.json"});
+    QCOMPARE(nothing.status, 2);
+    QVERIFY2(nothing.errors.endsWith("stepctl: none of the plug-ins that were found can be used\n"),
+             qPrintable(nothing.errors));
+}
+
+void TestStepctlRun::addsAPluginPath()
+{
+    const QString script =
+        file("both.json", R"({"steps": [{"type": "fixture.first"}, {"type": "list.sort"}]})");
+    QCOMPARE(run({"run", script}).status, 2);
+    const Run result = run({"run", script, "--plugin-path", TestPaths::fixture("Sound")});
+    QCOMPARE(result.errors, QString());
+    QCOMPARE(result.status, 1); // Neither step writes.
+    QCOMPARE(run({"run", script, "--plugin-path", TestPaths::fixture("Sound"), "--isolate"}).status, 1);
 }
 
 void TestStepctlRun::aStepThatThrows()

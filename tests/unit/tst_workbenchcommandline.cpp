@@ -61,7 +61,7 @@ void TestWorkbenchCommandLine::reads()
     QCOMPARE(line.text.isEmpty(), line.task == CommandLine::Task::Work);
     if (line.task != CommandLine::Task::Work)
         return;
-    QTEST(line.plugins, "plugins");
+    QTEST(line.plugins.files, "plugins");
     QTEST(line.language, "language");
     QTEST(line.script, "script");
 }

@@ -4,7 +4,6 @@
 #include "Console.h"
 #include "PluginWork.h"
 #include "host/plugins/PaletteReport.h"
-#include "host/values/QuotedText.h"
 
 #include <memory>
 
@@ -41,8 +40,7 @@ int describe(const DescribeArguments &arguments)
 {
     const auto make = [&](const StepCatalogue &catalogue, FaultWatch &watch, QByteArray &output) -> int {
         if (!catalogue.prototype(arguments.type))
-            return refuse(QStringLiteral("there is no step of type %1; there are %2")
-                              .arg(quoted(arguments.type), catalogue.typeIds().join(QLatin1String(", "))));
+            return refuse(catalogue.noSuchType(arguments.type));
         watch.setWork(QStringLiteral("while the result was made"));
         output = arguments.format == QLatin1String("json") ? stepToJson(catalogue, arguments.type)
                                                            : stepToText(catalogue, arguments.type);

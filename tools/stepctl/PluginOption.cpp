@@ -2,16 +2,22 @@
 
 #include "CommandLine.h"
 #include "Console.h"
-#include "host/plugins/PluginSearch.h"
 
 #include <QCoreApplication>
 
 void PluginOption::addTo(Command &command)
 {
-    command.addOption({"--plugin", "FILE",
-                       "A step plug-in to load; may be given more than once. Without it the plug-ins of\n"
-                       "QUILLMAP_PLUGIN_PATH, or of the program's own install or build tree, are loaded."},
-                      m_files);
+    command.addOption(
+        {"--plugin", "FILE",
+         "A step plug-in to load; may be given more than once. Without it the plug-ins of\n"
+         "QUILLMAP_PLUGIN_PATH, or of the program's own install or build tree, /usr/local and the\n"
+         "user, are loaded; of these, one that cannot be used is told and passed over."},
+        m_choice.files);
+    command.addOption(
+        {"--plugin-path", "PLACE",
+         "A folder with step plug-ins, or one plug-in, to search before all others; may be given\n"
+         "more than once"},
+        m_choice.places);
     command.addFlag(
         "--isolate",
         "Work in a process of its own, so that every end of it by a plug-in gives status 2 and a\n"
@@ -29,23 +35,16 @@ void PluginOption::addTo(Command &command)
 
 bool PluginOption::load(StepHost::StepCatalogue &catalogue) const
 {
-    QStringList files = m_files;
-    if (files.isEmpty()) {
-        const StepHost::FoundPlugins found = StepHost::findPlugins(QCoreApplication::applicationDirPath());
-        if (found.files.isEmpty()) {
-            refuse(QStringLiteral(
-                       "no plug-in found in %1; name one with --plugin FILE or in QUILLMAP_PLUGIN_PATH")
-                       .arg(found.searched.join(QLatin1String(", "))));
-            return false;
-        }
-        files = found.files;
-    }
-    for (const QString &file : qAsConst(files)) {
-        const auto added = catalogue.addPlugin(file);
-        if (!added) {
-            refuse(added.error().reason);
-            return false;
-        }
-    }
-    return true;
+    const StepHost::PluginLoading loading =
+        StepHost::loadPlugins(catalogue, m_choice, QCoreApplication::applicationDirPath());
+    for (const QString &line : loading.remarks + loading.refusals)
+        say(line);
+    if (!loading.refusals.isEmpty() || !catalogue.plugins().empty())
+        return loading.refusals.isEmpty();
+    if (loading.searched.isEmpty())
+        say(QStringLiteral("none of the plug-ins that were found can be used"));
+    else
+        say(QStringLiteral("no plug-in found in %1; name one with --plugin FILE or in QUILLMAP_PLUGIN_PATH")
+                .arg(loading.searched.join(QLatin1String(", "))));
+    return false;
 }

@@ -1,14 +1,12 @@
 #pragma once
 
-#include "host/plugins/StepCatalogue.h"
-
-#include <QStringList>
+#include "host/plugins/PluginChoice.h"
 
 #include <optional>
 
 class Command;
 
-/// The options `--plugin`, `--isolate` and `--memory-limit`, which every subcommand that works with plug-ins has.
+/// The options `--plugin`, `--plugin-path`, `--isolate` and `--memory-limit`, which every subcommand that works with plug-ins has.
 class PluginOption
 {
 public:
@@ -16,7 +14,8 @@ public:
     void addTo(Command &command);
 
     /// Loads the plug-ins that were named or, when none was, those that the program finds by itself, into
-    /// \a catalogue. Returns whether all could be loaded; tells the user on standard error if not.
+    /// \a catalogue. Returns whether there is one, and all that were named could be loaded; tells the user on
+    /// standard error if not, and what was passed over in any case.
     bool load(StepHost::StepCatalogue &catalogue) const;
 
     /// Whether a process of its own is to do the work with the plug-ins.
@@ -32,7 +31,7 @@ public:
     }
 
 private:
-    QStringList m_files;
+    StepHost::PluginChoice m_choice;
     bool m_isIsolated = false;
     std::optional<qint64> m_memoryLimit;
 };

@@ -1,5 +1,4 @@
-#include "host/plugins/PluginSearch.h"
-#include "host/plugins/StepCatalogue.h"
+#include "host/plugins/PluginChoice.h"
 #include "host/running/RunProcess.h"
 #include "host/running/RunWorker.h"
 #include "host/values/QuotedText.h"
@@ -35,29 +34,17 @@ void printError(const QString &text)
     QTextStream(stderr) << "workbench: " << StepHost::messageLine(text) << '\n';
 }
 
-/// Adds the plug-ins \a files to \a catalogue, or else those that are found. Returns the reasons of refusals.
-QStringList addPlugins(StepHost::StepCatalogue &catalogue, QStringList files)
+/// Adds the plug-ins of \a choice to \a catalogue. Returns what the user has to be told of it.
+QStringList addPlugins(StepHost::StepCatalogue &catalogue, const StepHost::PluginChoice &choice)
 {
-    QStringList reasons;
-    if (files.isEmpty()) {
-        const StepHost::FoundPlugins found = StepHost::findPlugins(QCoreApplication::applicationDirPath());
-        files = found.files;
-        if (files.isEmpty()) {
-            reasons.append(QCoreApplication::translate("Workbench::main", "There is no plug-in in %1.")
-                               .arg(found.searched.join(QLatin1String(", "))));
-        }
-    }
-    for (const QString &file : qAsConst(files)) {
-        // First elsewhere: one that crashes or hangs as it is loaded shall not do so here.
-        const auto probed = StepHost::RunProcess::probe(file);
-        if (!probed) {
-            reasons.append(probed.error());
-            continue;
-        }
-        const auto result = catalogue.addPlugin(file);
-        if (!result)
-            reasons.append(result.error().reason);
-    }
+    // First elsewhere: one that crashes or hangs as it is loaded shall not do so here.
+    const auto probe = [](const QString &file) { return StepHost::RunProcess::probe(file); };
+    const StepHost::PluginLoading loading =
+        StepHost::loadPlugins(catalogue, choice, QCoreApplication::applicationDirPath(), probe);
+    QStringList reasons = loading.refusals + loading.remarks;
+    if (!loading.searched.isEmpty())
+        reasons.append(QCoreApplication::translate("Workbench::main", "There is no plug-in in %1.")
+                           .arg(loading.searched.join(QLatin1String(", "))));
     return reasons;
 }
 

@@ -71,7 +71,12 @@ CommandLine readCommandLine(const QStringList &arguments, const QStringList &sys
         QStringLiteral("plugin"),
         QStringLiteral("Load this plug-in; may be given more than once. By default those that are found."),
         QStringLiteral("file"));
-    parser.addOptions({language, plugin});
+    const QCommandLineOption place(
+        QStringLiteral("plugin-path"),
+        QStringLiteral(
+            "Search this folder for plug-ins, too, before all others; may be given more than once."),
+        QStringLiteral("folder"));
+    parser.addOptions({language, plugin, place});
     parser.addOptions(hiddenOptions());
 
     if (!parser.parse(arguments))
@@ -89,7 +94,7 @@ CommandLine readCommandLine(const QStringList &arguments, const QStringList &sys
     if (parser.positionalArguments().size() > 1)
         return refusal(QStringLiteral("only one script can be opened"));
     line.script = parser.positionalArguments().value(0);
-    line.plugins = parser.values(plugin);
+    line.plugins = {parser.values(plugin), parser.values(place)};
     line.qtArguments = argumentsForQt(arguments, parser);
     return line;
 }

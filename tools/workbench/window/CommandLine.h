@@ -1,5 +1,7 @@
 #pragma once
 
+#include "host/plugins/PluginChoice.h"
+
 #include <QByteArrayList>
 #include <QString>
 #include <QStringList>
@@ -17,7 +19,7 @@ struct CommandLine
 
     Task task = Task::Work;
     QString text;
-    QStringList plugins; ///< The plug-ins to load; empty for those that are found.
+    StepHost::PluginChoice plugins; ///< The plug-ins to load.
     QString language; ///< A code of Language::codes().
     QString script; ///< The script to open; empty for a new one.
     QByteArrayList
