@@ -1,5 +1,8 @@
 #pragma once
 
+/// \file
+/// The version of the contract, and the interface id of a plug-in.
+
 /// The version of the contract that these headers state. A plug-in answers it from
 /// IOperationPlugin::apiVersion() and in its manifest, and so tells the host what it was compiled against.
 constexpr int operationCoreApiVersion = 2;

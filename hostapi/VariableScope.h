@@ -1,5 +1,8 @@
 #pragma once
 
+/// \file
+/// The variables of a script and their types.
+
 #include "OperationCoreExport.h"
 
 #include <QMap>
@@ -37,10 +40,15 @@ enum class VarType : qint32 {
 class OPERATIONCORE_EXPORT VariableScope
 {
 public:
+    /// A scope without variables.
     VariableScope();
+    /// A scope with the variables of \a other, sharing their values. Later changes of one do not show in the other.
     VariableScope(const VariableScope &other);
+    /// Takes the variables of \a other, which may only be assigned to or destroyed afterwards.
     VariableScope(VariableScope &&other) noexcept;
+    /// The same as a copy.
     VariableScope &operator=(const VariableScope &other);
+    /// The same as a move.
     VariableScope &operator=(VariableScope &&other) noexcept;
     ~VariableScope();
 

@@ -1,5 +1,8 @@
 #pragma once
 
+/// \file
+/// A value as a variable of a declared type takes it, or that the type refuses it.
+
 #include "hostapi/VariableScope.h"
 
 #include <QVariant>

@@ -1,9 +1,6 @@
 #pragma once
 
-#include <QtGlobal>
-
-class QDataStream;
-
+/// \file
 /// Records that grow: a step's later versions read what its earlier ones wrote.
 ///
 /// Use one of two ways in Operation::saveOperation() and Operation::loadOperation(), behind the call of the base:
@@ -14,6 +11,10 @@ class QDataStream;
 ///   record.
 ///
 /// In either way a field that the record lacks gets the value that a new step has, whatever the step held before.
+
+#include <QtGlobal>
+
+class QDataStream;
 
 /// Writes \a version, which is 1 or more, as one `quint32`.
 void writeRecordVersion(QDataStream &stream, quint32 version);

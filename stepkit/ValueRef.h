@@ -1,5 +1,8 @@
 #pragma once
 
+/// \file
+/// Value texts, which users type into settings: literals, and references to variables and their members.
+
 #include "hostapi/VariableScope.h"
 
 #include <QString>

@@ -1,5 +1,8 @@
 #pragma once
 
+/// \file
+/// What texts stand for: numbers, truth values, lists, tables, positions. A full-width digit or comma is none.
+
 #include <QString>
 #include <QVariant>
 

@@ -1,5 +1,8 @@
 #pragma once
 
+/// \file
+/// Names of variables with and without the mark "$" of a reference.
+
 #include <QString>
 
 /// How \a name is shown to the user: with the mark "$" in front, unless it is empty or has one.

@@ -1,5 +1,8 @@
 #pragma once
 
+/// \file
+/// How a step that cannot do its work says so.
+
 #include <QString>
 
 /// Writes one line on Qt's warning log: \a lead, \a text in double quotes and \a trail, separated by
