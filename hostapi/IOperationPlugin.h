@@ -50,10 +50,13 @@ public:
     virtual PluginManifest manifest() const = 0;
 
     /// Lets the plug-in add property editors of its own to \a registry. Does nothing here.
+    ///
+    /// A host that has such a registry calls it once, after the plug-in was found fit and before an editor is shown.
+    /// stepctl and the workbench have none and never call it.
     virtual void registerEditors(IEditorRegistry &registry);
 
-    /// The host capabilities that the plug-in needs, such as `hasListType`. A host that lacks one refuses
-    /// the plug-in.
+    /// The host capabilities that the plug-in needs. A host that lacks one refuses the plug-in. There is one so
+    /// far: `hasListType`, variables that hold lists.
     virtual QStringList requiredCapabilities() const = 0;
 
 private:

@@ -41,20 +41,29 @@ public:
     /// `categoryOrder` is keyed by this text.
     virtual QString root() const = 0;
 
-    /// The persistent key of the step's class, such as `list.sort`. Never translated, never changed.
+    /// The persistent key of the step's class, such as `list.sort`. Never translated, never changed. Letters,
+    /// digits, dots and dashes of ASCII, 1,000 characters at most; it begins with the plug-in's prefix.
     virtual QString typeId() const = 0;
 
     /// The step's display name.
     virtual QString typeName() const = 0;
 
-    /// The Qt resource path of the step's icon, such as `:/images/list_sort.svg`.
+    /// The Qt resource path of the step's icon, such as `:/images/list_sort.svg`: an SVG drawing, or an image of
+    /// a format that Qt Gui reads. Resources of all plug-ins share one tree, so the path has to be the
+    /// plug-in's own.
     virtual QString icon() const = 0;
 
     /// Runs the step on the attached scope. Does nothing without a scope. Running changes variables
     /// only, never the step's own settings.
+    ///
+    /// A host takes a run in which VariableScope::set() is not called for one that was skipped, whatever else
+    /// the step did.
     virtual void doOperation() const = 0;
 
     /// Writes the step's record to \a stream. An override calls this first, then writes its own fields.
+    ///
+    /// The stream's version and byte order are the host's choice, and stay as they are: version
+    /// `QDataStream::Qt_5_15` and big-endian in the files of stepctl and the workbench.
     ///
     /// The base's part is the base state as one `quint32`. A record holds no type id and no children: the
     /// host keeps those beside it. It holds a version only when the step writes one among its own fields.
@@ -78,6 +87,10 @@ public:
     virtual Operation *clone(QObject *parent) const = 0;
 
     /// Whether the step can hold child steps. False here; a container step overrides it.
+    ///
+    /// Children are for hosts that nest steps. stepctl and the workbench do not: their scripts are rows of steps,
+    /// and they neither run, show nor save children. A container that is to work there runs its children
+    /// itself, and saves them in its own record.
     virtual bool isContainer() const;
 
     /// The number of child operations.
