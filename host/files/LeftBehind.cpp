@@ -1,7 +1,8 @@
 #include "LeftBehind.h"
 
-#ifdef Q_OS_UNIX
 #include <QDir>
+
+#ifdef Q_OS_UNIX
 #include <QDirIterator>
 
 #include <fcntl.h>
@@ -17,14 +18,53 @@ QString temporaryPrefix()
     return QStringLiteral(".quillmap-unfinished-");
 }
 
+// Between its making and its use another program may take a folder for one that was left behind.
+TemporaryFolder::TemporaryFolder()
+{
+    constexpr int mostTries = 100;
+    for (int i = 0; i < mostTries && !(m_inUse && m_inUse->isCertain()); ++i) {
+        m_directory = std::make_unique<QTemporaryDir>(QDir::tempPath() + QLatin1Char('/') + temporaryPrefix()
+                                                      + QLatin1String("XXXXXX"));
+        if (!m_directory->isValid())
+            return;
+        m_inUse = std::make_unique<InUse>(m_directory->path());
+    }
+}
+
+// Removed while it is in use: two programs that remove the same folder are in each other's way.
+TemporaryFolder::~TemporaryFolder()
+{
+    m_directory.reset();
+}
+
+bool TemporaryFolder::isValid() const
+{
+    return m_directory->isValid();
+}
+
+QString TemporaryFolder::errorString() const
+{
+    return m_directory->errorString();
+}
+
+QString TemporaryFolder::path() const
+{
+    return m_directory->path();
+}
+
+QString TemporaryFolder::filePath(const QString &name) const
+{
+    return m_directory->filePath(name);
+}
+
 #ifdef Q_OS_UNIX
 namespace
 {
-int openLocked(const QString &path, int flags)
+int openLocked(const QString &path, int flags, int lock)
 {
     const int descriptor =
         open(QFile::encodeName(path).constData(), flags | O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-    if (descriptor >= 0 && flock(descriptor, LOCK_EX | LOCK_NB) == 0)
+    if (descriptor >= 0 && flock(descriptor, lock) == 0)
         return descriptor;
     if (descriptor >= 0)
         close(descriptor);
@@ -39,12 +79,22 @@ bool isOwn(int descriptor)
 }
 } // namespace
 
-InUse::InUse(const QString &path) : m_descriptor(openLocked(path, 0)) { }
+// Who has it locked is about to remove it, and is waited for.
+InUse::InUse(const QString &path) : m_descriptor(openLocked(path, 0, LOCK_EX)), m_path(path) { }
 
 InUse::~InUse()
 {
     if (m_descriptor >= 0)
         close(m_descriptor);
+}
+
+bool InUse::isCertain() const
+{
+    struct stat entry;
+    struct stat own;
+    return m_descriptor >= 0 && fstat(m_descriptor, &own) == 0
+        && stat(QFile::encodeName(m_path).constData(), &entry) == 0 && entry.st_ino == own.st_ino
+        && entry.st_dev == own.st_dev;
 }
 
 void removeLeftBehind(const QString &folder)
@@ -53,7 +103,7 @@ void removeLeftBehind(const QString &folder)
                          QDir::Files | QDir::Dirs | QDir::Hidden | QDir::NoSymLinks);
     while (entries.hasNext()) {
         const QString path = entries.next();
-        const int descriptor = openLocked(path, O_NOFOLLOW);
+        const int descriptor = openLocked(path, O_NOFOLLOW, LOCK_EX | LOCK_NB);
         if (descriptor < 0)
             continue;
         if (isOwn(descriptor) && !QFile::remove(path))
@@ -79,6 +129,12 @@ EndsLater::~EndsLater()
 InUse::InUse(const QString &) { }
 
 InUse::~InUse() = default;
+
+// Nothing is removed here.
+bool InUse::isCertain() const
+{
+    return true;
+}
 
 void removeLeftBehind(const QString &) { }
 

@@ -1,6 +1,9 @@
 #pragma once
 
 #include <QString>
+#include <QTemporaryDir>
+
+#include <memory>
 
 #ifdef Q_OS_UNIX
 #include <csignal>
@@ -22,10 +25,39 @@ public:
     explicit InUse(const QString &path);
     ~InUse();
 
+    /// Whether that is certain. It is not when the path was removed, or is about to be, as one that was left behind.
+    bool isCertain() const;
+
 private:
     Q_DISABLE_COPY(InUse)
 
     int m_descriptor = -1;
+    QString m_path;
+};
+
+/// A folder of its own for temporary files, in use until the destructor has removed it with all that is in it.
+class TemporaryFolder
+{
+public:
+    TemporaryFolder();
+    ~TemporaryFolder();
+
+    /// Whether it could be made.
+    bool isValid() const;
+
+    /// Why it could not.
+    QString errorString() const;
+
+    QString path() const;
+
+    /// The path of the file \a name in it.
+    QString filePath(const QString &name) const;
+
+private:
+    Q_DISABLE_COPY(TemporaryFolder)
+
+    std::unique_ptr<QTemporaryDir> m_directory;
+    std::unique_ptr<InUse> m_inUse;
 };
 
 /// While it lives, a signal that tells the program to end is put off, as far as the thread is concerned that made it.

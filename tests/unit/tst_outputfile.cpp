@@ -2,10 +2,13 @@
 
 #include "host/files/LeftBehind.h"
 #include "tests/support/ErrorOf.h"
+#include "tests/support/WarningLog.h"
 
+#include <QScopeGuard>
 #include <QThread>
 #include <QtTest>
 
+#include <atomic>
 #include <memory>
 #include <vector>
 
@@ -34,6 +37,7 @@ private slots:
     void refuses();
     void writesAFileOfTheLongestName();
     void removesWhatWasLeftBehind();
+    void keepsAFolderWhileItIsUsed();
     void putsOffTheEnd();
     void writersAtTheSameTime();
 };
@@ -246,6 +250,38 @@ void TestOutputFile::removesWhatWasLeftBehind()
 #else
     QSKIP("this system leaves other files behind");
 #endif
+}
+
+// However many others clean up meanwhile.
+void TestOutputFile::keepsAFolderWhileItIsUsed()
+{
+#ifdef Q_OS_WIN
+    QSKIP("nothing is removed here");
+#endif
+    const QTemporaryDir place;
+    qputenv("TMPDIR", place.path().toUtf8());
+    const auto restore = qScopeGuard([] { qunsetenv("TMPDIR"); });
+    std::atomic<bool> isOver{false};
+    const std::unique_ptr<QThread> cleaner(QThread::create([&] {
+        while (!isOver)
+            removeLeftBehind(place.path());
+    }));
+    cleaner->start();
+    const auto end = qScopeGuard([&] {
+        isOver = true;
+        cleaner->wait();
+    });
+    const WarningLog log;
+    for (int i = 0; i < 300; ++i) {
+        const TemporaryFolder folder;
+        QVERIFY(folder.isValid());
+        QCOMPARE(QFileInfo(folder.path()).path(), place.path());
+        QFile file(folder.filePath("a"));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+    }
+    QCOMPARE(log.take(), QStringList());
+    QCOMPARE(QDir(place.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+             QStringList());
 }
 
 void TestOutputFile::putsOffTheEnd()
