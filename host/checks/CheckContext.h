@@ -25,13 +25,18 @@ struct CheckEnd
 [[noreturn]] void skip(const QString &reason);
 /// @}
 
-/// What noteCall() is told before a library is unloaded, and before the process ends.
+/// What noteCall() is told after a check: before the plug-in is asked for its name, before its library is unloaded, and
+/// before the process ends.
 /// @{
 constexpr char unloadingCall[] = "unloading of the library";
 constexpr char endingCall[] = "end of the process";
+constexpr char introducingCall[] = "the calls for the report";
 /// @}
 
-/// What `identity.non-empty` tells of the plug-in, for the report.
+/// The check that is done on the older release, where all others of its family are done on the newer one.
+constexpr char baselineLoadsId[] = "baseline.loads";
+
+/// What `library.loads` tells of the plug-in, for the report.
 /// @{
 constexpr char pluginIdFact[] = "id";
 constexpr char versionFact[] = "version";
@@ -130,5 +135,6 @@ QVector<PluginCheck> persistenceChecks();
 QVector<PluginCheck> recordChecks();
 QVector<PluginCheck> runningChecks();
 QVector<PluginCheck> resultChecks();
+QVector<PluginCheck> baselineChecks();
 /// @}
 } // namespace StepHost

@@ -26,6 +26,7 @@ constexpr CheckOutcome outcomes[] = {CheckOutcome::Passed, CheckOutcome::Warning
 const QString seedVariable = QStringLiteral("QUILLMAP_CHECK_SEED");
 const QString scriptsVariable = QStringLiteral("QUILLMAP_CHECK_SCRIPTS");
 const QString companionsVariable = QStringLiteral("QUILLMAP_CHECK_COMPANIONS");
+const QString releaseVariable = QStringLiteral("QUILLMAP_CHECK_RELEASE");
 
 std::optional<CheckResult> readCheckResult(const QString &fileName)
 {
@@ -198,22 +199,24 @@ QString CheckProcess::crashReason(int exitCode, QProcess::ExitStatus status, boo
 void CheckProcess::finishEnded(int exitCode, QProcess::ExitStatus status)
 {
     endProcessTree(m_process, m_processId, m_mark);
+    m_timer.stop();
     const QString call = lastBreadcrumb(breadcrumbFileOf(resultFile()));
-    if (m_isTimedOut) {
-        QString reason = QStringLiteral("the check did not end within its limit of %1 ms").arg(m_timeLimit);
-        if (!call.isEmpty())
-            reason += QStringLiteral("; it was in %1").arg(call);
-        finish(CheckOutcome::TimedOut, reason);
-        return;
-    }
     std::optional<CheckResult> result = readCheckResult(resultFile());
     if (result) {
         result->id = m_task.checkId;
         result->milliseconds = m_elapsed.elapsed();
     }
-    m_timer.stop();
-    if (result && status == QProcess::NormalExit && exitCode == 0) {
+    const bool isEnded = status == QProcess::NormalExit && exitCode == 0 && !m_isTimedOut;
+    // What ends the process while it introduces itself is found by the checks of these calls.
+    if (result && (isEnded || call == QLatin1String(introducingCall))) {
         m_done({*result, std::nullopt});
+        return;
+    }
+    if (m_isTimedOut) {
+        QString reason = QStringLiteral("the check did not end within its limit of %1 ms").arg(m_timeLimit);
+        if (!call.isEmpty())
+            reason += QStringLiteral("; it was in %1").arg(call);
+        finish(CheckOutcome::TimedOut, reason);
         return;
     }
     const CheckResult crash{m_task.checkId, CheckOutcome::Crashed,
@@ -228,6 +231,7 @@ void setCheckSetup(QProcessEnvironment &environment, const CheckRunOptions &opti
     environment.insert(seedVariable, QString::number(options.seed));
     environment.insert(scriptsVariable, options.scripts.join(QLatin1Char('\n')));
     environment.insert(companionsVariable, options.companions.join(QLatin1Char('\n')));
+    environment.insert(releaseVariable, options.releaseFile);
 }
 
 CheckSetup handedCheckSetup(const IconRenderer &renderer)
@@ -237,6 +241,7 @@ CheckSetup handedCheckSetup(const IconRenderer &renderer)
     setup.isElsewhere = environment.contains(elsewhereVariable);
     setup.scripts = environment.value(scriptsVariable).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
     setup.companions = environment.value(companionsVariable).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    setup.releaseFile = environment.value(releaseVariable);
     return setup;
 }
 

@@ -61,6 +61,64 @@ QString protects(const CheckResult &result)
     return check ? check->protects : QString();
 }
 
+constexpr CheckOutcome worstFirst[] = {CheckOutcome::Crashed, CheckOutcome::TimedOut, CheckOutcome::Failed,
+                                       CheckOutcome::Warning, CheckOutcome::Skipped,  CheckOutcome::Passed};
+
+QString whatItIs(const PluginReport &report)
+{
+    if (report.pluginId.isEmpty())
+        return QString();
+    return QStringLiteral(": %1 %2").arg(inOneLine(report.pluginId), inOneLine(report.version));
+}
+
+QString line(CheckOutcome outcome, const QString &what)
+{
+    return QStringLiteral("  %1 %2\n").arg(outcomeWord(outcome), -9).arg(what);
+}
+
+// Of those that passed only those that were waived, unless all are asked for.
+QString linesOf(const PluginReport &report, CheckOutcome outcome, bool isVerbose)
+{
+    QString text;
+    for (const CheckResult &result : report.results) {
+        const bool isTold = isVerbose || outcome != CheckOutcome::Passed || !result.reason.isEmpty();
+        if (result.outcome != outcome || !isTold)
+            continue;
+        const QString reason =
+            result.reason.isEmpty() ? QString() : QLatin1String(": ") + inOneLine(result.reason);
+        text += line(outcome, result.id + reason);
+    }
+    return text;
+}
+
+QString familyLines(const PluginReport &report)
+{
+    struct Family
+    {
+        QString name;
+        int passed = 0;
+        int all = 0;
+    };
+    QVector<Family> families;
+    for (const CheckResult &result : report.results) {
+        const QString name = result.id.section(QLatin1Char('.'), 0, 0);
+        if (families.isEmpty() || families.last().name != name)
+            families.append({name});
+        ++families.last().all;
+        if (result.outcome == CheckOutcome::Passed)
+            ++families.last().passed;
+    }
+    QString text;
+    for (const Family &family : qAsConst(families)) {
+        const QString number = family.passed == family.all
+            ? QString::number(family.all)
+            : QStringLiteral("%1 of %2").arg(family.passed).arg(family.all);
+        const QString unit = family.all == 1 ? QStringLiteral("check") : QStringLiteral("checks");
+        if (family.passed > 0)
+            text += line(CheckOutcome::Passed, QStringLiteral("%1: %2 %3").arg(family.name, number, unit));
+    }
+    return text;
+}
 } // namespace
 
 CheckVerdict verdictOf(const QVector<PluginReport> &reports, bool isStrict)
@@ -89,15 +147,13 @@ QString textReport(const QVector<PluginReport> &reports, const CheckReportOption
 {
     QString text;
     for (const PluginReport &report : reports) {
-        text += messageLine(report.fileName) + QLatin1Char('\n');
-        for (const CheckResult &result : report.results) {
-            if (options.isOnlyFailed && result.outcome == CheckOutcome::Passed)
-                continue;
-            text += QStringLiteral("  %1 %2").arg(outcomeWord(result.outcome), -9).arg(result.id);
-            if (!result.reason.isEmpty())
-                text += QLatin1String(": ") + inOneLine(result.reason);
-            text += QLatin1Char('\n');
+        text += messageLine(report.fileName + whatItIs(report)) + QLatin1Char('\n');
+        for (const CheckOutcome outcome : worstFirst) {
+            if (outcome != CheckOutcome::Passed || !options.isOnlyFailed)
+                text += linesOf(report, outcome, options.isVerbose);
         }
+        if (!options.isOnlyFailed && !options.isVerbose)
+            text += familyLines(report);
     }
     return text + verdictLine(reports, options.isStrict) + QLatin1Char('\n');
 }
@@ -129,9 +185,33 @@ QByteArray jsonReport(const QVector<PluginReport> &reports, const CheckReportOpt
     }
     json.close();
     json.key("seed").number(qint64(options.seed));
+    json.key("stepctl").text(options.programVersion);
     json.key("verdict").text(verdictWord(verdictOf(reports, options.isStrict)));
     json.close();
     return bytes + '\n';
 }
 
+QString checkList()
+{
+    QString text;
+    for (const PluginCheck &check : pluginChecks())
+        text += check.id.leftJustified(34) + QLatin1String("  ") + check.protects + QLatin1Char('\n');
+    return text;
+}
+
+QByteArray jsonCheckList()
+{
+    QByteArray bytes;
+    JsonWriter json(bytes, JsonWriter::OnLines, 4);
+    json.openObject().key("checks").openArray();
+    for (const PluginCheck &check : pluginChecks()) {
+        json.openObject();
+        json.key("family").text(check.id.section(QLatin1Char('.'), 0, 0));
+        json.key("id").text(check.id);
+        json.key("protects").text(check.protects);
+        json.close();
+    }
+    json.close().close();
+    return bytes + '\n';
+}
 } // namespace StepHost

@@ -14,7 +14,7 @@ struct PluginReport
 {
     QString fileName;
     QVector<CheckResult> results;
-    QString pluginId = QString(); ///< As the plug-in tells, where `identity.non-empty` was checked.
+    QString pluginId = QString(); ///< As the plug-in tells; empty when it does not load.
     QString version = QString();
     QDateTime started = QDateTime(); ///< When its first check began.
 };
@@ -34,6 +34,9 @@ struct CheckRunOptions
     unsigned seed = 1; ///< Of all that checks choose at random.
     QStringList scripts; ///< Scripts whose steps are run in the checks of running, too.
     QStringList companions; ///< Plug-ins whose steps these scripts may use, too.
+    QString
+        baseline; ///< An older release to compare with, which only a process of its own loads; empty for none.
+    QString releaseFile; ///< Between processes only: the file for what that release gives.
 
     /// Called after every check with the number of checks that are done, and of all.
     std::function<void(int done, int total)> progress;
@@ -44,7 +47,8 @@ struct CheckRunOptions
 /// crashed.
 ///
 /// Whether a plug-in loads is checked first, also when that is not among \a checks. If it does not, its
-/// result is part of the report and all others are skipped. A library whose unloading ends the process is told of
+/// result is part of the report and all others are skipped. In the same way the older release is looked at before the
+/// plug-in is compared with it; without one these checks are skipped. A library whose unloading ends the process is told of
 /// once, by `library.unloads`, when that is among \a checks.
 ///
 /// Needs a `QCoreApplication`. When that is told to quit meanwhile, the processes that run are ended, and there is

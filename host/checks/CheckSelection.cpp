@@ -38,7 +38,7 @@ QString unknownName(const QStringList &names)
 }
 } // namespace
 
-Result<QVector<PluginCheck>> selectChecks(const QStringList &only, const QStringList &skip)
+Result<QVector<PluginCheck>> selectChecks(const QStringList &only, const QStringList &skip, bool hasBaseline)
 {
     const QString unknownOnly = unknownName(only);
     const QString unknownSkip = unknownName(skip);
@@ -50,9 +50,14 @@ Result<QVector<PluginCheck>> selectChecks(const QStringList &only, const QString
             QStringLiteral("--skip %1: there is no such check; --list shows them all").arg(unknownSkip));
     QVector<PluginCheck> selected;
     for (const PluginCheck &check : pluginChecks()) {
-        if ((only.isEmpty() || isNamed(check, only)) && !isNamed(check, skip))
+        const bool isPossible = hasBaseline || !check.id.startsWith(QLatin1String("baseline."));
+        if (isPossible && (only.isEmpty() || isNamed(check, only)) && !isNamed(check, skip))
             selected.append(check);
     }
+    if (selected.isEmpty() && !hasBaseline && !only.isEmpty() && skip.isEmpty())
+        return failure(
+            QStringLiteral("--only %1: that compares with an older release; --baseline FILE names one")
+                .arg(only.first()));
     return selected;
 }
 } // namespace StepHost

@@ -2,10 +2,11 @@
 
 #include "CheckContext.h"
 #include "CheckSteps.h"
-#include "host/plugins/StepCatalogue.h"
 #include "host/scripts/ScriptFile.h"
 
 #include <QHash>
+
+#include <vector>
 
 namespace StepHost
 {
@@ -22,33 +23,30 @@ public:
     void addTo(StepTrials &trials, Operation &step) const;
 
 private:
-    void runScript(const QString &fileName, const CheckContext &context);
+    void runScript(const Script &script);
 
+    std::vector<std::unique_ptr<StepCatalogue>>
+        m_catalogues; ///< Values of the trials may lie in their memory.
     QHash<QString, QVector<Trial>> m_trials; ///< By type id.
 };
 
 ScriptTrials::ScriptTrials(CheckContext &context)
 {
-    if (!context.setup().scripts.isEmpty())
-        context.plugin(); // Loaded longer than the catalogue of a script: values may lie in its memory.
-    for (const QString &script : context.setup().scripts)
-        runScript(script, context);
+    for (const QString &fileName : context.setup().scripts) {
+        Result<AuthorScript> author = readAuthorScript(context, fileName);
+        if (!author)
+            continue;
+        m_catalogues.push_back(std::move(author->catalogue));
+        const Script script = std::move(author->script); // Gone before its catalogue.
+        runScript(script);
+    }
 }
 
-void ScriptTrials::runScript(const QString &fileName, const CheckContext &context)
+void ScriptTrials::runScript(const Script &script)
 {
-    StepCatalogue catalogue;
-    const QStringList plugins = QStringList{context.fileName()} + context.setup().companions;
-    for (const QString &plugin : plugins) {
-        if (const auto added = catalogue.addPlugin(plugin); !added && plugin == context.fileName())
-            fail(added.error().reason);
-    }
-    const Result<Script> script = readScriptFile(fileName, catalogue);
-    if (!script)
-        fail(script.error());
     VariableScope scope;
-    declareVariables(*script, scope);
-    for (const ScriptStep &step : script->steps) {
+    declareVariables(script, scope);
+    for (const ScriptStep &step : script.steps) {
         const auto before = std::make_shared<const VariableScope>(scope);
         m_trials[step.operation->typeId()].append(
             {readSettings(*step.operation), ScopeContent::Mixed, before});
@@ -66,6 +64,23 @@ void ScriptTrials::addTo(StepTrials &trials, Operation &step) const
     }
 }
 } // namespace
+
+Result<AuthorScript> readAuthorScript(CheckContext &context, const QString &fileName)
+{
+    context.plugin(); // Loaded longer than the catalogue: values may lie in its memory.
+    AuthorScript author{std::make_unique<StepCatalogue>(), {}};
+    const QStringList plugins = QStringList{context.fileName()} + context.setup().companions;
+    for (const QString &plugin : plugins) {
+        const auto added = author.catalogue->addPlugin(plugin);
+        if (!added && plugin == context.fileName())
+            return failure(added.error().reason);
+    }
+    Result<Script> script = readScriptFile(fileName, *author.catalogue);
+    if (!script)
+        return failure(script.error());
+    author.script = std::move(*script);
+    return author;
+}
 
 void forEachTrials(CheckContext &context, const std::function<void(Operation &, const StepTrials &)> &check)
 {

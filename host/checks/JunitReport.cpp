@@ -125,6 +125,7 @@ void writeSuite(QXmlStreamWriter &xml, int number, const QString &name, const Pl
     writeProperty(xml, QStringLiteral("plugin"), report.pluginId);
     writeProperty(xml, QStringLiteral("version"), report.version);
     writeProperty(xml, QStringLiteral("seed"), QString::number(options.seed));
+    writeProperty(xml, QStringLiteral("stepctl"), options.programVersion);
     xml.writeEndElement();
     for (const CheckResult &result : report.results)
         writeCase(xml, name, result, options.isStrict);
@@ -146,6 +147,8 @@ QByteArray junitReport(const QVector<PluginReport> &reports, const CheckReportOp
     for (int i = 0; i < reports.size(); ++i) {
         // Plug-ins in different folders may have the same file name.
         QString name = xmlText(QFileInfo(reports.at(i).fileName).fileName());
+        if (name.trimmed().isEmpty())
+            name = QStringLiteral("unnamed");
         const int number = ++known[name];
         if (number > 1)
             name += QStringLiteral("#%1").arg(number);

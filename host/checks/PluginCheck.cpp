@@ -119,7 +119,7 @@ const QVector<PluginCheck> &pluginChecks()
     static const QVector<PluginCheck> checks = libraryChecks() + fileChecks() + identityChecks()
         + nameChecks() + prototypeChecks() + cloneChecks() + settingsChecks() + schemaChecks() + textChecks()
         + iconChecks() + persistenceChecks() + recordChecks() + runningChecks() + resultChecks()
-        + mannerChecks();
+        + mannerChecks() + baselineChecks();
     return checks;
 }
 
@@ -140,8 +140,14 @@ CheckResult runPluginCheck(const PluginCheck &check, const QString &fileName, co
     CheckContext context(fileName, setup);
     const CheckEnd end = endOf([&] { check.run(context); });
     // Much of a reason may be what the plug-in says.
-    const CheckResult result{check.id, end.outcome, messageLine(end.reason), timer.elapsed(),
-                             context.facts()};
+    CheckResult result{check.id, end.outcome, messageLine(end.reason), timer.elapsed(), context.facts()};
+    if (done)
+        done(result);
+    if (!check.introduce || end.outcome != CheckOutcome::Passed)
+        return result;
+    noteCall(introducingCall);
+    endOf([&] { check.introduce(context); });
+    result.facts = context.facts();
     if (done)
         done(result);
     return result;

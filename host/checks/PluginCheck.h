@@ -68,6 +68,9 @@ struct PluginCheck
     std::function<void(CheckContext &context)>
         run; ///< Returns when the check passes; ends it otherwise by an exception.
     CheckWorlds worlds = CheckWorlds::One;
+    std::function<void(CheckContext &context)> introduce =
+        {}; ///< Tells facts for the report once the check has passed, whatever becomes of it.
+    bool takesLong = false; ///< Whether it is to be begun before the others.
 };
 
 /// All checks, in the order in which a plug-in's author wants to read them: a check stands after those
@@ -87,10 +90,12 @@ struct CheckSetup
     QStringList scripts = {}; ///< The files of scripts whose steps are to be run, too; absolute paths.
     QStringList companions =
         {}; ///< Plug-ins whose steps the scripts may use beside those of the one under check.
+    QString releaseFile = {}; ///< Where there is, or will be, what an older release gives; empty without one.
 };
 
 /// Does \a check on the plug-in \a fileName here and now, in this process: a crash of the plug-in is one
-/// of the caller. When it is done, and before the library is unloaded, \a done gets the result, too. Never throws.
+/// of the caller. When it is done, and before the library is unloaded, \a done gets the result, too; again when there are
+/// facts for the report. Never throws.
 CheckResult runPluginCheck(const PluginCheck &check, const QString &fileName, const CheckSetup &setup,
                            const std::function<void(const CheckResult &)> &done = {});
 } // namespace StepHost

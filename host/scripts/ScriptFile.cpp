@@ -6,6 +6,7 @@
 #include "host/plugins/StepRecord.h"
 #include "host/plugins/StepSettings.h"
 
+#include <QDir>
 #include <QFileInfo>
 
 #include <algorithm>
@@ -45,6 +46,20 @@ std::optional<ScriptForm> scriptFormOf(const QString &fileName)
     if (suffix == QLatin1String("qms"))
         return ScriptForm::Binary;
     return std::nullopt;
+}
+
+QStringList scriptsBeside(const QString &pluginFile)
+{
+    const QFileInfo library(pluginFile);
+    const QDir folder(library.absolutePath() + QLatin1Char('/') + library.completeBaseName()
+                      + QLatin1String(".scripts"));
+    QStringList scripts;
+    const QStringList names = folder.entryList(QDir::Files, QDir::Name);
+    for (const QString &name : names) {
+        if (scriptFormOf(name))
+            scripts.append(folder.filePath(name));
+    }
+    return scripts;
 }
 
 Result<Script> readAnyScript(const QByteArray &bytes, const StepCatalogue &catalogue)

@@ -3,6 +3,7 @@
 #include "ScriptJson.h"
 
 #include <QString>
+#include <QStringList>
 
 #include <optional>
 
@@ -24,6 +25,10 @@ Result<Script> readAnyScript(const QByteArray &bytes, const StepCatalogue &catal
 /// Reads the file \a fileName, or standard input for "-", whose content tells its form. The steps are made by
 /// \a catalogue. An error begins with the file's name.
 Result<Script> readScriptFile(const QString &fileName, const StepCatalogue &catalogue);
+
+/// The scripts that come with the plug-in \a pluginFile, sorted by name: those in the folder beside it that is called as
+/// its library, with `.scripts` in place of the suffix. Absolute paths.
+QStringList scriptsBeside(const QString &pluginFile);
 
 /// Writes \a script in the form \a form. The steps have to be of types in \a catalogue.
 ///

@@ -1,5 +1,6 @@
 #include "host/checks/CheckContext.h"
 #include "host/checks/CheckReport.h"
+#include "host/checks/CheckSelection.h"
 #include "tests/support/IsLike.h"
 #include "tests/support/ProgramStart.h"
 #include "tests/support/TestPaths.h"
@@ -26,7 +27,6 @@ using namespace StepHost;
 
 Q_DECLARE_METATYPE(CheckOutcome)
 Q_DECLARE_METATYPE(CheckVerdict)
-Q_DECLARE_METATYPE(QVector<CheckOutcome>)
 
 namespace
 {
@@ -186,19 +186,6 @@ private:
     std::function<void()> m_action;
 };
 
-PluginReport sampleReport()
-{
-    return {"/plugins/libA.so",
-            {{"library.loads", CheckOutcome::Passed, QString(), 12},
-             {"clone.parent", CheckOutcome::Failed, "A: clone(parent) has \"no\" parent <&>", 1500},
-             {"icon.size", CheckOutcome::Warning, "rather large", 3},
-             {"icon.renders", CheckOutcome::Skipped, "images cannot be drawn here", 4},
-             {"texts.pure", CheckOutcome::Crashed, QString("bad ") + QChar(1) + QChar(0xd800), 5},
-             {"texts.quiet", CheckOutcome::TimedOut, "no end", 6}},
-            "com.example.A",
-            "1.2.3",
-            QDateTime(QDate(2024, 2, 29), QTime(12, 30), Qt::UTC)};
-}
 } // namespace
 
 class TestPluginCheck : public QObject
@@ -228,11 +215,6 @@ private slots:
     void noFolderForResults();
     void orderAndProgress_data();
     void orderAndProgress();
-    void verdicts_data();
-    void verdicts();
-    void textReportIsStable();
-    void jsonReportHoldsEverything();
-    void junitReportIsWellFormed();
     void reasonsAreMessages();
     void exitStatus_data();
     void exitStatus();
@@ -310,8 +292,10 @@ void TestPluginCheck::soundPluginsPass_data()
 void TestPluginCheck::soundPluginsPass()
 {
     QFETCH(QString, file);
-    const QVector<CheckResult> results = check(file, pluginChecks());
-    QCOMPARE(results.size(), pluginChecks().size());
+    const auto checks = selectChecks({}, {});
+    QVERIFY(checks);
+    const QVector<CheckResult> results = check(file, *checks);
+    QCOMPARE(results.size(), checks->size());
     QCOMPARE(findings(results), QStringList());
 }
 
@@ -329,7 +313,8 @@ void TestPluginCheck::theRestIsUnharmed()
     QFETCH(QStringList, harmed);
     QFETCH(CheckOutcome, outcome);
     QVector<PluginCheck> checks;
-    for (const PluginCheck &check : pluginChecks()) {
+    const auto all = selectChecks({}, {});
+    for (const PluginCheck &check : *all) {
         if (!check.id.startsWith("library.") && !check.id.startsWith("schema.")
             && !check.id.startsWith("persistence.mutation") && !check.id.startsWith("manners."))
             checks.append(check);
@@ -572,121 +557,6 @@ void TestPluginCheck::orderAndProgress()
         QCOMPARE(progress.at(i), qMakePair(i + 1, progress.size()));
 }
 
-void TestPluginCheck::verdicts_data()
-{
-    QTest::addColumn<QVector<CheckOutcome>>("outcomes");
-    QTest::addColumn<CheckVerdict>("verdict");
-    QTest::addColumn<QString>("line");
-    using O = CheckOutcome;
-    const auto row = [](const char *name, const QVector<O> &outcomes, CheckVerdict verdict,
-                        const char *line) { QTest::newRow(name) << outcomes << verdict << QString(line); };
-    row("all passed", {O::Passed, O::Passed}, CheckVerdict::Passed, "passed: 2 passed");
-    row("a warning", {O::Passed, O::Warning}, CheckVerdict::Passed, "passed: 1 passed, 1 warning");
-    row("skipped", {O::Passed, O::Skipped}, CheckVerdict::Passed, "passed: 1 passed, 1 skipped");
-    row("failed", {O::Passed, O::Failed, O::Failed}, CheckVerdict::Failed, "failed: 1 passed, 2 failed");
-    row("not loadable", {O::Failed, O::Skipped}, CheckVerdict::NotLoadable,
-        "not loadable: 1 skipped, 1 failed");
-    row("crashed", {O::Passed, O::Failed, O::Crashed}, CheckVerdict::Crashed,
-        "crashed: 1 passed, 1 failed, 1 crashed");
-    row("timed out", {O::Passed, O::TimedOut}, CheckVerdict::Crashed, "crashed: 1 passed, 1 timed out");
-}
-
-void TestPluginCheck::verdicts()
-{
-    QFETCH(QVector<CheckOutcome>, outcomes);
-    QFETCH(CheckVerdict, verdict);
-    QFETCH(QString, line);
-    PluginReport report{"p", {}};
-    for (int i = 0; i < outcomes.size(); ++i)
-        report.results.append({pluginChecks().at(i).id, outcomes.at(i), QString(), 1});
-    QVERIFY(verdictOf({report}) == verdict);
-    QCOMPARE(verdictLine({report}), line);
-    const PluginReport passed{"q", {{"library.loads", CheckOutcome::Passed, QString(), 1}}};
-    QVERIFY(verdictOf({passed, report}) == verdict);
-    QVERIFY(verdictOf({report, passed}) == verdict);
-}
-
-void TestPluginCheck::textReportIsStable()
-{
-    QCOMPARE(textReport({sampleReport()}),
-             QString("/plugins/libA.so\n"
-                     "  passed    library.loads\n"
-                     "  failed    clone.parent: A: clone(parent) has \"no\" parent <&>\n"
-                     "  warning   icon.size: rather large\n"
-                     "  skipped   icon.renders: images cannot be drawn here\n"
-                     "  crashed   texts.pure: bad \\u0001\\ud800\n"
-                     "  timed out texts.quiet: no end\n"
-                     "crashed: 1 passed, 1 warning, 1 skipped, 1 failed, 1 crashed, 1 timed out\n"));
-}
-
-void TestPluginCheck::jsonReportHoldsEverything()
-{
-    const PluginReport sample = sampleReport();
-    QJsonParseError error;
-    const QJsonObject report = QJsonDocument::fromJson(jsonReport({sample, sample}), &error).object();
-    QVERIFY2(error.error == QJsonParseError::NoError, qPrintable(error.errorString()));
-    QCOMPARE(report["verdict"].toString(), QString("crashed"));
-    QCOMPARE(report["plugins"].toArray().size(), 2);
-    const QJsonObject plugin = report["plugins"].toArray().at(1).toObject();
-    QCOMPARE(plugin["file"].toString(), sample.fileName);
-    QCOMPARE(plugin["verdict"].toString(), QString("crashed"));
-    const QJsonArray checks = plugin["checks"].toArray();
-    QCOMPARE(checks.size(), sample.results.size());
-    const QJsonObject check = checks.at(1).toObject();
-    QCOMPARE(check["id"].toString(), QString("clone.parent"));
-    QCOMPARE(check["protects"].toString(), findPluginCheck("clone.parent")->protects);
-    QCOMPARE(check["outcome"].toString(), QString("failed"));
-    QCOMPARE(check["reason"].toString(), sample.results.at(1).reason);
-    QCOMPARE(check["milliseconds"].toInt(), 1500);
-}
-
-void TestPluginCheck::junitReportIsWellFormed()
-{
-    const PluginReport sample = sampleReport();
-    CheckReportOptions options;
-    options.seed = 7;
-    QXmlStreamReader xml(junitReport({sample, sample}, options));
-    int suites = 0;
-    QStringList properties;
-    QStringList elements;
-    QStringList cases;
-    while (!xml.atEnd()) {
-        if (xml.readNext() != QXmlStreamReader::StartElement)
-            continue;
-        const QXmlStreamAttributes attributes = xml.attributes();
-        if (xml.name() == QLatin1String("testsuite")) {
-            QCOMPARE(attributes.value("name").toString(),
-                     suites++ == 0 ? QString("libA.so") : QString("libA.so#2"));
-            QCOMPARE(attributes.value("package").toString(), sample.fileName);
-            QCOMPARE(attributes.value("timestamp").toString(), QString("2024-02-29T12:30:00"));
-            QVERIFY(!attributes.value("hostname").isEmpty());
-            QCOMPARE(attributes.value("tests").toInt(), 6);
-            QCOMPARE(attributes.value("failures").toInt(), 1);
-            QCOMPARE(attributes.value("errors").toInt(), 2);
-            QCOMPARE(attributes.value("skipped").toInt(), 1);
-            QCOMPARE(attributes.value("time").toString(), QString("1.530"));
-        } else if (xml.name() == QLatin1String("testcase")) {
-            cases.append(attributes.value("classname") + '/' + attributes.value("name"));
-        } else if (xml.name() == QLatin1String("failure")) {
-            QCOMPARE(attributes.value("message").toString(), sample.results.at(1).reason);
-        } else if (xml.name() == QLatin1String("error")
-                   && attributes.value("type") == QLatin1String("crashed")) {
-            QCOMPARE(attributes.value("message").toString(), QString("bad \\u0001\\ud800"));
-        } else if (xml.name() == QLatin1String("property")) {
-            properties.append(attributes.value("name") + '=' + attributes.value("value"));
-        }
-        elements.append(xml.name().toString());
-    }
-    QVERIFY2(!xml.hasError(), qPrintable(xml.errorString()));
-    const QStringList suite{"testsuite", "properties", "property", "property",   "property",  "testcase",
-                            "testcase",  "failure",    "testcase", "testcase",   "skipped",   "testcase",
-                            "error",     "testcase",   "error",    "system-out", "system-err"};
-    QCOMPARE(elements, QStringList{"testsuites"} + suite + suite);
-    QCOMPARE(cases.mid(0, 2), QStringList({"libA.so.library/loads", "libA.so.clone/parent"}));
-    QCOMPARE(QSet<QString>(cases.begin(), cases.end()).size(), cases.size());
-    QCOMPARE(properties.mid(0, 3), QStringList({"plugin=com.example.A", "version=1.2.3", "seed=7"}));
-}
-
 // However much a plug-in says.
 void TestPluginCheck::reasonsAreMessages()
 {
@@ -725,6 +595,15 @@ void TestPluginCheck::exitStatus_data()
     row("no such check", {listPlugin, "--only", "clone.parents"}, 2,
         "stepctl: --only clone.parents: there is no such check; --list shows them all\n");
     row("no such format", {listPlugin, "--format", "yaml"}, 2, "--format: yaml not in {text,json,junit}");
+    row("a baseline for several", {listPlugin, listPlugin, "--baseline", listPlugin}, 2,
+        "stepctl: --baseline: name one plug-in, which is compared with the older release\n");
+    row("a baseline in process", {listPlugin, "--baseline", listPlugin, "--in-process"}, 2,
+        "stepctl: --baseline: two releases of a plug-in are not loaded into one process; leave out "
+        "--in-process\n");
+    row("a baseline", {listPlugin, "--baseline", listPlugin, "--only", "baseline.types"}, 0);
+    row("no baseline", {listPlugin, "--only", "baseline.types"}, 2,
+        "stepctl: --only baseline.types: that compares with an older release; --baseline FILE names one\n");
+    row("a list as JUnit", {"--list", "--format", "junit"}, 2, "stepctl: --list: its form is text or json\n");
     row("no jobs", {listPlugin, "--jobs", "0"}, 2, "--jobs: Value 0 not in range 1 to 256");
     row("no time", {listPlugin, "--time-limit", "0"}, 2, "--time-limit: Value 0 not in range");
 }
@@ -749,15 +628,27 @@ void TestPluginCheck::listNamesEveryCheck()
     const QByteArray expected = golden("checks.txt");
     QCOMPARE(expected.count('\n'), pluginChecks().size());
     QVERIFY2(exit.output == expected, qPrintable(difference(expected, exit.output)));
+    const Exit json = stepctl({"check", "--list", "--format", "json"});
+    const QJsonArray checks = QJsonDocument::fromJson(json.output).object()["checks"].toArray();
+    QCOMPARE(checks.size(), pluginChecks().size());
+    QCOMPARE(checks.last().toObject()["family"].toString(), QString("baseline"));
+    QCOMPARE(checks.last().toObject()["id"].toString(), pluginChecks().last().id);
+    QCOMPARE(checks.last().toObject()["protects"].toString(), pluginChecks().last().protects);
 }
 
 void TestPluginCheck::outputFormats()
 {
     const QStringList arguments{"check", listPlugin, "--only", "clone.parent", "--format"};
     const Exit text = stepctl(arguments + QStringList{"text"});
-    QCOMPARE(QString::fromUtf8(text.output), listPlugin + "\n  passed    clone.parent\npassed: 1 passed\n");
+    QCOMPARE(QString::fromUtf8(text.output),
+             listPlugin
+                 + ": com.tallowby.Quillmap.ListOperPlugin 1.0.0\n  passed    clone: 1 check\n"
+                   "passed: 1 passed\n");
     const Exit json = stepctl(arguments + QStringList{"json"});
-    QCOMPARE(QJsonDocument::fromJson(json.output).object()["verdict"].toString(), QString("passed"));
+    const QJsonObject report = QJsonDocument::fromJson(json.output).object();
+    QCOMPARE(report["verdict"].toString(), QString("passed"));
+    QCOMPARE(report["plugins"][0]["version"].toString(), QString("1.0.0"));
+    QVERIFY(stepctl({"--version"}).output.contains(report["stepctl"].toString().toUtf8()));
     QXmlStreamReader xml(stepctl(arguments + QStringList{"junit"}).output);
     QVERIFY(xml.readNextStartElement());
     QCOMPARE(xml.name().toString(), QString("testsuites"));

@@ -36,6 +36,7 @@ struct CheckArguments
     QStringList skip;
     QStringList scripts;
     QString waivers;
+    QString baseline;
     QString format = QStringLiteral("text");
     int seed = 1;
     int jobs = qMax(1, QThread::idealThreadCount());
@@ -45,6 +46,7 @@ struct CheckArguments
     bool quiet = false;
     bool onlyFailed = false;
     bool strict = false;
+    bool verbose = false;
 };
 
 int exitStatus(CheckVerdict verdict)
@@ -60,14 +62,6 @@ int exitStatus(CheckVerdict verdict)
         break;
     }
     return exitCrashed;
-}
-
-QByteArray checkList()
-{
-    QByteArray text;
-    for (const PluginCheck &check : pluginChecks())
-        text += check.id.leftJustified(34).toUtf8() + "  " + check.protects.toUtf8() + '\n';
-    return text;
 }
 
 // Whatever plug-ins there are beside the one under check, its author's scripts may use.
@@ -99,16 +93,37 @@ QByteArray reportIn(const QString &format, const QVector<PluginReport> &reports,
     return textReport(reports, options).toUtf8();
 }
 
+int list(const QString &format)
+{
+    if (format == QLatin1String("junit"))
+        return refuse(QStringLiteral("--list: its form is text or json"));
+    const QByteArray checks = format == QLatin1String("json") ? jsonCheckList() : checkList().toUtf8();
+    return writeResult(checks, QString()) ? ExitSuccess : ExitRefused;
+}
+
+// What is wrong with how the arguments go together; empty when nothing is.
+QString mistakeIn(const CheckArguments &arguments)
+{
+    if (arguments.plugins.isEmpty())
+        return QStringLiteral("check: name at least one plug-in");
+    if (!arguments.baseline.isEmpty() && arguments.plugins.size() > 1)
+        return QStringLiteral("--baseline: name one plug-in, which is compared with the older release");
+    if (!arguments.baseline.isEmpty() && arguments.inProcess)
+        return QStringLiteral("--baseline: two releases of a plug-in are not loaded into one process; leave "
+                              "out --in-process");
+    return QString();
+}
+
 int check(const CheckArguments &arguments)
 {
     if (arguments.list)
-        return writeResult(checkList(), QString()) ? ExitSuccess : ExitRefused;
-    if (arguments.plugins.isEmpty())
-        return refuse(QStringLiteral("check: name at least one plug-in"));
-    const Result<QVector<PluginCheck>> checks = selectChecks(arguments.only, arguments.skip);
+        return list(arguments.format);
+    if (const QString mistake = mistakeIn(arguments); !mistake.isEmpty())
+        return refuse(mistake);
+    const Result<QVector<PluginCheck>> checks =
+        selectChecks(arguments.only, arguments.skip, !arguments.baseline.isEmpty());
     if (!checks)
         return refuse(checks.error());
-
     Result<QVector<Waiver>> waivers = waiversOf(arguments);
     if (!waivers)
         return refuse(waivers.error());
@@ -122,6 +137,7 @@ int check(const CheckArguments &arguments)
     for (const QString &script : arguments.scripts)
         options.scripts.append(QFileInfo(script).absoluteFilePath());
     options.companions = companionsOf(arguments);
+    options.baseline = arguments.baseline;
     options.jobs = arguments.jobs;
     options.timeLimit = qMax(1, int(arguments.timeLimit * 1000));
     std::unique_ptr<ProgressLine> line;
@@ -135,7 +151,8 @@ int check(const CheckArguments &arguments)
     line.reset();
     quitting.raiseAgain();
     applyWaivers(reports, *waivers);
-    const CheckReportOptions reportOptions{arguments.onlyFailed, arguments.strict, options.seed};
+    const CheckReportOptions reportOptions{arguments.onlyFailed, arguments.strict, options.seed,
+                                           arguments.verbose, QStringLiteral(STEPCTL_VERSION)};
     if (!writeResult(reportIn(arguments.format, reports, reportOptions), QString()))
         return ExitRefused;
     return exitStatus(verdictOf(reports, arguments.strict));
@@ -161,12 +178,19 @@ void addCheckCommand(CommandLine &commandLine)
          "Run the steps of the script FILE, too, when running is checked. It may use the steps of all\n"
          "installed plug-ins. May be given more than once."},
         arguments->scripts);
+    command.addOption(
+        {"--baseline", "OLD",
+         "Compare the plug-in with its older release OLD: whether scripts and records of that one are\n"
+         "read and run as they were"},
+        arguments->baseline);
     command.addOption({"--waive", "FILE",
                        "Let what the lines of FILE name count as passed: CHECK \"part of the reason\": why"},
                       arguments->waivers);
     command.addNumber({"--seed", "N", "Choose what is chosen at random by the number N; 1 by default"}, 1,
                       2147483647, arguments->seed);
     command.addFlag("--only-failed", "Report only what did not pass", arguments->onlyFailed);
+    command.addFlag("--verbose", "Report each check that passed, too, and not only its family",
+                    arguments->verbose);
     command.addFlag("--strict", "Count a warning as a failure", arguments->strict);
     command.addNumber(
         {"--jobs", "N", "How many checks run at the same time; as many as there are processors by default"},

@@ -34,9 +34,6 @@ void checkNonEmpty(CheckContext &context)
         fail(QStringLiteral("name() is empty"));
     if (plugin.version().isEmpty())
         fail(QStringLiteral("version() is empty"));
-    constexpr int shown = 200;
-    context.tell(QLatin1String(pluginIdFact), bounded(plugin.pluginId(), shown));
-    context.tell(QLatin1String(versionFact), bounded(plugin.version(), shown));
 }
 
 void checkIdForm(CheckContext &context)

@@ -32,6 +32,13 @@ void checkLoads(CheckContext &context)
     context.plugin();
 }
 
+void introduce(CheckContext &context)
+{
+    constexpr int shown = 200;
+    context.tell(QLatin1String(pluginIdFact), bounded(context.plugin().pluginId(), shown));
+    context.tell(QLatin1String(versionFact), bounded(context.plugin().version(), shown));
+}
+
 void checkInterfaceId(CheckContext &context)
 {
     const QString id = QPluginLoader(context.fileName()).metaData().value(QLatin1String("IID")).toString();
@@ -291,7 +298,8 @@ void checkHostSymbols(CheckContext &context)
 QVector<PluginCheck> libraryChecks()
 {
     return {
-        {"library.loads", "The library loads, and its root object implements the contract.", checkLoads},
+        {"library.loads", "The library loads, and its root object implements the contract.", checkLoads,
+         CheckWorlds::One, introduce},
         {"library.interface-id", "The metadata names the contract's interface.", checkInterfaceId},
         {"library.metadata", "The metadata can be read without loading, and names the root object's class.",
          checkMetaData},

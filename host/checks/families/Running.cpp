@@ -220,6 +220,19 @@ void checkContents(CheckContext &context)
         }
     });
 }
+// A script that crashes a step does so here, too.
+void checkScripts(CheckContext &context)
+{
+    for (const QString &fileName : context.setup().scripts) {
+        const Result<AuthorScript> author = readAuthorScript(context, fileName);
+        if (!author)
+            fail(author.error());
+        VariableScope scope;
+        declareVariables(author->script, scope);
+        for (const ScriptStep &step : author->script.steps)
+            runOn(*step.operation, scope);
+    }
+}
 } // namespace
 
 QVector<PluginCheck> runningChecks()
@@ -244,6 +257,8 @@ QVector<PluginCheck> runningChecks()
         {"running.quiet", "A run writes nothing to the log but a warning.", checkQuiet},
         {"running.contents", "A step that can write can be run on empty, short, odd and extreme values.",
          checkContents},
+        {"running.scripts", "Scripts that come with the plug-in, or are named, can be read and run.",
+         checkScripts},
     };
 }
 } // namespace StepHost

@@ -7,6 +7,8 @@
 #include "host/running/WarningCapture.h"
 #include "hostapi/Operation.h"
 
+#include <QCryptographicHash>
+#include <QDataStream>
 #include <QElapsedTimer>
 #include <QSet>
 
@@ -164,6 +166,16 @@ void TrialSearch::varyEachSetting(const Trial &trial)
     }
 }
 
+// Lists are told by their first elements and a checksum of all.
+QString wholeValue(const QVariant &value)
+{
+    QByteArray bytes;
+    QDataStream stream(&bytes, QIODevice::WriteOnly);
+    stream << value;
+    const QByteArray digest = QCryptographicHash::hash(bytes, QCryptographicHash::Sha1).toHex().left(12);
+    return QStringLiteral("%1, checksum %2").arg(shownValue(value), QString::fromLatin1(digest));
+}
+
 StepTrials TrialSearch::find()
 {
     m_timer.start();
@@ -225,6 +237,15 @@ TrialRun run(Operation &step, const Trial &trial)
     applySettings(step, trial.settings);
     VariableScope scope = scopeFor(trial);
     return runOn(step, scope);
+}
+
+QString resultText(const TrialRun &run)
+{
+    QStringList results;
+    const QStringList names = changedNames(run.before, run.after);
+    for (const QString &name : names)
+        results.append(name + QLatin1String(" = ") + wholeValue(run.after.value(name).value));
+    return results.isEmpty() ? QStringLiteral("nothing") : results.join(QLatin1String(", "));
 }
 
 StepTrials findTrials(Operation &step, unsigned seed)

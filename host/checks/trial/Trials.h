@@ -51,6 +51,10 @@ TrialRun runOn(Operation &step, VariableScope &scope);
 /// Gives \a step the settings of \a trial and runs it on a new scope with the content of \a trial.
 TrialRun run(Operation &step, const Trial &trial);
 
+/// The variables that \a run changed, each with its value, in one line; `nothing` when there are none. The same values
+/// give the same text in every process.
+QString resultText(const TrialRun &run);
+
 /// Looks for settings with which \a step writes: those that the schema asks for first, then ever more at random, for
 /// each choice and truth value apart. Which ones are found depends on \a step and \a seed only.
 StepTrials findTrials(Operation &step, unsigned seed);
