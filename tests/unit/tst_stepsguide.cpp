@@ -18,6 +18,11 @@ using namespace StepHost;
 namespace
 {
 const QString guideFile = TestPaths::source("docs/steps.zh-CN.md");
+const QString englishFile = TestPaths::source("docs/steps.md");
+
+// How the guides begin what they say about a step: with its name and its type id.
+const char *const chineseHeading = "^## (.+)（`([a-z.]+)`）$";
+const char *const englishHeading = "^## .+, (.+) \\(`([a-z.]+)`\\)$";
 
 // A script in the guide and what it says that a run prints.
 struct Example
@@ -47,9 +52,47 @@ QByteArray blockAfter(const QStringList &lines, int first)
     return text.toUtf8();
 }
 
-QVector<Section> sectionsOf(const QStringList &lines)
+QStringList linesOf(const QString &fileName)
 {
-    const QRegularExpression heading(QString::fromUtf8("^## (.+)（`([a-z.]+)`）$"));
+    QFile file(fileName);
+    if (!file.open(QIODevice::ReadOnly))
+        qFatal("%s: %s", qPrintable(fileName), qPrintable(file.errorString()));
+    return QString::fromUtf8(file.readAll()).remove('\r').split('\n');
+}
+
+void writeLines(const QString &fileName, const QStringList &lines)
+{
+    QFile file(fileName);
+    const QByteArray text = lines.join('\n').toUtf8();
+    QVERIFY2(file.open(QIODevice::WriteOnly), qPrintable(file.errorString()));
+    QCOMPARE(file.write(text), qint64(text.size()));
+}
+
+// `lines` with the blocks of `others`, in order, in place of their own.
+QStringList withBlocksOf(const QStringList &others, const QStringList &lines)
+{
+    QStringList result;
+    int at = 0; // In others.
+    bool isInBlock = false;
+    for (const QString &line : lines) {
+        if (line.startsWith("```") && !isInBlock) {
+            while (at < others.size() && !others.at(at).startsWith("```"))
+                ++at;
+            for (const int first = at; at < others.size() && (at == first || others.at(at) != "```"); ++at)
+                result.append(others.at(at));
+            ++at;
+        }
+        if (line.startsWith("```"))
+            isInBlock = !isInBlock;
+        if (!isInBlock)
+            result.append(line);
+    }
+    return result;
+}
+
+QVector<Section> sectionsOf(const QStringList &lines, const char *headingForm)
+{
+    const QRegularExpression heading(QString::fromUtf8(headingForm));
     QVector<Section> sections(1);
     for (int i = 0; i < lines.size(); ++i) {
         const QString &line = lines.at(i);
@@ -129,6 +172,8 @@ private slots:
     void sections();
     void messages_data();
     void messages();
+    void theEnglishGuideHasTheSame_data();
+    void theEnglishGuideHasTheSame();
     void cleanupTestCase();
 
 private:
@@ -146,10 +191,8 @@ void TestStepsGuide::initTestCase()
 {
     const auto added = m_catalogue.addPlugin(TestPaths::listPlugin());
     QVERIFY2(added, qPrintable(errorOf(added)));
-    QFile guide(guideFile);
-    QVERIFY2(guide.open(QIODevice::ReadOnly), qPrintable(guide.errorString()));
-    m_lines = QString::fromUtf8(guide.readAll()).remove('\r').split('\n');
-    m_sections = sectionsOf(m_lines);
+    m_lines = linesOf(guideFile);
+    m_sections = sectionsOf(m_lines, chineseHeading);
 }
 
 // An empty one when the guide has none.
@@ -293,6 +336,46 @@ void TestStepsGuide::messages()
         QVERIFY2(isShown.at(i), qPrintable(expressions.at(i).pattern()));
 }
 
+void TestStepsGuide::theEnglishGuideHasTheSame_data()
+{
+    QTest::addColumn<int>("index");
+    for (int i = 0; i < m_sections.size(); ++i)
+        QTest::addRow("%s", qPrintable(i == 0 ? QString("all steps") : m_sections.at(i).typeId)) << i;
+}
+
+// What the Chinese guide tells in other words than these has been looked at by the tests above.
+void TestStepsGuide::theEnglishGuideHasTheSame()
+{
+    QFETCH(int, index);
+    const QVector<Section> sections = sectionsOf(linesOf(englishFile), englishHeading);
+    QCOMPARE(sections.size(), m_sections.size());
+    const Section &english = sections.at(index);
+    const Section &chinese = m_sections.at(index);
+    QCOMPARE(english.typeId, chinese.typeId);
+    QCOMPARE(english.name, chinese.name);
+    QCOMPARE(english.lines.filter("<img "), chinese.lines.filter("<img "));
+
+    QCOMPARE(english.examples.size(), chinese.examples.size());
+    for (int i = 0; i < english.examples.size(); ++i) {
+        QCOMPARE(english.examples.at(i).script, chinese.examples.at(i).script);
+        QCOMPARE(english.examples.at(i).result, chinese.examples.at(i).result);
+    }
+
+    QCOMPARE(english.tableRows.size(), chinese.tableRows.size());
+    for (int i = 0; i < english.tableRows.size(); ++i) {
+        const QStringList cells = english.tableRows.at(i).split(" | ");
+        const QStringList others = chinese.tableRows.at(i).split(" | ");
+        QCOMPARE(cells.size(), others.size());
+        if (cells.size() == 4) { // A setting: its property, its label, how it is filled in, its default.
+            QCOMPARE(cells.at(0), others.at(0));
+            QCOMPARE(cells.at(1), others.at(1));
+            QCOMPARE(cells.at(3), QString(others.at(3)).replace("空", "empty"));
+        } else {
+            QCOMPARE(cells.at(0), QString(others.at(0)).replace("、", ", "));
+        }
+    }
+}
+
 void TestStepsGuide::cleanupTestCase()
 {
     if (m_renewed.isEmpty())
@@ -307,10 +390,8 @@ void TestStepsGuide::cleanupTestCase()
         for (int i = report.size() - 2; i >= 0; --i)
             m_lines.insert(first, report.at(i));
     }
-    QFile guide(guideFile);
-    const QByteArray text = m_lines.join('\n').toUtf8();
-    QVERIFY2(guide.open(QIODevice::WriteOnly), qPrintable(guide.errorString()));
-    QCOMPARE(guide.write(text), qint64(text.size()));
+    writeLines(guideFile, m_lines);
+    writeLines(englishFile, withBlocksOf(m_lines, linesOf(englishFile)));
 }
 
 QTEST_GUILESS_MAIN(TestStepsGuide)
