@@ -16,6 +16,7 @@ class TestWorkbenchCommandLine : public QObject
 private slots:
     void reads_data();
     void reads();
+    void addsPlacesToTheSearch();
     void handsOnWhatIsForQt();
     void explainsItselfWithoutADisplay_data();
     void explainsItselfWithoutADisplay();
@@ -64,6 +65,14 @@ void TestWorkbenchCommandLine::reads()
     QTEST(line.plugins.files, "plugins");
     QTEST(line.language, "language");
     QTEST(line.script, "script");
+}
+
+void TestWorkbenchCommandLine::addsPlacesToTheSearch()
+{
+    const CommandLine line =
+        readCommandLine({"workbench", "--plugin-path", "a", "--plugin-path=b", "--plugin", "c.so"}, {"en"});
+    QCOMPARE(line.plugins.places, QStringList({"a", "b"}));
+    QCOMPARE(line.plugins.files, QStringList("c.so"));
 }
 
 void TestWorkbenchCommandLine::handsOnWhatIsForQt()
