@@ -53,6 +53,15 @@ install(FILES
     cmake/OperationCorePlugin.cmake
     DESTINATION ${QUILLMAP_INSTALL_CMAKEDIR})
 
+# For those who build plug-ins without CMake.
+set(QUILLMAP_INSTALL_PKGCONFIGDIR ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+file(RELATIVE_PATH QUILLMAP_PC_TO_PREFIX /prefix/${QUILLMAP_INSTALL_PKGCONFIGDIR} /prefix)
+string(REGEX REPLACE "/$" "" QUILLMAP_PC_TO_PREFIX "${QUILLMAP_PC_TO_PREFIX}")
+foreach(library IN ITEMS OperationCore OperationKit)
+    configure_file(cmake/${library}.pc.in ${library}.pc @ONLY)
+    install(FILES ${PROJECT_BINARY_DIR}/${library}.pc DESTINATION ${QUILLMAP_INSTALL_PKGCONFIGDIR})
+endforeach()
+
 set(CPACK_PACKAGE_NAME quillmap-steps)
 set(CPACK_PACKAGE_VENDOR Quillmap)
 set(CPACK_PACKAGE_CONTACT "The Quillmap step developers <steps@quillmap.example>")
