@@ -25,6 +25,7 @@ function(check_archive archive)
         WORKING_DIRECTORY ${archive}.unpacked
         COMMAND_ERROR_IS_FATAL ANY)
     file(GLOB_RECURSE stepctl ${archive}.unpacked/stepctl*)
+    list(FILTER stepctl INCLUDE REGEX /bin/)
     execute_process(COMMAND ${stepctl} --version
         OUTPUT_VARIABLE output
         OUTPUT_STRIP_TRAILING_WHITESPACE
