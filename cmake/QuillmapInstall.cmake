@@ -36,6 +36,14 @@ install(TARGETS OperationCore OperationKit stepctl EXPORT OperationCoreTargets)
 install(TARGETS ListOperPlugin EXPORT OperationCoreTargets DESTINATION ${QUILLMAP_INSTALL_PLUGINDIR})
 if(TARGET workbench)
     install(TARGETS workbench)
+    if(UNIX AND NOT APPLE) # where desktops look for programs, their icons, and kinds of files
+        set(desktop tools/workbench/desktop/com.tallowby.Quillmap)
+        install(FILES ${desktop}.Workbench.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
+        install(FILES ${desktop}.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/mime/packages)
+        install(FILES tools/workbench/images/workbench.svg
+            DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps
+            RENAME com.tallowby.Quillmap.Workbench.svg)
+    endif()
 endif()
 
 install(EXPORT OperationCoreTargets
