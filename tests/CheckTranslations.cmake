@@ -8,7 +8,7 @@ foreach(language IN ITEMS zh_CN en)
     if(language STREQUAL "en")
         set(options -pluralonly)
     endif()
-    execute_process(COMMAND ${LUPDATE} -silent -locations none ${options} host tools/workbench -ts ${fresh}
+    execute_process(COMMAND ${LUPDATE} -silent -I . -locations none ${options} host tools/workbench -ts ${fresh}
         WORKING_DIRECTORY ${SOURCE} COMMAND_ERROR_IS_FATAL ANY)
     execute_process(COMMAND ${CMAKE_COMMAND} -E compare_files ${SOURCE}/${file} ${fresh} RESULT_VARIABLE differs)
     if(differs)

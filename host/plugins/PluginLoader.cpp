@@ -1,6 +1,7 @@
 #include "PluginLoader.h"
 
 #include "StepTexts.h"
+#include "host/values/ErrorTexts.h"
 #include "host/values/QuotedText.h"
 
 #include <QFileInfo>
@@ -25,16 +26,16 @@ Verdict vetFile(const QPluginLoader &loader, const QString &fileName)
 {
     const QFileInfo file(fileName);
     if (!file.exists())
-        return refuse(PluginRefusal::NotFound, QStringLiteral("there is no such file"));
+        return refuse(PluginRefusal::NotFound, ErrorTexts::tr("there is no such file"));
     if (!file.isFile())
-        return refuse(PluginRefusal::NotFound, QStringLiteral("this is not a file"));
+        return refuse(PluginRefusal::NotFound, ErrorTexts::tr("this is not a file"));
     const QJsonObject metaData = loader.metaData();
     if (metaData.isEmpty())
         return refuse(PluginRefusal::NotAPlugin, loader.errorString());
     const QString interfaceId = metaData.value(QLatin1String("IID")).toString();
     if (interfaceId != QLatin1String(IOperationPlugin_iid)) {
         return refuse(PluginRefusal::WrongInterface,
-                      QStringLiteral("its interface id is %1, a step plug-in has \"%2\"")
+                      ErrorTexts::tr("its interface id is %1, a step plug-in has \"%2\"")
                           .arg(quoted(interfaceId), QLatin1String(IOperationPlugin_iid)));
     }
     return {};
@@ -45,7 +46,7 @@ Verdict vetContract(const IOperationPlugin &plugin, const PluginManifest &manife
     for (const int version : {plugin.apiVersion(), manifest.apiVersion}) {
         if (version != operationCoreApiVersion) {
             return refuse(PluginRefusal::WrongApiVersion,
-                          QStringLiteral("it is built for version %1 of the step contract, this host knows "
+                          ErrorTexts::tr("it is built for version %1 of the step contract, this host knows "
                                          "version %2")
                               .arg(version)
                               .arg(operationCoreApiVersion));
@@ -55,7 +56,7 @@ Verdict vetContract(const IOperationPlugin &plugin, const PluginManifest &manife
     for (const QString &capability : needed) {
         if (!knownCapabilities().contains(capability)) {
             return refuse(PluginRefusal::UnknownCapability,
-                          QStringLiteral("it needs the host capability %1, this host has \"%2\"")
+                          ErrorTexts::tr("it needs the host capability %1, this host has \"%2\"")
                               .arg(quoted(capability), knownCapabilities().join(QLatin1String("\", \""))));
         }
     }
@@ -68,16 +69,15 @@ Verdict takePrototypes(const QList<Operation *> &offered, QList<Operation *> &ow
     Verdict verdict;
     for (int position = 0; position < offered.size(); ++position) {
         Operation *prototype = offered.at(position);
-        const auto bad = [position](const char *what) {
-            return refuse(PluginRefusal::BadPrototype,
-                          QStringLiteral("prototype %1 %2").arg(position + 1).arg(QLatin1String(what)));
+        const auto bad = [position](const QString &text) {
+            return refuse(PluginRefusal::BadPrototype, text.arg(position + 1));
         };
         if (!prototype)
-            verdict = bad("is null");
+            verdict = bad(ErrorTexts::tr("prototype %1 is null"));
         else if (owned.contains(prototype))
-            verdict = bad("is listed twice");
+            verdict = bad(ErrorTexts::tr("prototype %1 is listed twice"));
         else if (prototype->parent())
-            verdict = bad("has a parent, so that the host cannot own it");
+            verdict = bad(ErrorTexts::tr("prototype %1 has a parent, so that the host cannot own it"));
         else
             owned.append(prototype);
     }
@@ -99,22 +99,22 @@ Verdict vetTypeIds(const QList<Operation *> &prototypes, const QString &prefix)
         const QString typeId = prototype->typeId();
         if (typeId.isEmpty()) {
             return refuse(PluginRefusal::BadPrototype,
-                          QStringLiteral("a prototype of class %1 has no type id")
+                          ErrorTexts::tr("a prototype of class %1 has no type id")
                               .arg(QLatin1String(prototype->metaObject()->className())));
         }
         if (!typeId.startsWith(prefix)) {
             return refuse(PluginRefusal::ForeignTypeId,
-                          QStringLiteral("its step %1 is outside its own prefix %2")
+                          ErrorTexts::tr("its step %1 is outside its own prefix %2")
                               .arg(quoted(typeId), quoted(prefix)));
         }
         if (typeId.size() > longestTypeId) {
             return refuse(PluginRefusal::BadPrototype,
-                          QStringLiteral("the type id of a step, %1, is longer than %2 characters")
+                          ErrorTexts::tr("the type id of a step, %1, is longer than %2 characters")
                               .arg(quoted(typeId), QString::number(longestTypeId)));
         }
         if (known.contains(typeId)) {
             return refuse(PluginRefusal::DuplicateTypeId,
-                          QStringLiteral("it has two steps of type %1").arg(quoted(typeId)));
+                          ErrorTexts::tr("it has two steps of type %1").arg(quoted(typeId)));
         }
         known.insert(typeId);
     }
@@ -183,7 +183,7 @@ Result<std::unique_ptr<Plugin>, PluginError> loadPlugin(const QString &fileName)
         plugin->m_instance = qobject_cast<IOperationPlugin *>(root);
         if (!plugin->m_instance) {
             return refuse(PluginRefusal::WrongInterface,
-                          QStringLiteral("its root object, of class %1, does not implement \"%2\"")
+                          ErrorTexts::tr("its root object, of class %1, does not implement \"%2\"")
                               .arg(QLatin1String(root->metaObject()->className()),
                                    QLatin1String(IOperationPlugin_iid)));
         }
@@ -201,10 +201,10 @@ Result<std::unique_ptr<Plugin>, PluginError> loadPlugin(const QString &fileName)
         verdict = vet();
     } catch (const std::exception &exception) {
         verdict = refuse(PluginRefusal::Threw,
-                         QStringLiteral("it threw an exception: %1")
+                         ErrorTexts::tr("it threw an exception: %1")
                              .arg(messageLine(QString::fromUtf8(exception.what()))));
     } catch (...) {
-        verdict = refuse(PluginRefusal::Threw, QStringLiteral("it threw an exception"));
+        verdict = refuse(PluginRefusal::Threw, ErrorTexts::tr("it threw an exception"));
     }
 
     if (!verdict) {

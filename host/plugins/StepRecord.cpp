@@ -1,5 +1,6 @@
 #include "StepRecord.h"
 
+#include "host/values/ErrorTexts.h"
 #include "hostapi/Operation.h"
 
 #include <QIODevice>
@@ -34,17 +35,17 @@ Result<void> loadWholeRecord(Operation &step, const QByteArray &record)
         end = loadRecord(step, record);
     } catch (const std::exception &exception) {
         return failure(
-            QStringLiteral("the step threw an exception: %1").arg(QString::fromUtf8(exception.what())));
+            ErrorTexts::tr("the step threw an exception: %1").arg(QString::fromUtf8(exception.what())));
     } catch (...) {
-        return failure(QStringLiteral("the step threw an exception"));
+        return failure(ErrorTexts::tr("the step threw an exception"));
     }
     if (end.status == QDataStream::ReadPastEnd)
-        return failure(QStringLiteral("the record ends too early"));
+        return failure(ErrorTexts::tr("the record ends too early"));
     if (end.status != QDataStream::Ok)
-        return failure(QStringLiteral("the record is damaged, or one of a newer version of the step"));
+        return failure(ErrorTexts::tr("the record is damaged, or one of a newer version of the step"));
     const int rest = record.size() - end.position;
     if (rest != 0)
-        return failure(QStringLiteral("the step leaves %1 bytes of the record").arg(rest));
+        return failure(ErrorTexts::tr("the step leaves %1 bytes of the record").arg(rest));
     return {};
 }
 } // namespace StepHost

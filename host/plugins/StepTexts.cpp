@@ -1,5 +1,6 @@
 #include "StepTexts.h"
 
+#include "host/values/ErrorTexts.h"
 #include "host/values/QuotedText.h"
 
 #include <exception>
@@ -17,10 +18,10 @@ QString stepText(const Operation &step, QString (Operation::*text)() const)
     try {
         return takenText((step.*text)());
     } catch (const std::exception &exception) {
-        return QStringLiteral("(the plug-in threw an exception: %1)")
+        return ErrorTexts::tr("(the plug-in threw an exception: %1)")
             .arg(messageLine(QString::fromUtf8(exception.what())));
     } catch (...) {
-        return QStringLiteral("(the plug-in threw an exception)");
+        return ErrorTexts::tr("(the plug-in threw an exception)");
     }
 }
 

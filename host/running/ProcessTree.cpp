@@ -1,5 +1,7 @@
 #include "ProcessTree.h"
 
+#include "host/values/ErrorTexts.h"
+
 #include <QDir>
 #include <QFile>
 #include <QProcessEnvironment>
@@ -116,25 +118,25 @@ QString signalName(int signal)
 {
     switch (signal) {
     case SIGABRT:
-        return QStringLiteral("abort");
+        return ErrorTexts::tr("abort");
     case SIGFPE:
-        return QStringLiteral("arithmetic error");
+        return ErrorTexts::tr("arithmetic error");
     case SIGILL:
-        return QStringLiteral("illegal instruction");
+        return ErrorTexts::tr("illegal instruction");
     case SIGSEGV:
-        return QStringLiteral("segmentation fault");
+        return ErrorTexts::tr("segmentation fault");
     case SIGINT:
-        return QStringLiteral("interrupted");
+        return ErrorTexts::tr("interrupted");
     case SIGTERM:
-        return QStringLiteral("terminated");
+        return ErrorTexts::tr("terminated");
 #if !defined(Q_OS_WIN)
     case SIGBUS:
-        return QStringLiteral("bus error");
+        return ErrorTexts::tr("bus error");
     case SIGKILL:
-        return QStringLiteral("killed");
+        return ErrorTexts::tr("killed");
 #endif
     default:
-        return QStringLiteral("signal %1").arg(signal);
+        return ErrorTexts::tr("signal %1").arg(signal);
     }
 }
 } // namespace StepHost

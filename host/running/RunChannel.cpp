@@ -3,6 +3,7 @@
 #include "host/plugins/StepCatalogue.h"
 #include "host/plugins/StepRecord.h"
 #include "host/plugins/StepSettings.h"
+#include "host/values/ErrorTexts.h"
 #include "host/values/QuotedText.h"
 #include "host/values/VariableName.h"
 
@@ -139,17 +140,17 @@ Result<QByteArray> packRequest(const Script &script, const VariableScope &scope,
     for (const QString &name : names) {
         const ScriptVariable variable{name, scope.typeOf(referenceTo(name)), scope.get(referenceTo(name))};
         if (!isSendable(variable.value))
-            return failure(QStringLiteral("the value of %1 cannot be handed over").arg(quoted(name)));
+            return failure(ErrorTexts::tr("the value of %1 cannot be handed over").arg(quoted(name)));
         request.variables.push_back(variable);
     }
     for (std::size_t i = 0; i < script.steps.size(); ++i) {
         try {
             request.steps.push_back(sentStep(script.steps[i]));
         } catch (const std::exception &exception) {
-            return failure(QStringLiteral("step %1 threw an exception when it was saved: %2")
+            return failure(ErrorTexts::tr("step %1 threw an exception when it was saved: %2")
                                .arg(QString::number(i + 1), QString::fromUtf8(exception.what())));
         } catch (...) {
-            return failure(QStringLiteral("step %1 threw an exception when it was saved").arg(i + 1));
+            return failure(ErrorTexts::tr("step %1 threw an exception when it was saved").arg(i + 1));
         }
     }
     return packed(request);

@@ -5,6 +5,7 @@
 #include "host/plugins/StepCatalogue.h"
 #include "host/plugins/StepRecord.h"
 #include "host/plugins/StepTexts.h"
+#include "host/values/ErrorTexts.h"
 #include "host/values/ItemValue.h"
 #include "host/values/QuotedText.h"
 #include "host/values/VariableName.h"
@@ -105,12 +106,12 @@ Script makeScript(const RunRequest &request, const StepCatalogue &catalogue)
 {
     Script script;
     for (const SentStep &sent : request.steps) {
-        tellWork(QStringLiteral("step %1 was made").arg(script.steps.size() + 1));
+        tellWork(ErrorTexts::tr("step %1 was made").arg(script.steps.size() + 1));
         ScriptStep step;
         step.enabled = sent.enabled;
         step.operation.reset(catalogue.create(sent.typeId, nullptr));
         if (!step.operation)
-            refuse(QStringLiteral("step %1: the plug-in gives no copy of it").arg(script.steps.size() + 1));
+            refuse(ErrorTexts::tr("step %1: the plug-in gives no copy of it").arg(script.steps.size() + 1));
         // A step that does not read its record has its settings all the same.
         static_cast<void>(loadWholeRecord(*step.operation, sent.record));
         for (auto setting = sent.settings.begin(); setting != sent.settings.end(); ++setting)
@@ -124,7 +125,7 @@ Script makeScript(const RunRequest &request, const StepCatalogue &catalogue)
 void probe(const StepCatalogue &catalogue)
 {
     for (const QString &typeId : catalogue.typeIds()) {
-        tellWork(QStringLiteral("a step %1 and its texts were made").arg(typeId));
+        tellWork(ErrorTexts::tr("a step %1 and its texts were made").arg(typeId));
         const std::unique_ptr<Operation> step(catalogue.create(typeId, nullptr));
         if (!step)
             continue;
@@ -151,7 +152,7 @@ void noteChanges(const VariableScope &before, const VariableScope &now, RunNote 
         if (!isChanged)
             continue;
         if (!isSendable(variable.value)) {
-            note.result.warnings.append(QStringLiteral("the value of %1 cannot be shown: its type is %2")
+            note.result.warnings.append(ErrorTexts::tr("the value of %1 cannot be shown: its type is %2")
                                             .arg(quoted(name), QLatin1String(variable.value.typeName())));
             variable.value = QVariant();
         }
@@ -163,12 +164,12 @@ void noteChanges(const VariableScope &before, const VariableScope &now, RunNote 
 {
     const std::optional<RunRequest> request = unpackRequest(readRequest());
     if (!request)
-        refuse(QStringLiteral("the run was not understood"));
+        refuse(ErrorTexts::tr("the run was not understood"));
     static QThread *const listener = QThread::create(listen);
     listener->start();
     StepCatalogue catalogue;
     for (const QString &plugin : request->plugins) {
-        tellWork(QStringLiteral("the plug-in %1 was loaded").arg(plugin));
+        tellWork(ErrorTexts::tr("the plug-in %1 was loaded").arg(plugin));
         const auto added = catalogue.addPlugin(plugin);
         if (!added)
             refuse(added.error().reason);
@@ -212,14 +213,16 @@ bool isRunWorker(int argc, char **argv)
     return argc > 1 && std::strcmp(argv[1], runWorkerName) == 0;
 }
 
-void workOnRun(int &argc, char **argv)
+void workOnRun(int &argc, char **argv, void (*prepare)(QCoreApplication &))
 {
     channel = takeStandardOutput();
     // Neither may a request be read too far, nor what was printed be lost in a crash.
     std::setvbuf(stdin, nullptr, _IONBF, 0);
     std::setvbuf(stdout, nullptr, _IONBF, 0);
     leadProcessTree();
-    const QCoreApplication application(argc, argv);
+    QCoreApplication application(argc, argv);
+    if (prepare)
+        prepare(application);
     work();
 }
 } // namespace StepHost

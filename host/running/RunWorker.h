@@ -1,5 +1,7 @@
 #pragma once
 
+class QCoreApplication;
+
 namespace StepHost
 {
 /// The argument that a program is started with to carry out a run.
@@ -12,5 +14,6 @@ bool isRunWorker(int argc, char **argv);
 /// isRunWorker(), before it makes an application object of its own.
 ///
 /// What the plug-ins print goes to standard error. When the process that asked for the run ends, this one ends at once.
-[[noreturn]] void workOnRun(int &argc, char **argv);
+/// \a prepare, if it is not null, is called with the application object before all else, such as to install translations.
+[[noreturn]] void workOnRun(int &argc, char **argv, void (*prepare)(QCoreApplication &) = nullptr);
 } // namespace StepHost

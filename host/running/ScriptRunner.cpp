@@ -2,6 +2,7 @@
 
 #include "WarningCapture.h"
 #include "host/plugins/StepTexts.h"
+#include "host/values/ErrorTexts.h"
 
 #include <algorithm>
 #include <exception>
@@ -24,7 +25,7 @@ void runStep(Operation &operation, VariableScope &scope, StepResult &result)
         result.ranOutOfMemory = dynamic_cast<const std::bad_alloc *>(&exception) != nullptr;
     } catch (...) {
         result.outcome = StepOutcome::Failed;
-        result.failure = QStringLiteral("an exception of unknown type");
+        result.failure = ErrorTexts::tr("an exception of unknown type");
     }
     operation.setVariableScope(nullptr);
 }

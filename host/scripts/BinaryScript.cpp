@@ -5,6 +5,7 @@
 #include "host/plugins/StepRecord.h"
 #include "host/values/CborCheck.h"
 #include "host/values/CborReader.h"
+#include "host/values/ErrorTexts.h"
 #include "host/values/JsonReader.h"
 #include "host/values/JsonWriter.h"
 #include "host/values/QuotedText.h"
@@ -88,7 +89,7 @@ private:
 
     bool refuse(int offset, const QString &text)
     {
-        m_error = QStringLiteral("offset %1: %2").arg(offset).arg(bounded(text, 1000));
+        m_error = ErrorTexts::tr("offset %1: %2").arg(offset).arg(bounded(text, 1000));
         return false;
     }
 
@@ -96,7 +97,7 @@ private:
     bool readInteger(Integer &number)
     {
         if (left() < int(sizeof(Integer)))
-            return refuse(m_bytes.size(), QStringLiteral("the file ends too early"));
+            return refuse(m_bytes.size(), ErrorTexts::tr("the file ends too early"));
         number = qFromBigEndian<Integer>(m_bytes.constData() + m_offset);
         m_offset += int(sizeof(Integer));
         return true;
@@ -111,7 +112,7 @@ private:
             return false;
         if (size > quint32(left())) {
             return refuse(start,
-                          QStringLiteral("%1 should have %2 bytes, and %3 are left")
+                          ErrorTexts::tr("%1 should have %2 bytes, and %3 are left")
                               .arg(what, QString::number(size), QString::number(left())));
         }
         block = QByteArray::fromRawData(m_bytes.constData() + m_offset, int(size));
@@ -123,9 +124,9 @@ private:
     {
         if (m_bytes.left(markSize) != QByteArray::fromRawData(mark, markSize)) {
             if (!isBinaryScript(m_bytes))
-                return refuse(0, QStringLiteral("this is no binary script"));
+                return refuse(0, ErrorTexts::tr("this is no binary script"));
             return refuse(markStartSize,
-                          QStringLiteral("the mark of a binary script is damaged, as by a transfer as text"));
+                          ErrorTexts::tr("the mark of a binary script is damaged, as by a transfer as text"));
         }
         m_offset = markSize;
 
@@ -134,7 +135,7 @@ private:
             return false;
         if (version != formVersion) {
             return refuse(markSize,
-                          QStringLiteral("the form has version %1, this program knows version %2")
+                          ErrorTexts::tr("the form has version %1, this program knows version %2")
                               .arg(version)
                               .arg(formVersion));
         }
@@ -145,23 +146,23 @@ private:
             return false;
         const int hashStart = m_offset;
         if (left() < hashSize)
-            return refuse(m_bytes.size(), QStringLiteral("the file ends too early"));
+            return refuse(m_bytes.size(), ErrorTexts::tr("the file ends too early"));
         m_offset = headerSize;
         if (size > quint32(left())) {
             return refuse(
                 sizeStart,
-                QStringLiteral("the content should have %1 bytes, and the file has %2; it was cut off")
+                ErrorTexts::tr("the content should have %1 bytes, and the file has %2; it was cut off")
                     .arg(size)
                     .arg(left()));
         }
         if (size < quint32(left())) {
             return refuse(m_offset + int(size),
-                          QStringLiteral("%1 bytes follow the content").arg(quint32(left()) - size));
+                          ErrorTexts::tr("%1 bytes follow the content").arg(quint32(left()) - size));
         }
         const QByteArray content = QByteArray::fromRawData(m_bytes.constData() + m_offset, left());
         if (QCryptographicHash::hash(content, hashAlgorithm) != m_bytes.mid(hashStart, hashSize))
             return refuse(hashStart,
-                          QStringLiteral("the checksum is not that of the content; the file is damaged"));
+                          ErrorTexts::tr("the checksum is not that of the content; the file is damaged"));
         return true;
     }
 
@@ -173,10 +174,10 @@ private:
             return false;
         if (count > quint32(left()) / smallestStep)
             return refuse(start,
-                          QStringLiteral("there should be %1 steps in %2 bytes").arg(count).arg(left()));
+                          ErrorTexts::tr("there should be %1 steps in %2 bytes").arg(count).arg(left()));
         for (quint32 i = 0; i < count; ++i) {
             script.steps.emplace_back();
-            if (!readStep(script.steps.back(), QStringLiteral("step %1").arg(i + 1)))
+            if (!readStep(script.steps.back(), ErrorTexts::tr("step %1").arg(i + 1)))
                 return false;
         }
         return true;
@@ -186,7 +187,7 @@ private:
     {
         const int typeStart = m_offset;
         QByteArray utf8;
-        if (!readBlock(QStringLiteral("the type id of %1").arg(name), utf8))
+        if (!readBlock(ErrorTexts::tr("the type id of %1").arg(name), utf8))
             return false;
         const QString typeId = QString::fromUtf8(utf8);
         step.operation.reset(m_catalogue.create(typeId, nullptr));
@@ -200,13 +201,13 @@ private:
         if (enabled > 1) {
             return refuse(
                 enabledStart,
-                QStringLiteral("%1: the enabled flag is %2, it should be 0 or 1").arg(name).arg(enabled));
+                ErrorTexts::tr("%1: the enabled flag is %2, it should be 0 or 1").arg(name).arg(enabled));
         }
         step.enabled = enabled == 1;
 
         const QString shownName = QStringLiteral("%1 (%2)").arg(name, typeId);
         QByteArray record;
-        if (!readBlock(QStringLiteral("the record of ") + shownName, record))
+        if (!readBlock(ErrorTexts::tr("the record of %1").arg(shownName), record))
             return false;
         const Result<void> loaded = loadWholeRecord(*step.operation, record);
         return loaded || refuse(m_offset - record.size(), shownName + QLatin1String(": ") + loaded.error());
@@ -215,10 +216,10 @@ private:
     bool readVariables(Script &script)
     {
         QByteArray cbor;
-        if (!readBlock(QStringLiteral("the variables"), cbor))
+        if (!readBlock(ErrorTexts::tr("the variables"), cbor))
             return false;
         if (left() > 0)
-            return refuse(m_offset, QStringLiteral("%1 bytes follow the variables").arg(left()));
+            return refuse(m_offset, ErrorTexts::tr("%1 bytes follow the variables").arg(left()));
         const int start = m_offset - cbor.size();
         const Result<void, CborError> checked = checkCbor(cbor, variablesDepth);
         if (!checked)
@@ -226,7 +227,7 @@ private:
         CborReader at(cbor);
         auto variables = StepHost::readVariables(at);
         if (!variables)
-            return refuse(start, QStringLiteral("the variables: ") + variables.error().toString());
+            return refuse(start, ErrorTexts::tr("the variables: %1").arg(variables.error().toString()));
         script.variables = std::move(*variables);
         return true;
     }
@@ -265,7 +266,7 @@ Result<QByteArray> writeBinaryScript(const Script &script)
     if (!appended)
         return failure(appended.error());
     if (content.size() > maxInputSize - headerSize)
-        return failure(QStringLiteral("the script makes more than 256 MiB"));
+        return failure(ErrorTexts::tr("the script makes more than 256 MiB"));
     QByteArray bytes(mark, markSize);
     appendInteger(bytes, formVersion);
     appendInteger(bytes, quint32(content.size()));

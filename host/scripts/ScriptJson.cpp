@@ -1,6 +1,7 @@
 #include "ScriptJson.h"
 
 #include "host/plugins/StepSettings.h"
+#include "host/values/ErrorTexts.h"
 #include "host/values/JsonValue.h"
 #include "host/values/JsonWriter.h"
 #include "host/values/QuotedText.h"
@@ -25,7 +26,7 @@ using Members = std::map<QByteArray, CborReader>;
 Result<Members, JsonError> readObject(CborReader &at)
 {
     if (at.kind() != CborReader::Map)
-        return refuseKind(at, "an object");
+        return refuseKind(at, ErrorTexts::tr("an object"));
     return at.readMembers();
 }
 
@@ -38,7 +39,7 @@ Result<Members, JsonError> readObject(CborReader &at, const QStringList &known)
     for (const auto &member : *members) {
         const QString key = textOf(member.first);
         if (!known.contains(key))
-            return refuseJson(notAmong("key", key, known));
+            return refuseJson(notAmong(ErrorTexts::tr("key"), key, known));
     }
     return members;
 }
@@ -62,7 +63,7 @@ auto readMember(const Members &members, const char *key, const Read &read)
 Result<QString, JsonError> readMemberText(const Members &members, const char *key)
 {
     if (members.count(key) == 0)
-        return refuseJson(QStringLiteral("the key \"%1\" is missing").arg(QLatin1String(key)));
+        return refuseJson(ErrorTexts::tr("the key \"%1\" is missing").arg(QLatin1String(key)));
     return readMember(members, key, readTextValue);
 }
 
@@ -84,7 +85,7 @@ Result<ScriptVariable, JsonError> readVariable(CborReader &at)
     const std::optional<VarType> type = varTypeFromName(*typeName);
     if (!type) {
         return refuseBelow(QStringLiteral("type"),
-                           notAmong("variable type", *typeName, declarableTypeNames()));
+                           notAmong(ErrorTexts::tr("variable type"), *typeName, declarableTypeNames()));
     }
     if (members->count("value") == 0)
         return ScriptVariable{withoutMark(*name), *type, emptyValueOf(*type)};
@@ -160,7 +161,7 @@ Result<void, JsonError> readSetting(Operation &step, const QMetaProperty &settin
         return failure(value.error());
     if (!adaptTo(setting, start, *value) || !setting.write(&step, *value)) {
         return refuseJson(
-            QStringLiteral("this is %1, the property \"%2\" takes a value of type %3")
+            ErrorTexts::tr("this is %1, the property \"%2\" takes a value of type %3")
                 .arg(kindName(start), QString::fromUtf8(setting.name()), QLatin1String(setting.typeName())));
     }
     return {};
@@ -176,7 +177,7 @@ Result<void, JsonError> readSettings(Operation &step, const Members &members)
             continue;
         const int index = names.lastIndexOf(key); // Of one that is declared anew the last one counts.
         if (index < 0)
-            return refuseJson(notAmong("property", key, names));
+            return refuseJson(notAmong(ErrorTexts::tr("property"), key, names));
         const Result<void, JsonError> read = readSetting(step, settings.at(index), member.second);
         if (!read)
             return failureBelow(key, read.error());
@@ -187,7 +188,7 @@ Result<void, JsonError> readSettings(Operation &step, const Members &members)
 Result<bool, JsonError> readFlag(CborReader &at)
 {
     if (at.kind() != CborReader::Bool)
-        return refuseKind(at, "true or false");
+        return refuseKind(at, ErrorTexts::tr("true or false"));
     return at.readBool();
 }
 
@@ -206,7 +207,7 @@ Result<ScriptStep, JsonError> readStep(CborReader &at, const StepCatalogue &cata
     step.operation.reset(catalogue.create(*typeId, nullptr));
     if (!step.operation) {
         return refuseBelow(typeKey,
-                           QStringLiteral("the step cannot be created: its prototype gives no clone"));
+                           ErrorTexts::tr("the step cannot be created: its prototype gives no clone"));
     }
     const Result<bool, JsonError> enabled = readMember(*members, "enabled", readFlag);
     if (!enabled)
@@ -223,7 +224,7 @@ template<typename Item, typename ReadItem>
 Result<std::vector<Item>, JsonError> readArray(CborReader &at, const ReadItem &readItem)
 {
     if (at.kind() != CborReader::Array)
-        return refuseKind(at, "an array");
+        return refuseKind(at, ErrorTexts::tr("an array"));
     std::vector<Item> items;
     const int size = at.enter();
     items.reserve(std::size_t(size));
@@ -282,7 +283,7 @@ Result<void> writeStep(JsonWriter &json, const ScriptStep &step)
         }
         const Result<void> written = writeValue(json, value);
         if (!written)
-            return failure(QStringLiteral("the property \"%1\" %2").arg(name, written.error()));
+            return failure(ErrorTexts::tr("the property \"%1\" %2").arg(name, written.error()));
     }
     json.close();
     return {};
@@ -296,7 +297,7 @@ Result<std::vector<ScriptVariable>, JsonError> readVariables(CborReader &at)
         Result<ScriptVariable, JsonError> variable = readVariable(item);
         if (variable && !names.insert(variable->name).second) {
             variable =
-                refuseJson(QStringLiteral("the variable %1 is declared already").arg(quoted(variable->name)));
+                refuseJson(ErrorTexts::tr("the variable %1 is declared already").arg(quoted(variable->name)));
         }
         return variable;
     });
@@ -317,7 +318,7 @@ Result<void> writeVariables(JsonWriter &json, const std::vector<ScriptVariable> 
         json.key("type").text(varTypeName(variable.type));
         const Result<void> written = writeVariableValue(json.key("value"), variable.value, variable.type);
         if (!written)
-            return failure(QStringLiteral("the value of %1 %2").arg(quoted(variable.name), written.error()));
+            return failure(ErrorTexts::tr("the value of %1 %2").arg(quoted(variable.name), written.error()));
         json.close();
     }
     json.close();

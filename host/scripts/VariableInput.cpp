@@ -1,6 +1,7 @@
 #include "VariableInput.h"
 
 #include "host/files/ValueFile.h"
+#include "host/values/ErrorTexts.h"
 #include "host/values/QuotedText.h"
 #include "host/values/ValueReader.h"
 #include "host/values/VarTypes.h"
@@ -16,7 +17,7 @@ Result<QVariant> valueForDeclared(const QString &text, VarType type)
         return text;
     const Result<QByteArray, JsonError> cbor = cborFromJson(text.toUtf8());
     if (!cbor && !cbor.error().isJson) {
-        return failure(QStringLiteral("%1 is no JSON value; a variable of type %2 takes %3")
+        return failure(ErrorTexts::tr("%1 is no JSON value; a variable of type %2 takes %3")
                            .arg(quoted(text), varTypeName(type), expectedForm(type)));
     }
     if (!cbor)
@@ -38,7 +39,7 @@ Result<QVariant> valueForNew(const QString &text)
         return failure(value.error().toString());
     if (typeOfValue(*value) == VarType::Undeclared)
         return failure(
-            QStringLiteral("%1 gives a new variable no type; declare it in the script").arg(quoted(text)));
+            ErrorTexts::tr("%1 gives a new variable no type; declare it in the script").arg(quoted(text)));
     return *value;
 }
 } // namespace
@@ -70,7 +71,7 @@ Result<void> assignList(Script &script, const QString &name, const QVariantList 
         return {};
     }
     if (declared->type != VarType::List) {
-        return failure(QStringLiteral("the script declares %1 with the type %2, not as a list")
+        return failure(ErrorTexts::tr("the script declares %1 with the type %2, not as a list")
                            .arg(quoted(declared->name), varTypeName(declared->type)));
     }
     declared->value = list;

@@ -2,6 +2,7 @@
 
 #include "CborHead.h"
 #include "CborReader.h"
+#include "ErrorTexts.h"
 #include "JsonValue.h"
 #include "QuotedText.h"
 
@@ -26,7 +27,7 @@ Checked refuse(int offset, const QString &text)
 Checked refuseDepth(int start)
 {
     return refuse(start,
-                  QStringLiteral("arrays and maps are nested deeper than %1 levels").arg(maxJsonDepth));
+                  ErrorTexts::tr("arrays and maps are nested deeper than %1 levels").arg(maxJsonDepth));
 }
 
 bool beginsAnItem(char first)
@@ -73,7 +74,7 @@ public:
     {
         const Checked item = checkItem(depth);
         if (item && left() > 0)
-            return refuse(m_offset, QStringLiteral("%1 bytes follow the last value").arg(left()));
+            return refuse(m_offset, ErrorTexts::tr("%1 bytes follow the last value").arg(left()));
         return item;
     }
 
@@ -97,7 +98,7 @@ private:
         const char first = m_cbor.at(start);
         if (!beginsAnItem(first)) {
             return refuse(start,
-                          QStringLiteral("the byte 0x%1 begins no value of a script")
+                          ErrorTexts::tr("the byte 0x%1 begins no value of a script")
                               .arg(int(uchar(first)), 2, 16, QLatin1Char('0')));
         }
         const int size = 1 + cborArgumentSize(first);
@@ -108,7 +109,7 @@ private:
         switch (cborMajor(first)) {
         case CborNegative:
             if (argument > quint64(std::numeric_limits<qint64>::max()))
-                return refuse(start, QStringLiteral("the integer does not fit into 64 bits"));
+                return refuse(start, ErrorTexts::tr("the integer does not fit into 64 bits"));
             return {};
         case CborText:
             return checkText(start, argument);
@@ -118,7 +119,7 @@ private:
             return checkMap(start, argument, depth);
         case CborSimple:
             if (size > 1 && !std::isfinite(CborReader(m_cbor, start).readDouble()))
-                return refuse(start, QStringLiteral("the number is not finite"));
+                return refuse(start, ErrorTexts::tr("the number is not finite"));
             return {};
         default:
             return {};
@@ -128,9 +129,11 @@ private:
     Checked checkText(int start, quint64 length)
     {
         if (length > quint64(room()))
-            return refuseLength(start, "text", length, "bytes");
+            return refuseLength(
+                start, ErrorTexts::tr("the text should have %1 bytes, and %2 bytes are left for them"),
+                length);
         if (!isUtf8(QByteArray::fromRawData(m_cbor.constData() + m_offset, int(length))))
-            return refuse(start, QStringLiteral("the text is not UTF-8"));
+            return refuse(start, ErrorTexts::tr("the text is not UTF-8"));
         m_offset += int(length);
         return {};
     }
@@ -138,7 +141,9 @@ private:
     Checked checkArray(int start, quint64 length, int depth)
     {
         if (length > quint64(room()))
-            return refuseLength(start, "array", length, "items");
+            return refuseLength(
+                start, ErrorTexts::tr("the array should have %1 items, and %2 bytes are left for them"),
+                length);
         if (depth == maxJsonDepth)
             return refuseDepth(start);
         m_owed += int(length);
@@ -153,7 +158,9 @@ private:
     Checked checkMap(int start, quint64 length, int depth)
     {
         if (length > quint64(room()) / 2)
-            return refuseLength(start, "map", length, "pairs");
+            return refuseLength(
+                start, ErrorTexts::tr("the map should have %1 pairs, and %2 bytes are left for them"),
+                length);
         if (depth == maxJsonDepth)
             return refuseDepth(start);
         m_owed += 2 * int(length);
@@ -176,26 +183,21 @@ private:
     {
         CborReader key(m_cbor, start);
         if (key.kind() != CborReader::Text)
-            return refuse(start, QStringLiteral("the key of a map is not a text"));
+            return refuse(start, ErrorTexts::tr("the key of a map is not a text"));
         const QByteArray utf8 = key.readUtf8();
         if (!keys.insert(utf8).second)
-            return refuse(start, QStringLiteral("the map has the key %1 already").arg(quoted(textOf(utf8))));
+            return refuse(start, ErrorTexts::tr("the map has the key %1 already").arg(quoted(textOf(utf8))));
         return {};
     }
 
     Checked refuseEnd() const
     {
-        return refuse(m_cbor.size(), QStringLiteral("the data ends within a value"));
+        return refuse(m_cbor.size(), ErrorTexts::tr("the data ends within a value"));
     }
 
-    Checked refuseLength(int start, const char *what, quint64 length, const char *unit) const
+    Checked refuseLength(int start, const QString &text, quint64 length) const
     {
-        return refuse(start,
-                      QStringLiteral("the %1 should have %2 %3, and %4 bytes are left for them")
-                          .arg(QLatin1String(what))
-                          .arg(length)
-                          .arg(QLatin1String(unit))
-                          .arg(room()));
+        return refuse(start, text.arg(length).arg(room()));
     }
 
     const QByteArray &m_cbor;

@@ -1,6 +1,7 @@
 #include "JsonReader.h"
 
 #include "CborWriter.h"
+#include "ErrorTexts.h"
 #include "JsonValue.h"
 #include "QuotedText.h"
 
@@ -92,7 +93,7 @@ public:
     {
         if (digits.find_first_of(".eE") == string_t::npos) {
             return refuse(
-                QStringLiteral("the integer %1 does not fit into 64 bits; write it with \".0\" for a double")
+                ErrorTexts::tr("the integer %1 does not fit into 64 bits; write it with \".0\" for a double")
                     .arg(quoted(QString::fromStdString(digits))));
         }
         m_cbor.number(value);
@@ -105,7 +106,7 @@ public:
     }
     bool binary(binary_t &) override
     {
-        return refuse(QStringLiteral("binary data"));
+        return refuse(ErrorTexts::tr("binary data"));
     }
     bool start_object(std::size_t) override
     {
@@ -119,7 +120,7 @@ public:
     {
         m_cbor.text(name.data(), int(name.size()));
         return m_keys.back().insert(name).second
-            || refuse(QStringLiteral("the object has the key %1 already")
+            || refuse(ErrorTexts::tr("the object has the key %1 already")
                           .arg(quoted(QString::fromStdString(name))));
     }
     bool end_object() override
@@ -150,7 +151,8 @@ public:
             text = text.mid(text.indexOf(QLatin1String(": ")) + 2);
         // It repeats what was read last, as long as that is.
         constexpr int most = 300;
-        return refuse(inOneLine(bounded(text, most)));
+        //: %1 is what the JSON parser says, in English
+        return refuse(ErrorTexts::tr("%1", "JSON").arg(inOneLine(bounded(text, most))));
     }
 
 private:
@@ -165,7 +167,7 @@ private:
     {
         return m_cbor.depth() < maxJsonDepth
             || refuse(
-                   QStringLiteral("arrays and objects are nested deeper than %1 levels").arg(maxJsonDepth));
+                   ErrorTexts::tr("arrays and objects are nested deeper than %1 levels").arg(maxJsonDepth));
     }
 
     CborWriter m_cbor;
@@ -196,9 +198,9 @@ tl::unexpected<JsonError> refuseAt(const char *begin, const char *reached, const
 QString JsonError::toString() const
 {
     if (line > 0)
-        return QStringLiteral("line %1, column %2: %3").arg(line).arg(column).arg(text);
+        return ErrorTexts::tr("line %1, column %2: %3").arg(line).arg(column).arg(text);
     constexpr int mostOfPointer = 300;
-    return pointer.isEmpty() ? text : QStringLiteral("at %1: ").arg(bounded(pointer, mostOfPointer)) + text;
+    return pointer.isEmpty() ? text : ErrorTexts::tr("at %1: %2").arg(bounded(pointer, mostOfPointer), text);
 }
 
 tl::unexpected<JsonError> refuseJson(const QString &text)
@@ -238,7 +240,7 @@ Result<QByteArray, JsonError> cborFromJson(const QByteArray &text)
         return refuseAt(begin, reached, builder.problem(), !builder.isSyntaxWrong());
     // The parser takes a NUL byte for the end of the text, also the last one.
     if (reached[-1] == '\0') {
-        return refuseAt(begin, reached, QStringLiteral("there is a NUL byte after the JSON document"), false);
+        return refuseAt(begin, reached, ErrorTexts::tr("there is a NUL byte after the JSON document"), false);
     }
     return builder.takeDocument();
 }

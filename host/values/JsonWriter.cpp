@@ -1,5 +1,6 @@
 #include "JsonWriter.h"
 
+#include "ErrorTexts.h"
 #include "JsonValue.h"
 
 #include <algorithm>
@@ -101,9 +102,9 @@ JsonWriter &JsonWriter::raw(const QByteArray &json)
 Result<void> JsonWriter::check() const
 {
     if (m_levels.size() > std::size_t(maxJsonDepth))
-        return failure(QStringLiteral("is nested deeper than %1 levels of JSON").arg(maxJsonDepth));
+        return failure(ErrorTexts::tr("is nested deeper than %1 levels of JSON").arg(maxJsonDepth));
     if (m_json.size() > maxJsonSize)
-        return failure(QStringLiteral("makes more than 256 MiB of JSON"));
+        return failure(ErrorTexts::tr("makes more than 256 MiB of JSON"));
     return {};
 }
 

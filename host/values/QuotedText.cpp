@@ -1,5 +1,6 @@
 #include "QuotedText.h"
 
+#include "ErrorTexts.h"
 #include "JsonWriter.h"
 
 #include <algorithm>
@@ -79,22 +80,22 @@ QString quoted(const QString &text)
     if (text.size() <= most)
         return inQuotes(text);
     return inQuotes(head(text, most).toString()) + QLatin1String("...")
-        + inQuotes(tail(text, most).toString()) + QStringLiteral(" (%1 characters)").arg(text.size());
+        + inQuotes(tail(text, most).toString()) + ErrorTexts::tr(" (%1 characters)").arg(text.size());
 }
 
-QString notAmong(const char *what, const QString &name, const QStringList &choices)
+QString notAmong(const QString &what, const QString &name, const QStringList &choices)
 {
     const QString list = choices.isEmpty()
-        ? QStringLiteral("none")
+        ? ErrorTexts::tr("none")
         : QLatin1Char('"') + choices.join(QLatin1String("\", \"")) + QLatin1Char('"');
-    return QStringLiteral("there is no %1 %2; there are %3").arg(QLatin1String(what), quoted(name), list);
+    return ErrorTexts::tr("there is no %1 %2; there are %3").arg(what, quoted(name), list);
 }
 
 QString bounded(const QString &text, int most)
 {
     if (text.size() <= most)
         return text;
-    return head(text, most) + QStringLiteral(" ... (%1 characters) ... ").arg(text.size()) + tail(text, most);
+    return head(text, most) + ErrorTexts::tr(" ... (%1 characters) ... ").arg(text.size()) + tail(text, most);
 }
 
 QString inOneLine(const QString &text)

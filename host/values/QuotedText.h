@@ -16,7 +16,7 @@ namespace StepHost
 QString quoted(const QString &text);
 
 /// Says that there is no \a what called \a name, and which there are instead.
-QString notAmong(const char *what, const QString &name, const QStringList &choices);
+QString notAmong(const QString &what, const QString &name, const QStringList &choices);
 
 /// \a text, or, when it has more than \a most characters, both its ends with its length between them.
 QString bounded(const QString &text, int most);

@@ -1,5 +1,6 @@
 #include "ValueReader.h"
 
+#include "ErrorTexts.h"
 #include "JsonValue.h"
 #include "QuotedText.h"
 #include "VarTypes.h"
@@ -29,7 +30,7 @@ QString typedFormNames();
 ReadResult readNothing(CborReader &at)
 {
     if (at.kind() != CborReader::Null)
-        return refuseKind(at, "null");
+        return refuseKind(at, ErrorTexts::tr("null"));
     at.skip();
     return QVariant();
 }
@@ -37,7 +38,7 @@ ReadResult readNothing(CborReader &at)
 ReadResult readBool(CborReader &at)
 {
     if (at.kind() != CborReader::Bool)
-        return refuseKind(at, "true or false");
+        return refuseKind(at, ErrorTexts::tr("true or false"));
     return QVariant(at.readBool());
 }
 
@@ -45,10 +46,10 @@ template<typename Integer>
 ReadResult readInteger(CborReader &at)
 {
     if (at.kind() != CborReader::Integer)
-        return refuseKind(at, "an integer");
+        return refuseKind(at, ErrorTexts::tr("an integer"));
     const CborInteger number = at.readInteger();
     if (!number.fits<Integer>())
-        return refuseJson(QStringLiteral("%1 is out of range").arg(number.toString()));
+        return refuseJson(ErrorTexts::tr("%1 is out of range").arg(number.toString()));
     return QVariant::fromValue(number.as<Integer>());
 }
 
@@ -57,7 +58,7 @@ ReadResult readExactly(CborInteger integer)
 {
     const auto number = integer.as<Float>();
     if (!integer.isExactAs<Float>()) {
-        return refuseJson(QStringLiteral("no %1 is %2, the nearest one is %3")
+        return refuseJson(ErrorTexts::tr("no %1 is %2, the nearest one is %3")
                               .arg(QLatin1String(QMetaType::typeName(qMetaTypeId<Float>())),
                                    integer.toString(), QString::number(double(number), 'f', 0)));
     }
@@ -88,10 +89,10 @@ ReadResult readFloat(CborReader &at)
         }
     }
     if (kind != CborReader::Double)
-        return refuseKind(at, R"(a number, "nan", "inf" or "-inf")");
+        return refuseKind(at, ErrorTexts::tr(R"(a number, "nan", "inf" or "-inf")"));
     const double number = at.readDouble();
     if (std::fabs(number) > double(std::numeric_limits<Float>::max()))
-        return refuseJson(QStringLiteral("the number is out of range"));
+        return refuseJson(ErrorTexts::tr("the number is out of range"));
     return QVariant::fromValue(Float(number));
 }
 
@@ -101,7 +102,7 @@ ReadResult readText(CborReader &at)
     if (at.kind() == CborReader::Text)
         return QVariant(at.readText());
     if (at.kind() != CborReader::Array)
-        return refuseKind(at, "a string or an array of UTF-16 code units");
+        return refuseKind(at, ErrorTexts::tr("a string or an array of UTF-16 code units"));
     const int size = at.enter();
     QString text;
     text.reserve(size);
@@ -117,11 +118,11 @@ ReadResult readText(CborReader &at)
 ReadResult readByteArray(CborReader &at)
 {
     if (at.kind() != CborReader::Text)
-        return refuseKind(at, "a string in Base64");
+        return refuseKind(at, ErrorTexts::tr("a string in Base64"));
     const auto decoded =
         QByteArray::fromBase64Encoding(at.readUtf8(), QByteArray::AbortOnBase64DecodingErrors);
     if (!decoded)
-        return refuseJson(QStringLiteral("the string is not in Base64"));
+        return refuseJson(ErrorTexts::tr("the string is not in Base64"));
     return QVariant(*decoded);
 }
 
@@ -130,7 +131,7 @@ template<typename List, typename ReadItem>
 ReadResult readItems(CborReader &at, const char *expected, const ReadItem &readItem)
 {
     if (at.kind() != CborReader::Array)
-        return refuseKind(at, expected);
+        return refuseKind(at, ErrorTexts::tr(expected));
     const int size = at.enter();
     List list;
     list.reserve(size);
@@ -145,12 +146,13 @@ ReadResult readItems(CborReader &at, const char *expected, const ReadItem &readI
 
 ReadResult readList(CborReader &at)
 {
-    return readItems<QVariantList>(at, "an array", readValue);
+    return readItems<QVariantList>(at, QT_TRANSLATE_NOOP("StepHost::ErrorTexts", "an array"), readValue);
 }
 
 ReadResult readStringList(CborReader &at)
 {
-    return readItems<QStringList>(at, "an array of strings", readTextValue);
+    return readItems<QStringList>(at, QT_TRANSLATE_NOOP("StepHost::ErrorTexts", "an array of strings"),
+                                  readTextValue);
 }
 
 // Reads an array of a key and a value into `map`.
@@ -158,12 +160,12 @@ Result<void, JsonError> readPair(CborReader &at, QVariantMap &map)
 {
     constexpr int sizeOfPair = 2;
     if (at.kind() != CborReader::Array || at.enter() != sizeOfPair)
-        return refuseJson(QStringLiteral("this should be an array of a key and a value"));
+        return refuseJson(ErrorTexts::tr("this should be an array of a key and a value"));
     const Result<QString, JsonError> key = readTextValue(at);
     if (!key)
         return failureBelow(QStringLiteral("0"), key.error());
     if (map.contains(*key))
-        return refuseJson(QStringLiteral("the map has the key %1 already").arg(quoted(*key)));
+        return refuseJson(ErrorTexts::tr("the map has the key %1 already").arg(quoted(*key)));
     const ReadResult value = readValue(at);
     if (!value)
         return failureBelow(QStringLiteral("1"), value.error());
@@ -174,7 +176,7 @@ Result<void, JsonError> readPair(CborReader &at, QVariantMap &map)
 ReadResult readMap(CborReader &at)
 {
     if (at.kind() != CborReader::Array)
-        return refuseKind(at, "an array of pairs");
+        return refuseKind(at, ErrorTexts::tr("an array of pairs"));
     QVariantMap map;
     const int size = at.enter();
     for (int i = 0; i < size; ++i) {
@@ -189,7 +191,7 @@ ReadResult readNull(CborReader &at)
 {
     const TypedForm *form = at.kind() == CborReader::Text ? findTypedForm(at.readUtf8()) : nullptr;
     if (!form || form->type == QMetaType::UnknownType)
-        return refuseJson(QStringLiteral("this should be the name of a type, such as \"int\""));
+        return refuseJson(ErrorTexts::tr("this should be the name of a type, such as \"int\""));
     return QVariant(QVariant::Type(form->type));
 }
 
@@ -197,11 +199,11 @@ ReadResult readTyped(CborReader &at)
 {
     const QByteArray key = at.enter() == 1 ? at.readUtf8() : QByteArray();
     if (key == "$opaque")
-        return refuseJson(QStringLiteral("a value of this type was not written and cannot be read back"));
+        return refuseJson(ErrorTexts::tr("a value of this type was not written and cannot be read back"));
     const TypedForm *form = key.startsWith('$') ? findTypedForm(key.mid(1)) : nullptr;
     if (!form && key != "$null") {
         return refuseJson(
-            QStringLiteral("an object stands for a value of a special type and has one of these keys: %1")
+            ErrorTexts::tr("an object stands for a value of a special type and has one of these keys: %1")
                 .arg(typedFormNames()));
     }
     const ReadResult value = form ? form->read(at) : readNull(at);
@@ -290,12 +292,12 @@ Result<QVariant, JsonError> readValue(CborReader &at)
 Result<QString, JsonError> readTextValue(CborReader &at)
 {
     if (at.kind() != CborReader::Text && at.kind() != CborReader::Map)
-        return refuseKind(at, "a string");
+        return refuseKind(at, ErrorTexts::tr("a string"));
     const ReadResult value = readValue(at);
     if (!value)
         return failure(value.error());
     if (value->userType() != QMetaType::QString)
-        return refuseJson(QStringLiteral("this should be a string"));
+        return refuseJson(ErrorTexts::tr("this should be a string"));
     return value->toString();
 }
 
@@ -306,7 +308,7 @@ Result<QVariant, JsonError> readVariableValue(CborReader &at, VarType type)
         return readFloat<double>(at);
     ReadResult value = readValue(at);
     if (value && start.kind() != CborReader::Map && !hasShapeOf(*value, type)) {
-        return refuseJson(QStringLiteral("this is %1, a variable of type %2 takes %3")
+        return refuseJson(ErrorTexts::tr("this is %1, a variable of type %2 takes %3")
                               .arg(kindName(start), varTypeName(type), expectedForm(type)));
     }
     return value;
@@ -329,23 +331,22 @@ QString kindName(CborReader at)
     case CborReader::Bool:
         return at.readBool() ? QStringLiteral("true") : QStringLiteral("false");
     case CborReader::Integer:
-        return at.readInteger().fits<int>() ? QStringLiteral("an integer")
-                                            : QStringLiteral("a 64-bit integer");
+        return at.readInteger().fits<int>() ? ErrorTexts::tr("an integer")
+                                            : ErrorTexts::tr("a 64-bit integer");
     case CborReader::Double:
-        return QStringLiteral("a double");
+        return ErrorTexts::tr("a double");
     case CborReader::Text:
-        return QStringLiteral("a string");
+        return ErrorTexts::tr("a string");
     case CborReader::Array:
-        return QStringLiteral("an array");
+        return ErrorTexts::tr("an array");
     case CborReader::Map:
         break;
     }
-    return QStringLiteral("an object");
+    return ErrorTexts::tr("an object");
 }
 
-tl::unexpected<JsonError> refuseKind(CborReader at, const char *expected)
+tl::unexpected<JsonError> refuseKind(CborReader at, const QString &expected)
 {
-    return refuseJson(
-        QStringLiteral("this is %1, it should be %2").arg(kindName(at), QLatin1String(expected)));
+    return refuseJson(ErrorTexts::tr("this is %1, it should be %2").arg(kindName(at), expected));
 }
 } // namespace StepHost

@@ -27,5 +27,5 @@ Result<QVariant, JsonError> readVariableValue(CborReader &at, VarType type);
 QString kindName(CborReader at);
 
 /// The error that the item at \a at should be \a expected, such as "an array".
-tl::unexpected<JsonError> refuseKind(CborReader at, const char *expected);
+tl::unexpected<JsonError> refuseKind(CborReader at, const QString &expected);
 } // namespace StepHost

@@ -1,5 +1,7 @@
 #include "VarTypes.h"
 
+#include "ErrorTexts.h"
+
 #include <algorithm>
 
 namespace StepHost
@@ -107,21 +109,21 @@ QString expectedForm(VarType type)
 {
     switch (type) {
     case VarType::Int:
-        return QStringLiteral("an integer");
+        return ErrorTexts::tr("an integer");
     case VarType::Double:
-        return QStringLiteral("a number");
+        return ErrorTexts::tr("a number");
     case VarType::String:
-        return QStringLiteral("a string");
+        return ErrorTexts::tr("a string");
     case VarType::Bool:
-        return QStringLiteral("true or false");
+        return ErrorTexts::tr("true or false");
     case VarType::List:
-        return QStringLiteral("an array");
+        return ErrorTexts::tr("an array");
     case VarType::Table:
-        return QStringLiteral("an array of arrays");
+        return ErrorTexts::tr("an array of arrays");
     case VarType::Undeclared:
         break;
     }
-    return QStringLiteral("a value");
+    return ErrorTexts::tr("a value");
 }
 
 } // namespace StepHost

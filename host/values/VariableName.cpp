@@ -1,5 +1,6 @@
 #include "VariableName.h"
 
+#include "ErrorTexts.h"
 #include "QuotedText.h"
 
 namespace StepHost
@@ -35,7 +36,7 @@ QString variableNameError(const QString &text)
     if (isVariableName(name))
         return QString();
     return name.isEmpty()
-        ? QStringLiteral("a variable's name cannot be empty")
-        : QStringLiteral("the variable's name %1 has more than one \"$\" in front").arg(quoted(text));
+        ? ErrorTexts::tr("a variable's name cannot be empty")
+        : ErrorTexts::tr("the variable's name %1 has more than one \"$\" in front").arg(quoted(text));
 }
 } // namespace StepHost

@@ -82,7 +82,7 @@ int work(const Workbench::CommandLine &line)
 int main(int argc, char **argv)
 {
     if (StepHost::isRunWorker(argc, argv))
-        StepHost::workOnRun(argc, argv);
+        StepHost::workOnRun(argc, argv, Workbench::Language::installInherited);
     nameApplication();
     const Workbench::CommandLine line = commandLine(argc, argv);
     switch (line.task) {

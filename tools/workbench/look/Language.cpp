@@ -17,6 +17,13 @@ void installFrom(QCoreApplication &application, const QString &fileName, const Q
     else
         delete translator;
 }
+
+const char inheritedName[] = "QUILLMAP_LANGUAGE";
+
+void installTexts(QCoreApplication &application, const QString &code)
+{
+    installFrom(application, QLatin1String("workbench_") + code, QStringLiteral(":/workbench/translations"));
+}
 } // namespace
 
 QStringList Language::codes()
@@ -41,6 +48,14 @@ void Language::install(QCoreApplication &application, const QString &code)
     QLocale::setDefault(QLocale(code));
     installFrom(application, QLatin1String("qtbase_") + code,
                 QLibraryInfo::location(QLibraryInfo::TranslationsPath));
-    installFrom(application, QLatin1String("workbench_") + code, QStringLiteral(":/workbench/translations"));
+    installTexts(application, code);
+    qputenv(inheritedName, code.toLatin1());
+}
+
+void Language::installInherited(QCoreApplication &application)
+{
+    const QString code = qEnvironmentVariable(inheritedName);
+    if (codes().contains(code))
+        installTexts(application, code);
 }
 } // namespace Workbench

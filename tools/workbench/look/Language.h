@@ -15,6 +15,9 @@ QStringList codes();
 /// first, such as `zh-Hans-CN`: the first that there is, else English.
 QString codeFor(const QStringList &systemLanguages);
 
-/// Has \a application speak the language \a code, one of codes().
+/// Has \a application speak the language \a code, one of codes(). Programs that it starts learn of it.
 void install(QCoreApplication &application, const QString &code);
+
+/// Has \a application, of a program that another one has started, speak the language of that one.
+void installInherited(QCoreApplication &application);
 } // namespace Workbench::Language

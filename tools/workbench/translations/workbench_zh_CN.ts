@@ -2,21 +2,6 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="zh_CN" sourcelanguage="en">
 <context>
-    <name>FileErrors</name>
-    <message>
-        <source>its record does not hold all its properties, so the binary form would lose some</source>
-        <translation>其记录未包含全部属性，二进制形式会丢失一部分</translation>
-    </message>
-    <message>
-        <source>it has state beside its properties, which JSON would lose</source>
-        <translation>它在属性之外还有状态，JSON 会丢失这些状态</translation>
-    </message>
-    <message>
-        <source>step %1 (%2): %3</source>
-        <translation>步骤 %1（%2）：%3</translation>
-    </message>
-</context>
-<context>
     <name>StepHost::CsvReader</name>
     <message>
         <source>line %1: a comma or the end of the line has to follow the closing quotation mark</source>
@@ -25,6 +10,523 @@
     <message>
         <source>line %1: the quotation mark that opens here is never closed</source>
         <translation>第 %1 行：此处的左引号没有对应的右引号</translation>
+    </message>
+</context>
+<context>
+    <name>StepHost::ErrorTexts</name>
+    <message>
+        <source>there is no such file</source>
+        <translation>没有此文件</translation>
+    </message>
+    <message>
+        <source>this is not a file</source>
+        <translation>这不是文件</translation>
+    </message>
+    <message>
+        <source>its interface id is %1, a step plug-in has &quot;%2&quot;</source>
+        <translation>它的接口标识是 %1，步骤插件的接口标识是“%2”</translation>
+    </message>
+    <message>
+        <source>it is built for version %1 of the step contract, this host knows version %2</source>
+        <translation>它是为步骤约定的版本 %1 构建的，本程序只认得版本 %2</translation>
+    </message>
+    <message>
+        <source>it needs the host capability %1, this host has &quot;%2&quot;</source>
+        <translation>它需要宿主能力 %1，本程序提供的是“%2”</translation>
+    </message>
+    <message>
+        <source>prototype %1 is null</source>
+        <translation>第 %1 个原型为空</translation>
+    </message>
+    <message>
+        <source>prototype %1 is listed twice</source>
+        <translation>第 %1 个原型列出了两次</translation>
+    </message>
+    <message>
+        <source>prototype %1 has a parent, so that the host cannot own it</source>
+        <translation>第 %1 个原型有父对象，宿主无法拥有它</translation>
+    </message>
+    <message>
+        <source>a prototype of class %1 has no type id</source>
+        <translation>类 %1 的一个原型没有类型标识</translation>
+    </message>
+    <message>
+        <source>its step %1 is outside its own prefix %2</source>
+        <translation>它的步骤 %1 不在它自己的前缀 %2 之内</translation>
+    </message>
+    <message>
+        <source>the type id of a step, %1, is longer than %2 characters</source>
+        <translation>步骤的类型标识 %1 超过 %2 个字符</translation>
+    </message>
+    <message>
+        <source>it has two steps of type %1</source>
+        <translation>它有两个类型为 %1 的步骤</translation>
+    </message>
+    <message>
+        <source>its root object, of class %1, does not implement &quot;%2&quot;</source>
+        <translation>它的根对象（类 %1）没有实现“%2”</translation>
+    </message>
+    <message>
+        <source>it threw an exception: %1</source>
+        <translation>它抛出了异常：%1</translation>
+    </message>
+    <message>
+        <source>it threw an exception</source>
+        <translation>它抛出了异常</translation>
+    </message>
+    <message>
+        <source>plug-in &quot;%1&quot; is refused: %2</source>
+        <translation>插件“%1”被拒绝：%2</translation>
+    </message>
+    <message>
+        <source>the step threw an exception: %1</source>
+        <translation>步骤抛出了异常：%1</translation>
+    </message>
+    <message>
+        <source>the step threw an exception</source>
+        <translation>步骤抛出了异常</translation>
+    </message>
+    <message>
+        <source>the record ends too early</source>
+        <translation>记录过早结束</translation>
+    </message>
+    <message>
+        <source>the record is damaged</source>
+        <translation>记录已损坏</translation>
+    </message>
+    <message>
+        <source>the step leaves %1 bytes of the record</source>
+        <translation>步骤没有读完记录，还剩 %1 字节</translation>
+    </message>
+    <message>
+        <source>(the plug-in threw an exception: %1)</source>
+        <translation>（插件抛出了异常：%1）</translation>
+    </message>
+    <message>
+        <source>(the plug-in threw an exception)</source>
+        <translation>（插件抛出了异常）</translation>
+    </message>
+    <message>
+        <source>abort</source>
+        <translation>中止</translation>
+    </message>
+    <message>
+        <source>arithmetic error</source>
+        <translation>算术错误</translation>
+    </message>
+    <message>
+        <source>illegal instruction</source>
+        <translation>非法指令</translation>
+    </message>
+    <message>
+        <source>segmentation fault</source>
+        <translation>段错误</translation>
+    </message>
+    <message>
+        <source>interrupted</source>
+        <translation>被中断</translation>
+    </message>
+    <message>
+        <source>terminated</source>
+        <translation>被终止</translation>
+    </message>
+    <message>
+        <source>bus error</source>
+        <translation>总线错误</translation>
+    </message>
+    <message>
+        <source>killed</source>
+        <translation>被强制结束</translation>
+    </message>
+    <message>
+        <source>signal %1</source>
+        <translation>信号 %1</translation>
+    </message>
+    <message>
+        <source>the value of %1 cannot be handed over</source>
+        <translation>%1 的值无法传递</translation>
+    </message>
+    <message>
+        <source>step %1 threw an exception when it was saved: %2</source>
+        <translation>保存步骤 %1 时它抛出了异常：%2</translation>
+    </message>
+    <message>
+        <source>step %1 threw an exception when it was saved</source>
+        <translation>保存步骤 %1 时它抛出了异常</translation>
+    </message>
+    <message>
+        <source>step %1 was made</source>
+        <translation>正在创建步骤 %1</translation>
+    </message>
+    <message>
+        <source>step %1: the plug-in gives no copy of it</source>
+        <translation>步骤 %1：插件没有给出它的副本</translation>
+    </message>
+    <message>
+        <source>a step %1 and its texts were made</source>
+        <translation>正在创建步骤 %1 及其文字</translation>
+    </message>
+    <message>
+        <source>the value of %1 cannot be shown: its type is %2</source>
+        <translation>%1 的值无法显示：其类型为 %2</translation>
+    </message>
+    <message>
+        <source>the run was not understood</source>
+        <translation>无法理解运行请求</translation>
+    </message>
+    <message>
+        <source>the plug-in %1 was loaded</source>
+        <translation>正在加载插件 %1</translation>
+    </message>
+    <message>
+        <source>an exception of unknown type</source>
+        <translation>未知类型的异常</translation>
+    </message>
+    <message>
+        <source>offset %1: %2</source>
+        <translation>偏移 %1：%2</translation>
+    </message>
+    <message>
+        <source>the file ends too early</source>
+        <translation>文件过早结束</translation>
+    </message>
+    <message>
+        <source>%1 should have %2 bytes, and %3 are left</source>
+        <translation>%1应有 %2 字节，只剩 %3 字节</translation>
+    </message>
+    <message>
+        <source>this is no binary script</source>
+        <translation>这不是二进制脚本</translation>
+    </message>
+    <message>
+        <source>the mark of a binary script is damaged, as by a transfer as text</source>
+        <translation>二进制脚本的标记已损坏，可能曾被当作文本传输</translation>
+    </message>
+    <message>
+        <source>the form has version %1, this program knows version %2</source>
+        <translation>格式版本为 %1，本程序只认得版本 %2</translation>
+    </message>
+    <message>
+        <source>the content should have %1 bytes, and the file has %2; it was cut off</source>
+        <translation>内容应有 %1 字节，文件只有 %2 字节；文件被截断了</translation>
+    </message>
+    <message>
+        <source>%1 bytes follow the content</source>
+        <translation>内容之后还有 %1 字节</translation>
+    </message>
+    <message>
+        <source>the checksum is not that of the content; the file is damaged</source>
+        <translation>校验和与内容不符；文件已损坏</translation>
+    </message>
+    <message>
+        <source>there should be %1 steps in %2 bytes</source>
+        <translation>%2 字节中不可能有 %1 个步骤</translation>
+    </message>
+    <message>
+        <source>step %1</source>
+        <translation>步骤 %1</translation>
+    </message>
+    <message>
+        <source>the type id of %1</source>
+        <translation>%1 的类型标识</translation>
+    </message>
+    <message>
+        <source>step type</source>
+        <translation>步骤类型</translation>
+    </message>
+    <message>
+        <source>%1: the enabled flag is %2, it should be 0 or 1</source>
+        <translation>%1：启用标志为 %2，应为 0 或 1</translation>
+    </message>
+    <message>
+        <source>the record of %1</source>
+        <translation>%1 的记录</translation>
+    </message>
+    <message>
+        <source>the variables</source>
+        <translation>变量</translation>
+    </message>
+    <message>
+        <source>%1 bytes follow the variables</source>
+        <translation>变量之后还有 %1 字节</translation>
+    </message>
+    <message>
+        <source>the variables: %1</source>
+        <translation>变量：%1</translation>
+    </message>
+    <message>
+        <source>the script makes more than 256 MiB</source>
+        <translation>脚本超过 256 MiB</translation>
+    </message>
+    <message>
+        <source>an object</source>
+        <translation>对象</translation>
+    </message>
+    <message>
+        <source>key</source>
+        <translation>键</translation>
+    </message>
+    <message>
+        <source>the key &quot;%1&quot; is missing</source>
+        <translation>缺少键“%1”</translation>
+    </message>
+    <message>
+        <source>variable type</source>
+        <translation>变量类型</translation>
+    </message>
+    <message>
+        <source>this is %1, the property &quot;%2&quot; takes a value of type %3</source>
+        <translation>这是%1，属性“%2”需要类型 %3 的值</translation>
+    </message>
+    <message>
+        <source>property</source>
+        <translation>属性</translation>
+    </message>
+    <message>
+        <source>true or false</source>
+        <translation>true 或 false</translation>
+    </message>
+    <message>
+        <source>the step cannot be created: its prototype gives no clone</source>
+        <translation>无法创建步骤：其原型没有给出副本</translation>
+    </message>
+    <message>
+        <source>an array</source>
+        <translation>数组</translation>
+    </message>
+    <message>
+        <source>the property &quot;%1&quot; %2</source>
+        <translation>属性“%1”%2</translation>
+    </message>
+    <message>
+        <source>the variable %1 is declared already</source>
+        <translation>变量 %1 已经声明过</translation>
+    </message>
+    <message>
+        <source>the value of %1 %2</source>
+        <translation>%1 的值%2</translation>
+    </message>
+    <message>
+        <source>%1 is no JSON value; a variable of type %2 takes %3</source>
+        <translation>%1 不是 JSON 值；类型为 %2 的变量需要%3</translation>
+    </message>
+    <message>
+        <source>%1 gives a new variable no type; declare it in the script</source>
+        <translation>%1 没有给新变量类型；请在脚本中声明它</translation>
+    </message>
+    <message>
+        <source>the script declares %1 with the type %2, not as a list</source>
+        <translation>脚本把 %1 声明为类型 %2，而不是列表</translation>
+    </message>
+    <message>
+        <source>arrays and maps are nested deeper than %1 levels</source>
+        <translation>数组和映射的嵌套超过 %1 层</translation>
+    </message>
+    <message>
+        <source>%1 bytes follow the last value</source>
+        <translation>最后一个值之后还有 %1 字节</translation>
+    </message>
+    <message>
+        <source>the byte 0x%1 begins no value of a script</source>
+        <translation>字节 0x%1 不是脚本中任何值的开头</translation>
+    </message>
+    <message>
+        <source>the integer does not fit into 64 bits</source>
+        <translation>整数超出 64 位</translation>
+    </message>
+    <message>
+        <source>the number is not finite</source>
+        <translation>数字不是有限数</translation>
+    </message>
+    <message>
+        <source>the text should have %1 bytes, and %2 bytes are left for them</source>
+        <translation>文本应有 %1 字节，只剩 %2 字节</translation>
+    </message>
+    <message>
+        <source>the text is not UTF-8</source>
+        <translation>文本不是 UTF-8</translation>
+    </message>
+    <message>
+        <source>the array should have %1 items, and %2 bytes are left for them</source>
+        <translation>数组应有 %1 项，只剩 %2 字节</translation>
+    </message>
+    <message>
+        <source>the map should have %1 pairs, and %2 bytes are left for them</source>
+        <translation>映射应有 %1 对，只剩 %2 字节</translation>
+    </message>
+    <message>
+        <source>the key of a map is not a text</source>
+        <translation>映射的键不是文本</translation>
+    </message>
+    <message>
+        <source>the map has the key %1 already</source>
+        <translation>映射中已经有键 %1</translation>
+    </message>
+    <message>
+        <source>the data ends within a value</source>
+        <translation>数据在一个值的中间结束</translation>
+    </message>
+    <message>
+        <source>the integer %1 does not fit into 64 bits; write it with &quot;.0&quot; for a double</source>
+        <translation>整数 %1 超出 64 位；若要小数，请在末尾写上“.0”</translation>
+    </message>
+    <message>
+        <source>binary data</source>
+        <translation>二进制数据</translation>
+    </message>
+    <message>
+        <source>the object has the key %1 already</source>
+        <translation>对象中已经有键 %1</translation>
+    </message>
+    <message>
+        <source>%1</source>
+        <comment>JSON</comment>
+        <extracomment>%1 is what the JSON parser says, in English</extracomment>
+        <translation>JSON 语法错误（%1）</translation>
+    </message>
+    <message>
+        <source>arrays and objects are nested deeper than %1 levels</source>
+        <translation>数组和对象的嵌套超过 %1 层</translation>
+    </message>
+    <message>
+        <source>line %1, column %2: %3</source>
+        <translation>第 %1 行第 %2 列：%3</translation>
+    </message>
+    <message>
+        <source>at %1: %2</source>
+        <translation>在 %1 处：%2</translation>
+    </message>
+    <message>
+        <source>there is a NUL byte after the JSON document</source>
+        <translation>JSON 文档之后有一个 NUL 字节</translation>
+    </message>
+    <message>
+        <source>is nested deeper than %1 levels of JSON</source>
+        <translation>的 JSON 嵌套超过 %1 层</translation>
+    </message>
+    <message>
+        <source>makes more than 256 MiB of JSON</source>
+        <translation>的 JSON 超过 256 MiB</translation>
+    </message>
+    <message>
+        <source> (%1 characters)</source>
+        <translation>（%1 个字符）</translation>
+    </message>
+    <message>
+        <source>none</source>
+        <translation>无</translation>
+    </message>
+    <message>
+        <source>there is no %1 %2; there are %3</source>
+        <translation>没有%1 %2；可用的有：%3</translation>
+    </message>
+    <message>
+        <source> ... (%1 characters) ... </source>
+        <translation> …（%1 个字符）… </translation>
+    </message>
+    <message>
+        <source>null</source>
+        <translation>null</translation>
+    </message>
+    <message>
+        <source>an integer</source>
+        <translation>整数</translation>
+    </message>
+    <message>
+        <source>%1 is out of range</source>
+        <translation>%1 超出范围</translation>
+    </message>
+    <message>
+        <source>no %1 is %2, the nearest one is %3</source>
+        <translation>没有等于 %2 的 %1，最接近的是 %3</translation>
+    </message>
+    <message>
+        <source>a number, &quot;nan&quot;, &quot;inf&quot; or &quot;-inf&quot;</source>
+        <translation>数字、“nan”、“inf”或“-inf”</translation>
+    </message>
+    <message>
+        <source>the number is out of range</source>
+        <translation>数字超出范围</translation>
+    </message>
+    <message>
+        <source>a string or an array of UTF-16 code units</source>
+        <translation>字符串或 UTF-16 代码单元的数组</translation>
+    </message>
+    <message>
+        <source>a string in Base64</source>
+        <translation>Base64 字符串</translation>
+    </message>
+    <message>
+        <source>the string is not in Base64</source>
+        <translation>字符串不是 Base64</translation>
+    </message>
+    <message>
+        <source>an array of strings</source>
+        <translation>字符串数组</translation>
+    </message>
+    <message>
+        <source>this should be an array of a key and a value</source>
+        <translation>这里应是由键和值组成的数组</translation>
+    </message>
+    <message>
+        <source>an array of pairs</source>
+        <translation>键值对的数组</translation>
+    </message>
+    <message>
+        <source>this should be the name of a type, such as &quot;int&quot;</source>
+        <translation>这里应是类型的名称，例如“int”</translation>
+    </message>
+    <message>
+        <source>a value of this type was not written and cannot be read back</source>
+        <translation>这种类型的值没有写出，无法读回</translation>
+    </message>
+    <message>
+        <source>an object stands for a value of a special type and has one of these keys: %1</source>
+        <translation>对象代表特殊类型的值，其键应为下列之一：%1</translation>
+    </message>
+    <message>
+        <source>a string</source>
+        <translation>字符串</translation>
+    </message>
+    <message>
+        <source>this should be a string</source>
+        <translation>这里应是字符串</translation>
+    </message>
+    <message>
+        <source>this is %1, a variable of type %2 takes %3</source>
+        <translation>这是%1，类型为 %2 的变量需要%3</translation>
+    </message>
+    <message>
+        <source>a 64-bit integer</source>
+        <translation>64 位整数</translation>
+    </message>
+    <message>
+        <source>a double</source>
+        <translation>小数</translation>
+    </message>
+    <message>
+        <source>this is %1, it should be %2</source>
+        <translation>这是%1，应为%2</translation>
+    </message>
+    <message>
+        <source>a variable&apos;s name cannot be empty</source>
+        <translation>变量名不能为空</translation>
+    </message>
+    <message>
+        <source>the variable&apos;s name %1 has more than one &quot;$&quot; in front</source>
+        <translation>变量名 %1 前面有不止一个“$”</translation>
+    </message>
+    <message>
+        <source>a number</source>
+        <translation>数字</translation>
+    </message>
+    <message>
+        <source>an array of arrays</source>
+        <translation>数组的数组</translation>
+    </message>
+    <message>
+        <source>a value</source>
+        <translation>值</translation>
     </message>
 </context>
 <context>
@@ -100,6 +602,18 @@
     <message>
         <source>line %1 is not UTF-8 text</source>
         <translation>第 %1 行不是 UTF-8 文本</translation>
+    </message>
+    <message>
+        <source>its record does not hold all its properties, so the binary form would lose some</source>
+        <translation>其记录没有包含全部属性，二进制形式会丢失一些</translation>
+    </message>
+    <message>
+        <source>it has state beside its properties, which JSON would lose</source>
+        <translation>它在属性之外还有状态，JSON 会丢失这些状态</translation>
+    </message>
+    <message>
+        <source>step %1 (%2): %3</source>
+        <translation>步骤 %1（%2）：%3</translation>
     </message>
 </context>
 <context>
@@ -224,6 +738,10 @@
     <message>
         <source>%1: %2</source>
         <translation>%1：%2</translation>
+    </message>
+    <message>
+        <source>The variable has no “%1”, so this is empty.</source>
+        <translation>此变量没有“%1”，因此结果为空。</translation>
     </message>
 </context>
 <context>
@@ -389,6 +907,10 @@
     <message>
         <source>Reloading the file drops the changes that are not saved.</source>
         <translation>重新载入文件会丢弃未保存的更改。</translation>
+    </message>
+    <message>
+        <source>The script is still here, and can be saved in another place.</source>
+        <translation>脚本仍在这里，可以保存到别的位置。</translation>
     </message>
 </context>
 <context>
@@ -611,6 +1133,14 @@
         <source>The run stops before its next step. Stop again to end it at once.</source>
         <translation>将在下一步之前停止运行。再按一次“停止”则立即结束。</translation>
     </message>
+    <message>
+        <source>Problems</source>
+        <translation>问题</translation>
+    </message>
+    <message>
+        <source>Problems (%1)</source>
+        <translation>问题 (%1)</translation>
+    </message>
 </context>
 <context>
     <name>Workbench::PalettePane</name>
@@ -628,6 +1158,32 @@
     </message>
 </context>
 <context>
+    <name>Workbench::ProblemsModel</name>
+    <message>
+        <source>Change the setting</source>
+        <translation>更改设置</translation>
+    </message>
+    <message>
+        <source>Step</source>
+        <translation>步骤</translation>
+    </message>
+    <message>
+        <source>Problem</source>
+        <translation>问题</translation>
+    </message>
+    <message>
+        <source>What helps</source>
+        <translation>解决办法</translation>
+    </message>
+</context>
+<context>
+    <name>Workbench::ProblemsPane</name>
+    <message>
+        <source>Problems</source>
+        <translation>问题</translation>
+    </message>
+</context>
+<context>
     <name>Workbench::PropertyEditor</name>
     <message>
         <source>Some characters are not seen in the field: %1</source>
@@ -639,10 +1195,6 @@
     <message>
         <source>Select a step to see its settings.</source>
         <translation>选择一个步骤以查看其设置。</translation>
-    </message>
-    <message>
-        <source>Create list “%1”</source>
-        <translation>创建列表“%1”</translation>
     </message>
 </context>
 <context>
@@ -791,45 +1343,6 @@
     </message>
 </context>
 <context>
-    <name>Workbench::ScriptModel</name>
-    <message>
-        <source>wrote</source>
-        <translation>已写入</translation>
-    </message>
-    <message>
-        <source>skipped</source>
-        <translation>已跳过</translation>
-    </message>
-    <message>
-        <source>failed</source>
-        <translation>出错</translation>
-    </message>
-    <message>
-        <source>disabled</source>
-        <translation>已停用</translation>
-    </message>
-    <message>
-        <source>Step %1: %2</source>
-        <translation>步骤 %1：%2</translation>
-    </message>
-    <message>
-        <source>not enabled</source>
-        <translation>未启用</translation>
-    </message>
-    <message>
-        <source>running…</source>
-        <translation>运行中…</translation>
-    </message>
-    <message>
-        <source>%1, before its settings were changed</source>
-        <translation>%1（更改设置之前）</translation>
-    </message>
-    <message>
-        <source>The outcome is from before the settings were changed.</source>
-        <translation>此结果是更改设置之前的结果。</translation>
-    </message>
-</context>
-<context>
     <name>Workbench::ScriptPane</name>
     <message>
         <source>Steps of the script</source>
@@ -879,6 +1392,45 @@ Drag one here from the palette, or double-click it there.</source>
     <message>
         <source>running…</source>
         <translation>运行中…</translation>
+    </message>
+</context>
+<context>
+    <name>Workbench::StepRow</name>
+    <message>
+        <source>wrote</source>
+        <translation>已写入</translation>
+    </message>
+    <message>
+        <source>skipped</source>
+        <translation>已跳过</translation>
+    </message>
+    <message>
+        <source>failed</source>
+        <translation>出错</translation>
+    </message>
+    <message>
+        <source>disabled</source>
+        <translation>已停用</translation>
+    </message>
+    <message>
+        <source>Step %1: %2</source>
+        <translation>步骤 %1：%2</translation>
+    </message>
+    <message>
+        <source>not enabled</source>
+        <translation>未启用</translation>
+    </message>
+    <message>
+        <source>running…</source>
+        <translation>运行中…</translation>
+    </message>
+    <message>
+        <source>%1, before its settings were changed</source>
+        <translation>%1（更改设置之前）</translation>
+    </message>
+    <message>
+        <source>The outcome is from before the settings were changed.</source>
+        <translation>此结果是更改设置之前的结果。</translation>
     </message>
 </context>
 <context>
@@ -942,6 +1494,22 @@ Drag one here from the palette, or double-click it there.</source>
     <message>
         <source>Other</source>
         <translation>其他</translation>
+    </message>
+    <message>
+        <source>Create list “%1”</source>
+        <translation>创建列表“%1”</translation>
+    </message>
+    <message>
+        <source>Create integer “%1”</source>
+        <translation>创建整数“%1”</translation>
+    </message>
+    <message>
+        <source>Create text “%1”</source>
+        <translation>创建文本“%1”</translation>
+    </message>
+    <message>
+        <source>Create variable “%1”</source>
+        <translation>创建变量“%1”</translation>
     </message>
 </context>
 <context>
