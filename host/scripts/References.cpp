@@ -20,15 +20,47 @@ QStringList memberReferences(const QString &reference, VarType type)
     return members;
 }
 
+namespace
+{
+struct Parts
+{
+    QString variable;
+    QString member;
+};
+
+// What the reference `text` is made of.
+Parts partsOf(const QString &text)
+{
+    const QString rest = withoutMark(text);
+    const int dot = rest.indexOf(QLatin1Char('.'));
+    if (dot < 1)
+        return {rest, QString()};
+    return {rest.left(dot), rest.mid(dot + 1)};
+}
+} // namespace
+
 QString unknownVariable(const QString &text, const VariableScope &variables)
 {
     if (!isReference(text))
         return QString();
-    QString name = withoutMark(text);
-    const int dot = name.indexOf(QLatin1Char('.'));
-    if (dot > 0)
-        name.truncate(dot);
+    const QString name = partsOf(text).variable;
     // As the steps do, the name is handed to the scope as it stands.
     return variables.contains(name) ? QString() : name;
+}
+
+QString memberOf(const QString &text)
+{
+    return isReference(text) ? partsOf(text).member : QString();
+}
+
+bool hasUnknownMember(const QString &text, const VariableScope &variables)
+{
+    const QString member = memberOf(text);
+    const VarType type = isReference(text) ? variables.typeOf(partsOf(text).variable) : VarType::Undeclared;
+    if (member.isEmpty() || type == VarType::Undeclared)
+        return false;
+    // A list may hold rows, and then has columns as a table does.
+    const VarType shape = type == VarType::List ? VarType::Table : type;
+    return !memberReferences(QString(), shape).contains(QLatin1Char('.') + member, Qt::CaseInsensitive);
 }
 } // namespace StepHost

@@ -18,4 +18,12 @@ QStringList memberReferences(const QString &reference, VarType type);
 /// The name of the variable that the reference \a text is about, when \a variables has none of that name; otherwise
 /// empty.
 QString unknownVariable(const QString &text, const VariableScope &variables);
+
+/// What the reference \a text names behind the variable, such as `Count`; empty when it is about the variable itself, or
+/// no reference.
+QString memberOf(const QString &text);
+
+/// Whether the reference \a text is about something that its variable, one of \a variables, does not have, as far as the
+/// variable's type tells.
+bool hasUnknownMember(const QString &text, const VariableScope &variables);
 } // namespace StepHost

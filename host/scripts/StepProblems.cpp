@@ -2,7 +2,10 @@
 
 #include "References.h"
 #include "host/values/QuotedText.h"
+#include "host/values/VariableName.h"
 #include "hostapi/Operation.h"
+
+#include <QHash>
 
 namespace StepHost
 {
@@ -14,10 +17,32 @@ QString shownName(const QString &name)
 {
     return inOneLine(bounded(name, maxNameLength));
 }
+// The name of the variable that `value` stands for, without the mark, when there is none of that name but could be one.
+QString missingVariable(const SettingSchema &setting, const QString &value, const VariableScope &variables)
+{
+    if (setting.editor == EditorKind::Choice || setting.editor == EditorKind::Default)
+        return QString();
+    const bool isName = setting.editor == EditorKind::VariableName;
+    const QString name = isName ? withoutMark(value) : unknownVariable(value.trimmed(), variables);
+    return isVariableName(name) && !variables.contains(referenceTo(name)) ? name : QString();
+}
+
+// What the variable that `value` stands for has to be; a text where anything will do.
+VarType wantedType(const SettingSchema &setting, const QString &value)
+{
+    switch (setting.editor) {
+    case EditorKind::VariableName:
+        return setting.variableKind == VariableKind::List ? VarType::List : VarType::String;
+    case EditorKind::IntegerOrVariable:
+        return memberOf(value).isEmpty() ? VarType::Int : VarType::List;
+    default:
+        return memberOf(value).isEmpty() ? VarType::String : VarType::List;
+    }
+}
 } // namespace
 
-QString StepProblems::ofSetting(const SettingSchema &setting, const QVariant &value,
-                                const VariableScope &variables)
+QString StepProblems::textOfSetting(const SettingSchema &setting, const QVariant &value,
+                                    const VariableScope &variables)
 {
     switch (setting.editor) {
     case EditorKind::VariableName:
@@ -32,6 +57,20 @@ QString StepProblems::ofSetting(const SettingSchema &setting, const QVariant &va
         break;
     }
     return QString();
+}
+
+std::optional<StepProblem> StepProblems::ofSetting(const SettingSchema &setting, const QVariant &value,
+                                                   const VariableScope &variables)
+{
+    StepProblem problem;
+    problem.text = textOfSetting(setting, value, variables);
+    if (problem.text.isEmpty())
+        return std::nullopt;
+    problem.property = setting.property;
+    problem.missing = missingVariable(setting, value.toString(), variables);
+    if (!problem.missing.isEmpty())
+        problem.missingType = wantedType(setting, value.toString().trimmed());
+    return problem;
 }
 
 QString StepProblems::ofVariableName(const QString &name, VariableKind kind, const VariableScope &variables)
@@ -62,7 +101,11 @@ QString StepProblems::ofInteger(const QString &text, const VariableScope &variab
 QString StepProblems::ofReference(const QString &text, const VariableScope &variables)
 {
     const QString unknown = unknownVariable(text, variables);
-    return unknown.isEmpty() ? QString() : tr("There is no variable “%1” yet.").arg(shownName(unknown));
+    if (!unknown.isEmpty())
+        return tr("There is no variable “%1” yet.").arg(shownName(unknown));
+    if (hasUnknownMember(text, variables))
+        return tr("The variable has no “%1”, so this is empty.").arg(shownName(memberOf(text)));
+    return QString();
 }
 
 QString StepProblems::ofChoice(const SettingSchema &setting, int index)
@@ -84,11 +127,33 @@ QVector<StepProblem> StepProblems::ofStep(const Operation &step, const EditorSch
     for (const SettingSchema &setting : schema.settings) {
         if (!isVisible(setting, step))
             continue;
-        const QString text =
+        std::optional<StepProblem> problem =
             ofSetting(setting, step.property(setting.property.toUtf8().constData()), variables);
+        if (!problem)
+            continue;
         const QString label = inOneLine(setting.label.isEmpty() ? setting.property : setting.label);
-        if (!text.isEmpty())
-            problems.append({setting.property, tr("%1: %2").arg(label, text)});
+        problem->text = tr("%1: %2").arg(label, problem->text);
+        problems.append(*problem);
+    }
+    return problems;
+}
+
+QVector<ScriptProblem> StepProblems::ofScript(const Script &script)
+{
+    VariableScope variables;
+    declareVariables(script, variables);
+    QHash<const QMetaObject *, EditorSchema> schemas;
+    QVector<ScriptProblem> problems;
+    for (int row = 0; row < int(script.steps.size()); ++row) {
+        const ScriptStep &step = script.steps[std::size_t(row)];
+        if (!step.enabled)
+            continue;
+        const QMetaObject *type = step.operation->metaObject();
+        if (!schemas.contains(type))
+            schemas.insert(type, readEditorSchema(*type));
+        const QVector<StepProblem> ofStep = StepProblems::ofStep(*step.operation, schemas[type], variables);
+        for (const StepProblem &problem : ofStep)
+            problems.append({row, problem});
     }
     return problems;
 }

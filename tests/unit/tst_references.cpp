@@ -15,6 +15,8 @@ private slots:
     void members();
     void unknownVariables_data();
     void unknownVariables();
+    void unknownMembers_data();
+    void unknownMembers();
 };
 
 void TestReferences::members_data()
@@ -58,6 +60,49 @@ void TestReferences::unknownVariables()
     variables.declare("names", VarType::List);
     QTEST(isReference(text), "isReference");
     QCOMPARE(unknownVariable(text, variables), unknown);
+}
+
+void TestReferences::unknownMembers_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("member");
+    QTest::addColumn<bool>("isUnknown");
+    QTest::newRow("none") << "$names"
+                          << "" << false;
+    QTest::newRow("known") << "$names.Count"
+                           << "Count" << false;
+    QTest::newRow("in other letters") << "$names.rows"
+                                      << "rows" << false;
+    QTest::newRow("columns of a list") << "$names.Columns"
+                                       << "Columns" << false;
+    QTest::newRow("unknown") << "$names.Size"
+                             << "Size" << true;
+    QTest::newRow("of a member") << "$names.Count.x"
+                                 << "Count.x" << true;
+    QTest::newRow("nothing behind the dot") << "$names."
+                                            << "" << false;
+    QTest::newRow("of a table") << "$cells.Columns"
+                                << "Columns" << false;
+    QTest::newRow("of what has none") << "$count.Count"
+                                      << "Count" << true;
+    QTest::newRow("of a value of any type") << "$thing.Count"
+                                            << "Count" << false;
+    QTest::newRow("of no variable") << "$other.Size"
+                                    << "Size" << false;
+    QTest::newRow("no reference") << "names.Size"
+                                  << "" << false;
+}
+
+void TestReferences::unknownMembers()
+{
+    QFETCH(QString, text);
+    VariableScope variables;
+    variables.declare("names", VarType::List);
+    variables.declare("cells", VarType::Table);
+    variables.declare("count", VarType::Int);
+    variables.set("thing", QVariant());
+    QTEST(memberOf(text), "member");
+    QTEST(hasUnknownMember(text, variables), "isUnknown");
 }
 
 QTEST_GUILESS_MAIN(TestReferences)

@@ -3,6 +3,8 @@
 #include "tests/support/ErrorOf.h"
 #include "tests/support/TestPaths.h"
 
+#include <QFileDialog>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -45,8 +47,12 @@ private slots:
     void showsTheDifference();
     void reloads();
     void keepsItsOwn();
+    void offersAnotherPlace();
+    void staysOpenWhenItCannotSave();
 
 private:
+    void takeThePlaceAway();
+
     QWidget *bar() const
     {
         return m->window.findChild<QWidget *>("fileBar");
@@ -178,6 +184,55 @@ void TestWorkbenchFiles::keepsItsOwn()
     QVERIFY(m->window.isWindowModified());
     QTest::keyClick(&m->window, Qt::Key_S, Qt::ControlModifier);
     QVERIFY(contentOf(m_fileName).contains("list.merge"));
+}
+
+/// Saves the script in a folder, and puts a file in place of the folder.
+void TestWorkbenchFiles::takeThePlaceAway()
+{
+    const QString folder = m->folder.filePath("scripts");
+    QVERIFY(QDir().mkdir(folder));
+    QCOMPARE(m->window.document().save(folder + "/kept.json"), QString());
+    QVERIFY(QDir(folder).removeRecursively());
+    QFile file(folder);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    m->place("list.sort");
+}
+
+void TestWorkbenchFiles::offersAnotherPlace()
+{
+    takeThePlaceAway();
+    const QString other = m->folder.filePath("other.json");
+    QString text;
+    bool isWritable = false;
+    inNextDialog<QMessageBox>([&](QMessageBox *box) {
+        text = box->text();
+        inNextDialog<QFileDialog>([&](QFileDialog *dialog) {
+            isWritable = QFileInfo(dialog->directory().path()).isWritable();
+            dialog->findChild<QLineEdit *>("fileNameEdit")->setText(other);
+            static_cast<QDialog *>(dialog)->accept();
+        });
+        press(box, QString::fromUtf8("Save as…"));
+    });
+    QTest::keyClick(&m->window, Qt::Key_S, Qt::ControlModifier);
+    QVERIFY2(text.contains("kept.json: Not a directory"), qPrintable(text));
+    QVERIFY(isWritable);
+    QVERIFY(contentOf(other).contains("list.sort"));
+    QCOMPARE(m->window.document().fileName(), other);
+    QVERIFY(!m->window.isWindowModified());
+    QCOMPARE(m->window.log().index(0, LogModel::MessageColumn).data().toString(), text);
+}
+
+void TestWorkbenchFiles::staysOpenWhenItCannotSave()
+{
+    takeThePlaceAway();
+    inNextDialog<QMessageBox>([&](QMessageBox *box) {
+        inNextDialog<QMessageBox>([&](QMessageBox *failure) { press(failure, "Cancel"); });
+        press(box, "Save");
+    });
+    QVERIFY(!m->window.close());
+    QVERIFY(m->window.isVisible());
+    QVERIFY(m->window.isWindowModified());
+    QCOMPARE(m->script().step(2).typeId(), QString("list.sort"));
 }
 
 RUN_TEST_MAIN(QApplication, TestWorkbenchFiles)

@@ -1,6 +1,6 @@
+#include "SpokenLanguage.h"
 #include "WindowFixture.h"
 
-#include "tools/workbench/look/Language.h"
 #include "tools/workbench/settings/PropertyPane.h"
 
 #include "tests/support/ErrorOf.h"
@@ -12,7 +12,6 @@
 #include <QRegularExpression>
 #include <QScreen>
 #include <QTabBar>
-#include <QTranslator>
 #include <QtTest>
 
 using namespace Workbench;
@@ -160,29 +159,6 @@ void TestWorkbenchLooks::firstWindowFitsTheScreen()
 
 namespace
 {
-/// Has the program speak the language \a code as long as it lives.
-class SpokenLanguage
-{
-public:
-    explicit SpokenLanguage(const QString &code) : m_before(qApp->children())
-    {
-        Language::install(*qApp, code);
-    }
-
-    ~SpokenLanguage()
-    {
-        const QObjectList now = qApp->children();
-        for (QObject *child : now) {
-            if (!m_before.contains(child) && qobject_cast<QTranslator *>(child))
-                delete child;
-        }
-        QLocale::setDefault(QLocale("en"));
-    }
-
-private:
-    QObjectList m_before;
-};
-
 QByteArray nameOf(const QWidget *widget)
 {
     return widget->metaObject()->className() + QByteArray(" ") + widget->objectName().toUtf8();

@@ -654,7 +654,7 @@ void TestWorkbenchWindow::createsAListThatASettingNames()
 {
     place("list.sort");
     const auto button = [this] {
-        return properties()->editor("targetVar")->parentWidget()->findChild<QPushButton *>("createList");
+        return properties()->editor("targetVar")->parentWidget()->findChild<QPushButton *>("createVariable");
     };
     QVERIFY(!button()->isVisible());
     typeInto(field<QComboBox>("targetVar")->lineEdit(), "$names");

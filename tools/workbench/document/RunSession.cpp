@@ -192,6 +192,7 @@ void RunSession::report(const Run &run)
     QHash<const Operation *, int> rows;
     for (int row = 0; row < model.rowCount(); ++row)
         rows.insert(&model.step(row), row);
+    QVector<ScriptModel::Result> results;
     for (int i = 0; i < run.originals.size(); ++i) {
         const StepHost::ScriptStep &step = run.script.steps.at(size_t(i));
         StepHost::StepResult result = run.result.steps.at(size_t(i));
@@ -199,14 +200,18 @@ void RunSession::report(const Run &run)
             result.warnings = reasonsOfSilence(*step.operation, run.variables);
         const int row = rows.value(run.originals.at(i), -1);
         if (row >= 0 && result.outcome != StepHost::StepOutcome::NotRun)
-            model.setResult(row, result, step);
+            results.append({row, result, &step});
+        const bool isFailed = result.outcome == StepHost::StepOutcome::Failed;
+        if (result.warnings.isEmpty() && !isFailed)
+            continue;
         const Operation *original = row >= 0 ? run.originals.at(i) : nullptr;
         const QString name = nameOf(*step.operation, run.firstRow + i);
         for (const QString &warning : qAsConst(result.warnings))
             m_log.appendWarning(warning, original, name);
-        if (result.outcome == StepHost::StepOutcome::Failed)
+        if (isFailed)
             m_log.appendWarning(tr("The step failed: %1").arg(result.failure), original, name);
     }
+    model.setResults(results);
 
     if (!run.result.printed.isEmpty())
         m_log.append(tr("The plug-ins printed: %1").arg(QString::fromUtf8(run.result.printed).trimmed()));

@@ -17,36 +17,39 @@ InsertStepsCommand::InsertStepsCommand(ScriptDocument &document, int row,
 
 void InsertStepsCommand::redo()
 {
-    for (int i = 0; i < m_count; ++i)
-        m_document.model().insertStep(m_row + i, std::move(m_steps.at(size_t(i))));
+    m_document.model().insertSteps(m_row, std::move(m_steps));
     m_steps.clear();
     emit m_document.touched(m_row, m_count);
 }
 
 void InsertStepsCommand::undo()
 {
-    for (int i = 0; i < m_count; ++i)
-        m_steps.push_back(m_document.model().takeStep(m_row));
+    m_steps = m_document.model().takeSteps(m_row, m_count);
 }
 
 RemoveStepsCommand::RemoveStepsCommand(ScriptDocument &document, const QList<int> &rows, const QString &text)
-    : QUndoCommand(menuText(text)), m_document(document), m_rows(rows)
+    : QUndoCommand(menuText(text)), m_document(document)
 {
+    for (const int row : rows) {
+        if (m_blocks.empty() || m_blocks.back().row + m_blocks.back().count != row)
+            m_blocks.push_back({row, 0, {}});
+        ++m_blocks.back().count;
+    }
 }
 
 void RemoveStepsCommand::redo()
 {
-    for (auto row = m_rows.crbegin(); row != m_rows.crend(); ++row)
-        m_steps.push_back(m_document.model().takeStep(*row));
+    for (auto block = m_blocks.rbegin(); block != m_blocks.rend(); ++block)
+        block->steps = m_document.model().takeSteps(block->row, block->count);
 }
 
 void RemoveStepsCommand::undo()
 {
-    for (const int row : qAsConst(m_rows)) {
-        m_document.model().insertStep(row, std::move(m_steps.back()));
-        m_steps.pop_back();
+    for (Block &block : m_blocks) {
+        m_document.model().insertSteps(block.row, std::move(block.steps));
+        block.steps.clear();
     }
-    emit m_document.touched(m_rows.first(), 1);
+    emit m_document.touched(m_blocks.front().row, 1);
 }
 
 MoveStepsCommand::MoveStepsCommand(ScriptDocument &document, const QList<int> &rows, int target,

@@ -37,9 +37,16 @@ public:
     void redo() override;
 
 private:
+    /// Steps that stand together.
+    struct Block
+    {
+        int row;
+        int count;
+        std::vector<StepHost::ScriptStep> steps; ///< While they are not in the script.
+    };
+
     ScriptDocument &m_document;
-    QList<int> m_rows;
-    std::vector<StepHost::ScriptStep> m_steps; ///< While they are not in the script, the last one first.
+    std::vector<Block> m_blocks; ///< From the first row on.
 };
 
 /// Moves steps, which then stand together and in their order.

@@ -1,104 +1,152 @@
 #include "ScriptModel.h"
 
 #include "StepMime.h"
-#include "host/plugins/StepSettings.h"
 #include "host/plugins/StepTexts.h"
-#include "host/scripts/StepProblems.h"
-#include "host/values/QuotedText.h"
+#include "host/values/VariableName.h"
 #include "tools/workbench/look/ThemedIcon.h"
-#include "tools/workbench/look/ToolTipText.h"
 
 #include <QDataStream>
+#include <QElapsedTimer>
 #include <QMimeData>
 
 #include <algorithm>
+#include <iterator>
 
 namespace Workbench
 {
 namespace
 {
-QStringList messages(const StepHost::StepResult &result)
-{
-    QStringList lines;
-    for (const QString &warning : result.warnings)
-        lines += StepHost::inLines(warning).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-    lines += StepHost::inLines(result.failure).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-    return lines;
-}
+// So that a long script keeps nobody waiting.
+constexpr int checkTimeMs = 8;
 } // namespace
 
-ScriptModel::ScriptModel(QObject *parent) : QAbstractListModel(parent), m_id(QUuid::createUuid()) { }
+ScriptModel::ScriptModel(QObject *parent) : QAbstractListModel(parent), m_id(QUuid::createUuid())
+{
+    m_checkTimer.setSingleShot(true);
+    connect(&m_checkTimer, &QTimer::timeout, this, &ScriptModel::checkRest);
+}
 
 ScriptModel::~ScriptModel() = default;
 
-ScriptModel::Settings ScriptModel::settingsOf(const StepHost::ScriptStep &step)
+StepRow &ScriptModel::at(int row)
 {
-    Settings settings;
-    settings.enabled = step.enabled;
-    const QVector<QMetaProperty> properties = StepHost::settingsOf(*step.operation);
-    for (const QMetaProperty &property : properties)
-        settings.values.append(property.read(step.operation.get()));
-    return settings;
+    return *m_rows.at(size_t(row));
 }
 
-ScriptModel::Row ScriptModel::rowOf(StepHost::ScriptStep step)
+const StepRow &ScriptModel::at(int row) const
 {
-    Row row;
-    row.step = std::move(step);
-    return row;
-}
-
-ScriptModel::Row &ScriptModel::at(int row)
-{
-    return m_rows.at(size_t(row));
-}
-
-const ScriptModel::Row &ScriptModel::at(int row) const
-{
-    return m_rows.at(size_t(row));
+    return *m_rows.at(size_t(row));
 }
 
 const Operation &ScriptModel::step(int row) const
 {
-    return *at(row).step.operation;
+    return at(row).operation();
 }
 
 bool ScriptModel::isEnabled(int row) const
 {
-    return at(row).step.enabled;
+    return at(row).isEnabled();
 }
+
+QVector<StepHost::StepProblem> ScriptModel::problems(int row) const
+{
+    return at(row).problems();
+}
+
+namespace
+{
+// What the problems of steps depend on.
+bool haveSameTypes(const VariableScope &a, const VariableScope &b)
+{
+    const QStringList names = a.names();
+    if (names != b.names())
+        return false;
+    return std::all_of(names.cbegin(), names.cend(), [&](const QString &name) {
+        const QString reference = StepHost::referenceTo(name);
+        return a.typeOf(reference) == b.typeOf(reference);
+    });
+}
+} // namespace
 
 void ScriptModel::setVariables(const VariableScope &variables)
 {
+    const bool isSame = haveSameTypes(m_variables, variables);
     m_variables = variables;
-    if (!m_rows.empty())
-        emit dataChanged(index(0), index(rowCount() - 1));
+    if (isSame)
+        return;
+    for (const std::unique_ptr<StepRow> &row : m_rows)
+        row->isChecked = false;
+    checkRest();
+}
+
+bool ScriptModel::check(StepRow &row)
+{
+    const QMetaObject *type = row.operation().metaObject();
+    if (!m_schemas.contains(type))
+        m_schemas.insert(type, StepHost::readEditorSchema(*type));
+    row.isChecked = true;
+    return row.check(m_schemas[type], m_variables);
+}
+
+void ScriptModel::checkRest()
+{
+    QElapsedTimer clock;
+    clock.start();
+    int first = rowCount();
+    int last = -1;
+    for (int row = 0; row < rowCount(); ++row) {
+        if (at(row).isChecked)
+            continue;
+        if (clock.hasExpired(checkTimeMs)) {
+            m_checkTimer.start(0);
+            break;
+        }
+        if (check(at(row))) {
+            first = qMin(first, row);
+            last = row;
+        }
+    }
+    if (last < 0)
+        return;
+    rowsChanged(first, last);
+    emit problemsChanged();
 }
 
 void ScriptModel::setSteps(std::vector<StepHost::ScriptStep> steps)
 {
     beginResetModel();
     m_rows.clear();
-    m_rows.reserve(steps.size());
     for (StepHost::ScriptStep &step : steps)
-        m_rows.push_back(rowOf(std::move(step)));
+        m_rows.push_back(std::make_unique<StepRow>(std::move(step)));
+    m_runningRow = -1;
     endResetModel();
+    checkRest();
 }
 
-void ScriptModel::insertStep(int row, StepHost::ScriptStep step)
+void ScriptModel::insertSteps(int row, std::vector<StepHost::ScriptStep> steps)
 {
-    beginInsertRows(QModelIndex(), row, row);
-    m_rows.insert(m_rows.begin() + row, rowOf(std::move(step)));
+    if (steps.empty())
+        return;
+    std::vector<std::unique_ptr<StepRow>> rows;
+    for (StepHost::ScriptStep &step : steps)
+        rows.push_back(std::make_unique<StepRow>(std::move(step)));
+    beginInsertRows(QModelIndex(), row, row + int(rows.size()) - 1);
+    m_rows.insert(m_rows.begin() + row, std::make_move_iterator(rows.begin()),
+                  std::make_move_iterator(rows.end()));
     endInsertRows();
+    checkRest();
 }
 
-StepHost::ScriptStep ScriptModel::takeStep(int row)
+std::vector<StepHost::ScriptStep> ScriptModel::takeSteps(int row, int count)
 {
-    beginRemoveRows(QModelIndex(), row, row);
-    StepHost::ScriptStep step = std::move(at(row).step);
-    m_rows.erase(m_rows.begin() + row);
+    std::vector<StepHost::ScriptStep> steps;
+    beginRemoveRows(QModelIndex(), row, row + count - 1);
+    const auto begin = m_rows.begin() + row;
+    for (auto taken = begin; taken != begin + count; ++taken)
+        steps.push_back((*taken)->take());
+    m_rows.erase(begin, begin + count);
     endRemoveRows();
-    return step;
+    return steps;
 }
 
 void ScriptModel::moveStep(int from, int to)
@@ -115,41 +163,37 @@ void ScriptModel::moveStep(int from, int to)
 
 void ScriptModel::setEnabled(int row, bool enabled)
 {
-    at(row).step.enabled = enabled;
-    settingsChanged(row);
+    at(row).setEnabled(enabled);
+    rowChanged(row);
+    emit problemsChanged();
 }
 
 void ScriptModel::setSetting(int row, const QString &property, const QVariant &value)
 {
-    at(row).step.operation->setProperty(property.toUtf8().constData(), value);
-    settingsChanged(row);
-}
-
-void ScriptModel::settingsChanged(int row)
-{
-    // What the step did with other settings says nothing about it as it is now.
-    const Settings settings = settingsOf(at(row).step);
-    const Settings &before = at(row).ranWith;
-    at(row).isOutdated = at(row).result.outcome != StepHost::StepOutcome::NotRun
-        && (settings.values != before.values || settings.enabled != before.enabled);
+    at(row).setSetting(property, value);
+    const bool hasOthers = check(at(row));
     rowChanged(row);
+    if (hasOthers)
+        emit problemsChanged();
 }
 
-void ScriptModel::setResult(int row, const StepHost::StepResult &result, const StepHost::ScriptStep &step)
+void ScriptModel::setResults(const QVector<Result> &results)
 {
-    at(row).result = result;
-    at(row).ranWith = settingsOf(step);
-    settingsChanged(row);
+    int first = rowCount();
+    int last = -1;
+    for (const Result &result : results) {
+        at(result.row).setResult(result.result, *result.step);
+        first = qMin(first, result.row);
+        last = qMax(last, result.row);
+    }
+    rowsChanged(first, last);
 }
 
 void ScriptModel::clearResults()
 {
-    for (Row &row : m_rows) {
-        row.result = StepHost::StepResult();
-        row.isOutdated = false;
-    }
-    if (!m_rows.empty())
-        emit dataChanged(index(0), index(rowCount() - 1));
+    for (const std::unique_ptr<StepRow> &row : m_rows)
+        row->clearResult();
+    rowsChanged(0, rowCount() - 1);
 }
 
 void ScriptModel::setRunningRow(int row)
@@ -164,59 +208,9 @@ void ScriptModel::setRunningRow(int row)
 
 int ScriptModel::rowOf(const Operation *step) const
 {
-    const auto found = std::find_if(m_rows.cbegin(), m_rows.cend(),
-                                    [step](const Row &row) { return row.step.operation.get() == step; });
+    const auto isRow = [step](const std::unique_ptr<StepRow> &row) { return &row->operation() == step; };
+    const auto found = std::find_if(m_rows.cbegin(), m_rows.cend(), isRow);
     return found == m_rows.cend() ? -1 : int(found - m_rows.cbegin());
-}
-
-QString ScriptModel::outcomeText(const Row &row)
-{
-    switch (row.result.outcome) {
-    case StepHost::StepOutcome::Wrote:
-        return tr("wrote");
-    case StepHost::StepOutcome::Skipped:
-        return tr("skipped");
-    case StepHost::StepOutcome::Failed:
-        return tr("failed");
-    case StepHost::StepOutcome::Disabled:
-        return tr("disabled");
-    case StepHost::StepOutcome::NotRun:
-        break;
-    }
-    return QString();
-}
-
-QString ScriptModel::spokenText(int row) const
-{
-    const Row &shown = at(row);
-    QStringList parts{tr("Step %1: %2")
-                          .arg(row + 1)
-                          .arg(StepHost::shownStepText(*shown.step.operation, &Operation::toString))};
-    if (!shown.step.enabled)
-        parts.append(tr("not enabled"));
-    if (row == m_runningRow)
-        parts.append(tr("running…"));
-    const QString outcome = outcomeText(shown);
-    if (!outcome.isEmpty())
-        parts.append(shown.isOutdated ? tr("%1, before its settings were changed").arg(outcome) : outcome);
-    return shortened((parts + messages(shown.result) + problems(shown)).join(QLatin1String("; ")));
-}
-
-QStringList ScriptModel::problems(const Row &row) const
-{
-    const bool hasRun = row.result.outcome != StepHost::StepOutcome::NotRun && !row.isOutdated;
-    if (hasRun || !row.step.enabled)
-        return QStringList();
-    const Operation &operation = *row.step.operation;
-    const QMetaObject *type = operation.metaObject();
-    if (!m_schemas.contains(type))
-        m_schemas.insert(type, StepHost::readEditorSchema(*type));
-    QStringList lines;
-    const QVector<StepHost::StepProblem> problems =
-        StepHost::StepProblems::ofStep(operation, m_schemas[type], m_variables);
-    for (const StepHost::StepProblem &problem : problems)
-        lines.append(problem.text);
-    return lines;
 }
 
 QIcon ScriptModel::icon(const QString &path) const
@@ -228,7 +222,13 @@ QIcon ScriptModel::icon(const QString &path) const
 
 void ScriptModel::rowChanged(int row)
 {
-    emit dataChanged(index(row), index(row));
+    rowsChanged(row, row);
+}
+
+void ScriptModel::rowsChanged(int first, int last)
+{
+    if (first <= last)
+        emit dataChanged(index(first), index(last));
 }
 
 int ScriptModel::rowCount(const QModelIndex &parent) const
@@ -239,14 +239,6 @@ int ScriptModel::rowCount(const QModelIndex &parent) const
 bool ScriptModel::isStep(const QModelIndex &index) const
 {
     return index.isValid() && checkIndex(index, CheckIndexOption::ParentIsInvalid);
-}
-
-QString ScriptModel::toolTip(const Row &row) const
-{
-    QStringList lines{StepHost::shownStepText(*row.step.operation, &Operation::description)};
-    if (row.isOutdated)
-        lines.append(tr("The outcome is from before the settings were changed."));
-    return (lines + messages(row.result) + problems(row)).join(QLatin1Char('\n'));
 }
 
 Qt::ItemFlags ScriptModel::flags(const QModelIndex &index) const
@@ -262,31 +254,32 @@ QVariant ScriptModel::data(const QModelIndex &index, int role) const
 {
     if (!isStep(index))
         return QVariant();
-    const Row &row = at(index.row());
-    const Operation &operation = *row.step.operation;
+    const StepRow &row = at(index.row());
     switch (role) {
     case Qt::DisplayRole:
-        return StepHost::shownStepText(operation, &Operation::toString);
+        return StepHost::shownStepText(row.operation(), &Operation::toString);
     case Qt::DecorationRole:
-        return icon(StepHost::stepText(operation, &Operation::icon));
+        return icon(StepHost::stepText(row.operation(), &Operation::icon));
     case Qt::ToolTipRole:
-        return toolTipText(toolTip(row));
+        return row.toolTip();
     case Qt::AccessibleTextRole:
-        return spokenText(index.row());
+        return row.spokenText(index.row() + 1, index.row() == m_runningRow);
     case Qt::CheckStateRole:
-        return int(row.step.enabled ? Qt::Checked : Qt::Unchecked);
+        return int(row.isEnabled() ? Qt::Checked : Qt::Unchecked);
     case NumberRole:
         return index.row() + 1;
     case OutcomeRole:
-        return int(row.result.outcome);
+        return int(row.outcome());
     case OutcomeTextRole:
-        return outcomeText(row);
+        return row.outcomeText();
     case OutdatedRole:
-        return row.isOutdated;
+        return row.isOutdated();
     case WarningsRole:
-        return messages(row.result);
+        return row.messages();
     case ProblemsRole:
-        return problems(row);
+        return row.problemLines();
+    case LineCountRole:
+        return row.messages().size() + row.problemLines().size();
     case RunningRole:
         return index.row() == m_runningRow;
     default:

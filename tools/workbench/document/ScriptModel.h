@@ -1,13 +1,16 @@
 #pragma once
 
+#include "StepRow.h"
 #include "host/plugins/EditorSchema.h"
-#include "host/running/ScriptRunner.h"
-#include "host/scripts/Script.h"
 
 #include <QAbstractListModel>
 #include <QHash>
 #include <QIcon>
+#include <QTimer>
 #include <QUuid>
+
+#include <memory>
+#include <vector>
 
 namespace Workbench
 {
@@ -28,6 +31,7 @@ public:
         WarningsRole, ///< `QStringList`: what the step had to say, also why it failed, a line each.
         ProblemsRole, ///< `QStringList`: what is to be said of its settings before it runs, a line each; none for a step
         ///< that ran with these settings, or that is not enabled.
+        LineCountRole, ///< `int`: how many lines WarningsRole and ProblemsRole have.
         RunningRole, ///< `bool`: it is this step's turn in a run that goes on.
     };
     /// `Qt::AccessibleTextRole` has all that is drawn of a step, in words.
@@ -41,14 +45,21 @@ public:
     /// Whether the step in \a row is run.
     bool isEnabled(int row) const;
 
+    /// The problems of the step in \a row before it runs; none when it is not enabled. In a long script they may be those
+    /// of a moment ago: problemsChanged() tells.
+    QVector<StepHost::StepProblem> problems(int row) const;
+
     /// The variables that the script starts with: what they are is a part of what is to be said of the steps.
     void setVariables(const VariableScope &variables);
 
     /// Shows \a steps instead of the present ones.
     void setSteps(std::vector<StepHost::ScriptStep> steps);
 
-    void insertStep(int row, StepHost::ScriptStep step);
-    StepHost::ScriptStep takeStep(int row);
+    /// Puts \a steps in front of \a row.
+    void insertSteps(int row, std::vector<StepHost::ScriptStep> steps);
+
+    /// Takes the \a count steps from \a row on out of the script.
+    std::vector<StepHost::ScriptStep> takeSteps(int row, int count);
 
     /// Moves the step in row \a from so that it stands in row \a to.
     void moveStep(int from, int to);
@@ -58,8 +69,16 @@ public:
     /// Gives the property \a property of the step in \a row the value \a value.
     void setSetting(int row, const QString &property, const QVariant &value);
 
-    /// Notes what became of the step in \a row when it was like \a step.
-    void setResult(int row, const StepHost::StepResult &result, const StepHost::ScriptStep &step);
+    /// What became of a step.
+    struct Result
+    {
+        int row;
+        StepHost::StepResult result;
+        const StepHost::ScriptStep *step; ///< What the step was like.
+    };
+
+    /// Notes what became of steps.
+    void setResults(const QVector<Result> &results);
 
     /// Forgets what became of all steps.
     void clearResults();
@@ -83,6 +102,8 @@ public:
                       const QModelIndex &parent) override;
 
 signals:
+    /// The problems() of some steps are others now.
+    void problemsChanged();
     /// The user wants the step in \a row to be run, or not.
     void enableRequested(int row, bool enabled);
     /// The user dropped a step of type \a typeId in front of \a row.
@@ -95,38 +116,20 @@ signals:
     void insertRequested(const QByteArray &script, int row);
 
 private:
-    /// What an outcome depends on.
-    struct Settings
-    {
-        QVariantList values;
-        bool enabled = true;
-    };
-
-    struct Row
-    {
-        StepHost::ScriptStep step;
-        StepHost::StepResult result;
-        Settings ranWith; ///< The settings that the result belongs to.
-        bool isOutdated = false; ///< The step has others now.
-    };
-
-    static Settings settingsOf(const StepHost::ScriptStep &step);
-    static Row rowOf(StepHost::ScriptStep step);
-    static QString outcomeText(const Row &row);
-    QString toolTip(const Row &row) const;
-    QString spokenText(int row) const;
-    void settingsChanged(int row);
     bool isStep(const QModelIndex &index) const;
-    Row &at(int row);
-    const Row &at(int row) const;
-    QStringList problems(const Row &row) const;
+    StepRow &at(int row);
+    const StepRow &at(int row) const;
     QIcon icon(const QString &path) const;
     void rowChanged(int row);
+    void rowsChanged(int first, int last);
+    bool check(StepRow &row);
+    void checkRest();
 
-    std::vector<Row> m_rows;
+    std::vector<std::unique_ptr<StepRow>> m_rows;
     VariableScope m_variables;
     int m_runningRow = -1;
-    mutable QHash<const QMetaObject *, StepHost::EditorSchema> m_schemas; ///< Of the classes of the steps.
+    QHash<const QMetaObject *, StepHost::EditorSchema> m_schemas; ///< Of the classes of the steps.
+    QTimer m_checkTimer; ///< Looks at the steps that are not checked yet, some at a time.
     mutable QHash<QString, QIcon> m_icons; ///< By path, so that a drawing is rendered once.
     QUuid m_id; ///< Tells rows dragged within this script from those of another.
 };

@@ -43,4 +43,18 @@ QString TypeNames::of(StepHost::ItemKind kind)
     }
     return tr("Other");
 }
+
+QString TypeNames::creationOf(VarType type, const QString &name)
+{
+    switch (type) {
+    case VarType::List:
+        return tr("Create list “%1”").arg(name);
+    case VarType::Int:
+        return tr("Create integer “%1”").arg(name);
+    case VarType::String:
+        return tr("Create text “%1”").arg(name);
+    default:
+        return tr("Create variable “%1”").arg(name);
+    }
+}
 } // namespace Workbench

@@ -16,5 +16,8 @@ class TypeNames
 public:
     static QString of(VarType type);
     static QString of(StepHost::ItemKind kind);
+
+    /// What an action that makes the variable \a name of the type \a type is called.
+    static QString creationOf(VarType type, const QString &name);
 };
 } // namespace Workbench

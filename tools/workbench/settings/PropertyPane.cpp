@@ -2,13 +2,12 @@
 
 #include "PropertyEditor.h"
 #include "host/plugins/StepTexts.h"
-#include "host/scripts/StepProblems.h"
 #include "host/values/QuotedText.h"
-#include "host/values/VariableName.h"
 #include "tools/workbench/look/ColoredLabel.h"
 #include "tools/workbench/look/Colors.h"
 #include "tools/workbench/look/ThemedIcon.h"
 #include "tools/workbench/look/ToolTipText.h"
+#include "tools/workbench/look/TypeNames.h"
 
 #include <QFocusEvent>
 #include <QHBoxLayout>
@@ -152,30 +151,28 @@ void PropertyPane::setVariables(const VariableScope &variables)
 void PropertyPane::addCreateButton(Row &row, QVBoxLayout *layout)
 {
     row.create = new QPushButton;
-    row.create->setObjectName(QStringLiteral("createList"));
+    row.create->setObjectName(QStringLiteral("createVariable"));
     layout->addWidget(row.create, 0, Qt::AlignLeft);
     connect(row.create, &QPushButton::clicked, this, [this, setting = row.setting.property] {
         for (const Row &each : qAsConst(m_rows)) {
-            if (each.setting.property == setting)
-                emit listWanted(missingList(each));
+            const std::optional<StepHost::StepProblem> problem = problemOf(each);
+            if (each.setting.property == setting && problem)
+                emit variableWanted(problem->missing, problem->missingType);
         }
     });
 }
 
-QString PropertyPane::missingList(const Row &row) const
+std::optional<StepHost::StepProblem> PropertyPane::problemOf(const Row &row) const
 {
-    const QString name = row.editor->value().toString();
-    const bool isMissing = row.setting.editor == StepHost::EditorKind::VariableName
-        && row.setting.variableKind == StepHost::VariableKind::List && !m_variables.contains(name);
-    return isMissing && StepHost::variableNameError(name).isEmpty() ? StepHost::withoutMark(name) : QString();
+    const QVariant value = row.editor->value();
+    return value.isValid() ? StepHost::StepProblems::ofSetting(row.setting, value, m_variables)
+                           : std::nullopt;
 }
 
 QString PropertyPane::hintFor(const Row &row) const
 {
-    const QVariant value = row.editor->value();
-    const QString problem =
-        value.isValid() ? StepHost::StepProblems::ofSetting(row.setting, value, m_variables) : QString();
-    return problem.isEmpty() ? row.editor->hint() : problem;
+    const std::optional<StepHost::StepProblem> problem = problemOf(row);
+    return problem ? problem->text : row.editor->hint();
 }
 
 void PropertyPane::updateRows()
@@ -187,9 +184,11 @@ void PropertyPane::updateRows()
         const QString hint = StepHost::inLines(shortened(hintFor(row)));
         row.hint->setText(hint);
         row.hint->setVisible(!hint.isEmpty());
-        const QString missing = missingList(row);
-        row.create->setText(tr("Create list “%1”").arg(menuText(missing)));
-        row.create->setVisible(!missing.isEmpty());
+        const std::optional<StepHost::StepProblem> problem = problemOf(row);
+        const bool isMissing = problem && !problem->missing.isEmpty();
+        if (isMissing)
+            row.create->setText(menuText(TypeNames::creationOf(problem->missingType, problem->missing)));
+        row.create->setVisible(isMissing);
         row.editor->focusProxy()->setAccessibleDescription(hint);
     }
 }
@@ -199,6 +198,15 @@ void PropertyPane::focusInEvent(QFocusEvent *event)
     QScrollArea::focusInEvent(event);
     if (event->reason() == Qt::ShortcutFocusReason && !m_rows.isEmpty())
         m_rows.first().editor->setFocus(event->reason());
+}
+
+void PropertyPane::focusSetting(const QString &property)
+{
+    PropertyEditor *found = editor(property);
+    if (!found)
+        return;
+    ensureWidgetVisible(found);
+    found->setFocus(Qt::OtherFocusReason);
 }
 
 QString PropertyPane::hint(const QString &property) const

@@ -1,10 +1,11 @@
 #pragma once
 
-#include "host/plugins/EditorSchema.h"
-#include "hostapi/VariableScope.h"
+#include "host/scripts/StepProblems.h"
 
 #include <QScrollArea>
 #include <QVector>
+
+#include <optional>
 
 class Operation;
 class QLabel;
@@ -35,14 +36,17 @@ public:
     /// The editor of the setting \a property; null when the step has none.
     PropertyEditor *editor(const QString &property) const;
 
+    /// Has the keys go to the editor of the setting \a property. Does nothing when the step has none.
+    void focusSetting(const QString &property);
+
     /// What the user is told about the setting \a property; empty when there is nothing to say.
     QString hint(const QString &property) const;
 
 signals:
     /// The user gave the setting \a property the value \a value.
     void settingEdited(const QString &property, const QVariant &value);
-    /// The user wants a list variable \a name, which a setting is about.
-    void listWanted(const QString &name);
+    /// The user wants a variable \a name of the type \a type, which a setting is about.
+    void variableWanted(const QString &name, VarType type);
 
 protected:
     void focusInEvent(QFocusEvent *event) override;
@@ -54,11 +58,11 @@ private:
         QWidget *widget;
         PropertyEditor *editor;
         QLabel *hint;
-        QPushButton *create; ///< Creates the list that the setting names and that there is not.
+        QPushButton *create; ///< Creates the variable that the setting names and that there is not.
     };
 
     QString hintFor(const Row &row) const;
-    QString missingList(const Row &row) const;
+    std::optional<StepHost::StepProblem> problemOf(const Row &row) const;
     void build();
     void addRow(const StepHost::SettingSchema &setting, QVBoxLayout *layout);
     void addHeader(QVBoxLayout *layout);

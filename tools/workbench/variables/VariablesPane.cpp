@@ -99,7 +99,7 @@ void VariablesPane::createActions()
 {
     QAction *add = addEditAction(tr("&Add variable"), tr("Add"), QStringLiteral("add"),
                                  Qt::CTRL | Qt::SHIFT | Qt::Key_A, QStringLiteral("addVariable"));
-    connect(add, &QAction::triggered, this, &VariablesPane::addVariable);
+    connect(add, &QAction::triggered, this, &VariablesPane::addNewVariable);
     m_remove = addEditAction(tr("&Remove variable"), tr("Remove"), QStringLiteral("delete"),
                              QKeySequence::Delete, QStringLiteral("removeVariable"));
     // Only here: elsewhere the same key removes steps and texts.
@@ -190,7 +190,7 @@ bool VariablesPane::eventFilter(QObject *watched, QEvent *event)
     return QWidget::eventFilter(watched, event);
 }
 
-void VariablesPane::addVariable()
+void VariablesPane::addNewVariable()
 {
     const VariableScope &variables = m_document.variables();
     const QString name = StepHost::VariableEdits::freeName(variables, tr("variable%1"));
@@ -202,9 +202,9 @@ void VariablesPane::addVariable()
     m_view->edit(index);
 }
 
-void VariablesPane::addList(const QString &name)
+void VariablesPane::addVariable(const QString &name, VarType type)
 {
-    const auto added = StepHost::VariableEdits::add(m_document.variables(), name, VarType::List);
+    const auto added = StepHost::VariableEdits::add(m_document.variables(), name, type);
     if (added)
         m_document.setVariables(*added, tr("Add variable"));
     else

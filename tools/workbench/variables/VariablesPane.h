@@ -1,5 +1,7 @@
 #pragma once
 
+#include "hostapi/VariableScope.h"
+
 #include <QWidget>
 
 class QAction;
@@ -23,8 +25,8 @@ public:
 
     VariablesModel &model() const;
 
-    /// Adds an empty list \a name to the variables, or says why it cannot be.
-    void addList(const QString &name);
+    /// Adds an empty variable \a name of the type \a type, or says why it cannot be.
+    void addVariable(const QString &name, VarType type);
 
     /// The actions on variables, for a menu; null stands for a separator.
     QList<QAction *> editActions() const;
@@ -43,7 +45,7 @@ private:
     void createActions();
     void showResult();
     void updateActions();
-    void addVariable();
+    void addNewVariable();
     void removeVariable();
     void activate(const QModelIndex &index);
     void editValue(int row);

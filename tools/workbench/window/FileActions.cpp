@@ -5,6 +5,7 @@
 #include "host/files/InputFile.h"
 #include "host/values/QuotedText.h"
 #include "tools/workbench/document/ScriptDocument.h"
+#include "tools/workbench/look/ToolTipText.h"
 
 #include <QDir>
 #include <QFileDialog>
@@ -85,17 +86,18 @@ bool FileActions::save()
 
 bool FileActions::saveAs()
 {
-    const QString present = m_document.fileName();
+    const QFileInfo present(m_document.fileName());
     const QString binaryFilter = tr("Binary script (*.qms)");
-    QFileDialog dialog(&m_window, tr("Save script"), QFileInfo(present).path());
+    // Not where nothing can be written.
+    const bool isWritable = QFileInfo(present.path()).isWritable();
+    QFileDialog dialog(&m_window, tr("Save script"), isWritable ? present.path() : QDir::homePath());
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setNameFilters({tr("Script as JSON (*.json)"), binaryFilter});
     dialog.setDefaultSuffix(QStringLiteral("json"));
     connect(&dialog, &QFileDialog::filterSelected, &dialog, [&dialog, binaryFilter](const QString &filter) {
         dialog.setDefaultSuffix(filter == binaryFilter ? QStringLiteral("qms") : QStringLiteral("json"));
     });
-    if (!present.isEmpty())
-        dialog.selectFile(present);
+    dialog.selectFile(present.fileName());
     return dialog.exec() == QDialog::Accepted && saveTo(dialog.selectedFiles().value(0));
 }
 
@@ -105,13 +107,26 @@ bool FileActions::saveTo(const QString &fileName)
     if (isOwnFile && m_document.file().isForeign() && !maySaveOverOthers())
         return m_document.undoStack().isClean();
     const QString error = m_document.save(fileName);
-    if (!error.isEmpty()) {
-        emit failed(tr("The script cannot be saved"), error);
-        return false;
-    }
+    if (!error.isEmpty())
+        return saveElsewhere(error);
     m_recentFiles.add(fileName);
     emit done(tr("Saved %1").arg(QDir::toNativeSeparators(fileName)));
     return true;
+}
+
+bool FileActions::saveElsewhere(const QString &error)
+{
+    emit warned(error);
+    QMessageBox box(QMessageBox::Warning, tr("The script cannot be saved"),
+                    StepHost::inLines(shortened(error)), QMessageBox::NoButton, &m_window);
+    box.setTextFormat(Qt::PlainText);
+    box.setInformativeText(tr("The script is still here, and can be saved in another place."));
+    QPushButton *saveAsButton = box.addButton(tr("Save as…"), QMessageBox::AcceptRole);
+    QPushButton *cancelButton = box.addButton(tr("Cancel"), QMessageBox::RejectRole);
+    box.setDefaultButton(saveAsButton);
+    box.setEscapeButton(cancelButton);
+    box.exec();
+    return box.clickedButton() == saveAsButton && saveAs();
 }
 
 bool FileActions::maySaveOverOthers()

@@ -33,7 +33,7 @@ public:
     void chooseFile();
     void open(const QString &fileName);
 
-    /// Both return whether the script was saved.
+    /// Both return whether the script was saved. Where it cannot be, the user is told why, and offered another place.
     bool save();
     bool saveAs();
 
@@ -44,9 +44,13 @@ signals:
     /// Something could not be done, which \a title names, for the reason \a error.
     void failed(const QString &title, const QString &error);
 
+    /// The user was told \a warning.
+    void warned(const QString &warning);
+
 private:
     QString shownFileName() const;
     bool saveTo(const QString &fileName);
+    bool saveElsewhere(const QString &error);
     bool maySaveOverOthers();
     void showForeignFile();
     void showDifference();

@@ -3,6 +3,7 @@
 #include "FileBar.h"
 #include "LogPane.h"
 #include "PalettePane.h"
+#include "ProblemsPane.h"
 #include "ScriptPane.h"
 #include "host/plugins/StepCatalogue.h"
 #include "host/values/QuotedText.h"
@@ -64,7 +65,7 @@ QString recoveryFolder(const QSettings &settings)
 }
 
 // Counted up when docks or tool bars change, so that an older state is not applied to them.
-constexpr int stateVersion = 1;
+constexpr int stateVersion = 2;
 } // namespace
 
 MainWindow::MainWindow(const StepHost::StepCatalogue &catalogue, QSettings &settings, QWidget *parent)
@@ -73,7 +74,7 @@ MainWindow::MainWindow(const StepHost::StepCatalogue &catalogue, QSettings &sett
       m_files(m_document, settings, *m_fileBar, *this), m_recoveryOffer(m_recovery, *m_recoveryBar, m_files),
       m_script(new ScriptPane(m_document)), m_palette(new PalettePane(catalogue)),
       m_properties(new PropertyPane), m_variables(new VariablesPane(m_document, m_session)),
-      m_toolBar(addToolBar(tr("Tools")))
+      m_problems(new ProblemsPane(m_document.model())), m_toolBar(addToolBar(tr("Tools")))
 {
     m_toolBar->setObjectName(QStringLiteral("toolBar"));
     m_toolBar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
@@ -90,6 +91,7 @@ MainWindow::MainWindow(const StepHost::StepCatalogue &catalogue, QSettings &sett
     createDocks();
     createStatusBar();
     connectPanes();
+    connect(qApp, &QApplication::focusChanged, this, &MainWindow::showFocused);
     readState();
     showFileName();
     showSession();
@@ -141,6 +143,15 @@ QDockWidget *MainWindow::addDock(const QString &title, const QString &name, QWid
     return dock;
 }
 
+void MainWindow::showFocused(const QWidget *, QWidget *now)
+{
+    // The keys may not go to a pane that lies behind another one.
+    for (QWidget *widget = now; widget && isAncestorOf(widget); widget = widget->parentWidget()) {
+        if (qobject_cast<QDockWidget *>(widget))
+            widget->raise();
+    }
+}
+
 void MainWindow::createCentre()
 {
     auto *centre = new QWidget;
@@ -163,21 +174,26 @@ void MainWindow::createDocks()
 
     QDockWidget *palette = addDock(tr("Palette"), QStringLiteral("paletteDock"), m_palette,
                                    Qt::LeftDockWidgetArea, Qt::CTRL | Qt::Key_1);
-    QDockWidget *settings = addDock(tr("Settings"), QStringLiteral("settingsDock"), m_properties,
-                                    Qt::RightDockWidgetArea, Qt::CTRL | Qt::Key_3);
+    m_settingsDock = addDock(tr("Settings"), QStringLiteral("settingsDock"), m_properties,
+                             Qt::RightDockWidgetArea, Qt::CTRL | Qt::Key_3);
     QDockWidget *variables = addDock(tr("Variables"), QStringLiteral("variablesDock"), m_variables,
                                      Qt::BottomDockWidgetArea, Qt::CTRL | Qt::Key_4);
     QDockWidget *log = addDock(tr("Log"), QStringLiteral("logDock"), logPane, Qt::BottomDockWidgetArea,
                                Qt::CTRL | Qt::Key_5);
+    m_problemsDock = addDock(tr("Problems"), QStringLiteral("problemsDock"), m_problems,
+                             Qt::BottomDockWidgetArea, Qt::CTRL | Qt::Key_6);
+    tabifyDockWidget(log, m_problemsDock);
+    log->raise();
     if (hasSmallScreen()) {
         // The script is what the window is for: the other panes give way to it.
         tabifyDockWidget(variables, log);
+        tabifyDockWidget(log, m_problemsDock);
         variables->raise();
         m_toolBar->setToolButtonStyle(Qt::ToolButtonIconOnly);
-        resizeDocks({palette, settings}, {140, 180}, Qt::Horizontal);
+        resizeDocks({palette, m_settingsDock}, {140, 180}, Qt::Horizontal);
         resizeDocks({variables}, {110}, Qt::Vertical);
     } else {
-        resizeDocks({palette, settings}, {220, 270}, Qt::Horizontal);
+        resizeDocks({palette, m_settingsDock}, {220, 270}, Qt::Horizontal);
         resizeDocks({variables, log}, {250, 250}, Qt::Vertical);
         resizeDocks({variables, log}, {520, 520}, Qt::Horizontal);
     }
@@ -310,8 +326,11 @@ void MainWindow::connectPanes()
             [this](const QString &property, const QVariant &value) {
                 m_document.setSetting(m_script->currentRow(), property, value);
             });
-    connect(m_properties, &PropertyPane::listWanted, m_variables, &VariablesPane::addList);
-    connect(&m_document.model(), &QAbstractItemModel::dataChanged, m_properties, &PropertyPane::refresh);
+    connect(m_properties, &PropertyPane::variableWanted, m_variables, &VariablesPane::addVariable);
+    connect(m_problems, &ProblemsPane::variableWanted, m_variables, &VariablesPane::addVariable);
+    connect(m_problems, &ProblemsPane::settingRequested, this, &MainWindow::goToSetting);
+    connect(m_problems, &ProblemsPane::countChanged, this, &MainWindow::showProblemCount);
+    connect(&m_document.model(), &QAbstractItemModel::dataChanged, this, &MainWindow::refreshStep);
     connect(&m_document, &ScriptDocument::variablesChanged, this,
             [this] { m_properties->setVariables(m_document.variables()); });
     connect(&m_document, &ScriptDocument::refused, this, &MainWindow::showMessage);
@@ -321,6 +340,8 @@ void MainWindow::connectPanes()
     connect(&m_document, &ScriptDocument::fileNameChanged, this, &MainWindow::showFileName);
     connect(&m_files, &FileActions::done, this, &MainWindow::showMessage);
     connect(&m_files, &FileActions::failed, this, &MainWindow::showError);
+    connect(&m_files, &FileActions::warned, &m_log,
+            [this](const QString &warning) { m_log.appendWarning(warning); });
     connect(&m_recoveryOffer, &RecoveryOffer::failed, this, &MainWindow::showError);
     connect(&m_recovery, &Recovery::failed, &m_log, [this](const QString &reason) {
         m_log.appendWarning(tr("Changes that are not saved would be lost in a crash: %1").arg(reason));
@@ -384,6 +405,28 @@ void MainWindow::goToStep(const Operation *step)
     }
     m_script->setCurrentRow(row);
     m_script->setFocus();
+}
+
+void MainWindow::goToSetting(int row, const QString &property)
+{
+    if (row < 0)
+        return;
+    m_script->setCurrentRow(row);
+    m_settingsDock->show();
+    m_settingsDock->raise();
+    m_properties->focusSetting(property);
+}
+
+void MainWindow::showProblemCount(int count)
+{
+    m_problemsDock->setWindowTitle(count > 0 ? tr("Problems (%1)").arg(count) : tr("Problems"));
+}
+
+void MainWindow::refreshStep(const QModelIndex &first, const QModelIndex &last)
+{
+    const int current = m_script->currentRow();
+    if (first.row() <= current && current <= last.row())
+        m_properties->refresh();
 }
 
 void MainWindow::showStep(int row)

@@ -19,6 +19,7 @@ namespace Workbench
 {
 class FileBar;
 class PalettePane;
+class ProblemsPane;
 class PropertyPane;
 class ScriptPane;
 class VariablesPane;
@@ -54,6 +55,7 @@ private:
     QAction *addRunAction(const QString &text, const QString &icon, const QKeySequence &key,
                           const QString &name);
     bool hasSmallScreen() const;
+    void showFocused(const QWidget *before, QWidget *now);
     void createCentre();
     void createDocks();
     void createFileMenu();
@@ -69,7 +71,10 @@ private:
     void showRecentFiles();
     void showFileName();
     void goToStep(const Operation *step);
+    void goToSetting(int row, const QString &property);
     void showStep(int row);
+    void refreshStep(const QModelIndex &first, const QModelIndex &last);
+    void showProblemCount(int count);
     void showSession();
     void stopRun();
     void showProgress(int done, int total);
@@ -91,6 +96,9 @@ private:
     PalettePane *m_palette = nullptr;
     PropertyPane *m_properties = nullptr;
     VariablesPane *m_variables = nullptr;
+    ProblemsPane *m_problems = nullptr;
+    QDockWidget *m_settingsDock = nullptr;
+    QDockWidget *m_problemsDock = nullptr;
     QToolBar *m_toolBar;
     QMenu *m_viewMenu = nullptr;
     QMenu *m_recentMenu = nullptr;

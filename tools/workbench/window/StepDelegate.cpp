@@ -164,8 +164,7 @@ void StepDelegate::paint(QPainter *painter, const QStyleOptionViewItem &viewOpti
 
 QSize StepDelegate::sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const
 {
-    const int lines = index.data(ScriptModel::WarningsRole).toStringList().size()
-        + index.data(ScriptModel::ProblemsRole).toStringList().size();
+    const int lines = index.data(ScriptModel::LineCountRole).toInt();
     const int lineHeight = qMax(iconSize, option.fontMetrics.height());
     return QSize(200, lineHeight + lines * option.fontMetrics.lineSpacing() + padding);
 }
