@@ -4,6 +4,7 @@
 
 #include "host/values/ItemValue.h"
 #include "tests/support/ErrorOf.h"
+#include "tests/support/FixtureStep.h"
 #include "tests/support/ProgramStart.h"
 #include "tests/support/TestPaths.h"
 
@@ -44,6 +45,22 @@ struct KeptDocument
     Recovery recovery;
 };
 
+/// A step that counts how often one like it is copied.
+class CountedStep : public FixtureStep
+{
+public:
+    explicit CountedStep(int &copies) : FixtureStep("test.counted"), m_copies(copies) { }
+
+    Operation *clone(QObject *) const override
+    {
+        ++m_copies;
+        return new CountedStep(m_copies);
+    }
+
+private:
+    int &m_copies;
+};
+
 /// Edits, keeps copies and saves in \a folder, tells of each edit, and never ends.
 int editUntilKilled(const QString &folder)
 {
@@ -79,6 +96,7 @@ private slots:
     void isGoneOnceSaved();
     void ignoresWhatIsNoCopy();
     void tellsWhenItCannotKeep();
+    void looksAtChangedStepsOnly();
     void survivesKills();
     void isOffered();
     void isNotOfferedAfterClosing();
@@ -189,6 +207,25 @@ void TestRecovery::tellsWhenItCannotKeep()
     kept.addStep("a");
     QVERIFY(failed.wait());
     QVERIFY(!failed.first().first().toString().isEmpty());
+}
+
+void TestRecovery::looksAtChangedStepsOnly()
+{
+    const QTemporaryDir folder;
+    KeptDocument kept(m_catalogue, folder.path());
+    int copies = 0;
+    std::vector<StepHost::ScriptStep> steps(50);
+    for (StepHost::ScriptStep &step : steps)
+        step.operation = std::make_unique<CountedStep>(copies);
+    kept.document.model().setSteps(std::move(steps));
+    QSignalSpy made(&kept.recovery, &Recovery::kept);
+    kept.document.setEnabled({0}, false);
+    QVERIFY(made.wait());
+    const int atFirst = copies;
+    QVERIFY(atFirst >= 50);
+    kept.document.setEnabled({1}, false);
+    QVERIFY(made.wait());
+    QCOMPARE(copies - atFirst, atFirst / 50);
 }
 
 void TestRecovery::survivesKills()

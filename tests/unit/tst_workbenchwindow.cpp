@@ -193,7 +193,6 @@ private slots:
     void everyPaneIsReachedByKeyboard();
 
     void largeListsStayFluid();
-    void longScriptsStayFluid();
 
 private:
     ScriptModel &script() const;
@@ -1080,29 +1079,6 @@ void TestWorkbenchWindow::largeListsStayFluid()
         "longest stalls with 100,000 items: shown %lld ms, opened %lld ms, scrolled %lld ms, sorted %lld ms, "
         "inserted %lld ms",
         shown, opened, scrolled, sorted, inserted);
-}
-
-void TestWorkbenchWindow::longScriptsStayFluid()
-{
-    QByteArray json = R"({"variables": [{"name": "n", "type": "list", "value": [2, 1]}], "steps": [)";
-    for (int i = 0; i < 10000; ++i)
-        json += QByteArray(i > 0 ? "," : "") + R"({"type": "list.sort", "targetVar": "n"})";
-    json += "]}";
-    QFile file(m_folder->filePath("long.json"));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(json);
-    file.close();
-    const qint64 opened = stallOf([&] { m_window->openFile(file.fileName()); });
-    QCOMPARE(script().rowCount(), 10000);
-    const qint64 scrolled = longestStallWhileScrolling(scriptPane());
-    const qint64 placed = stallOf([this] { place("list.clear"); });
-    m_window->session().runAll();
-    qint64 ran = 0;
-    while (m_window->session().isRunning())
-        ran = qMax(ran, stallOf([] {}));
-    QCOMPARE(script().index(9999).data(ScriptModel::OutcomeRole).toInt(), int(StepHost::StepOutcome::Wrote));
-    qInfo("longest stalls with 10,000 steps: opened %lld ms, scrolled %lld ms, placed %lld ms, run %lld ms",
-          opened, scrolled, placed, ran);
 }
 
 RUN_TEST_MAIN(QApplication, TestWorkbenchWindow)

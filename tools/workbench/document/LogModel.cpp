@@ -15,7 +15,7 @@ LogModel::LogModel(QObject *parent) : QAbstractTableModel(parent) { }
 
 void LogModel::append(const QString &message)
 {
-    add({QTime::currentTime(), StepHost::inLines(message), false, nullptr, QString()});
+    add({{QTime::currentTime(), StepHost::inLines(message), false, nullptr, QString()}});
 }
 
 void LogModel::appendWarning(const QString &message)
@@ -25,18 +25,33 @@ void LogModel::appendWarning(const QString &message)
 
 void LogModel::appendWarning(const QString &message, const Operation *step, const QString &stepName)
 {
-    add({QTime::currentTime(), StepHost::inLines(message), true, const_cast<Operation *>(step), stepName});
+    appendWarnings({{message, step, stepName}});
 }
 
-void LogModel::add(const Line &line)
+void LogModel::appendWarnings(const QVector<Warning> &warnings)
 {
-    if (m_lines.size() >= maxLines) {
-        beginRemoveRows(QModelIndex(), 0, droppedAtOnce - 1);
-        m_lines.remove(0, droppedAtOnce);
+    QVector<Line> lines;
+    for (const Warning &warning : warnings) {
+        lines.append({QTime::currentTime(), StepHost::inLines(warning.message), true,
+                      const_cast<Operation *>(warning.step), warning.stepName});
+    }
+    add(lines);
+}
+
+void LogModel::add(const QVector<Line> &lines)
+{
+    if (lines.isEmpty())
+        return;
+    const int tooMany = m_lines.size() + lines.size() - maxLines;
+    if (tooMany > 0 && !m_lines.isEmpty()) {
+        const int dropped = qMin(m_lines.size(), qMax(tooMany, droppedAtOnce));
+        beginRemoveRows(QModelIndex(), 0, dropped - 1);
+        m_lines.remove(0, dropped);
         endRemoveRows();
     }
-    beginInsertRows(QModelIndex(), m_lines.size(), m_lines.size());
-    m_lines.append(line);
+    const QVector<Line> added = lines.mid(qMax(0, lines.size() - maxLines));
+    beginInsertRows(QModelIndex(), m_lines.size(), m_lines.size() + added.size() - 1);
+    m_lines += added;
     endInsertRows();
 }
 

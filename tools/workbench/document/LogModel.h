@@ -26,6 +26,17 @@ public:
     /// Adds the line \a message, with the present time. Beyond 10,000 lines the oldest are dropped.
     void append(const QString &message);
 
+    /// A warning about a step.
+    struct Warning
+    {
+        QString message;
+        const Operation *step; ///< Null for one that the script does not have any more.
+        QString stepName;
+    };
+
+    /// Adds \a warnings, each of which leads to its step wherever that stands later.
+    void appendWarnings(const QVector<Warning> &warnings);
+
     /// Adds the warning \a message.
     void appendWarning(const QString &message);
 
@@ -50,7 +61,7 @@ private:
         QString stepName;
     };
 
-    void add(const Line &line);
+    void add(const QVector<Line> &lines);
 
     QVector<Line> m_lines;
 };

@@ -20,7 +20,9 @@ namespace
 constexpr int delayMs = 3000;
 // A copy that takes a second is made once in twenty.
 constexpr int restFactor = 20;
-constexpr quint32 magic = 0x514d5243;
+constexpr quint32 magic = 0x514d5244;
+// So that a long script keeps nobody waiting.
+constexpr int gatherTimeMs = 8;
 constexpr auto streamVersion = QDataStream::Qt_5_15;
 
 const QString copySuffix = QStringLiteral(".recovery");
@@ -31,21 +33,16 @@ QString lockOf(const QString &copy)
     return copy.chopped(copySuffix.size()) + lockSuffix;
 }
 
-QList<int> allRows(const ScriptModel &model)
-{
-    QList<int> rows;
-    for (int row = 0; row < model.rowCount(); ++row)
-        rows.append(row);
-    return rows;
-}
-
-QByteArray packed(const QString &fileName, const QByteArray &steps, const VariableScope &variables)
+QByteArray packed(const QString &fileName, const QVector<QByteArray> &steps, const VariableScope &variables)
 {
     QByteArray bytes;
     QDataStream stream(&bytes, QIODevice::WriteOnly);
     stream.setVersion(streamVersion);
     const QStringList names = variables.names();
-    stream << magic << fileName << steps << qint32(names.size());
+    stream << magic << fileName << qint32(steps.size());
+    for (const QByteArray &step : steps)
+        stream << step;
+    stream << qint32(names.size());
     for (const QString &name : names) {
         const QString reference = StepHost::referenceTo(name);
         stream << name << qint32(variables.typeOf(reference)) << variables.get(reference);
@@ -57,7 +54,7 @@ QByteArray packed(const QString &fileName, const QByteArray &steps, const Variab
 struct Content
 {
     QString fileName;
-    QByteArray steps;
+    QVector<QByteArray> steps; ///< A script each, in either form.
     VariableScope variables;
     bool isWhole = false;
 };
@@ -69,7 +66,17 @@ Content unpacked(const QByteArray &bytes)
     stream.setVersion(streamVersion);
     quint32 mark = 0;
     qint32 count = 0;
-    stream >> mark >> content.fileName >> content.steps >> count;
+    stream >> mark;
+    if (mark != magic)
+        return content;
+    // No count is trusted: what is damaged ends early.
+    stream >> content.fileName >> count;
+    for (qint32 i = 0; i < count && stream.status() == QDataStream::Ok; ++i) {
+        QByteArray step;
+        stream >> step;
+        content.steps.append(step);
+    }
+    stream >> count;
     for (qint32 i = 0; i < count && stream.status() == QDataStream::Ok; ++i) {
         QString name;
         qint32 type = 0;
@@ -78,7 +85,7 @@ Content unpacked(const QByteArray &bytes)
         content.variables.declare(StepHost::referenceTo(name), VarType(type));
         content.variables.set(StepHost::referenceTo(name), value);
     }
-    content.isWhole = mark == magic && stream.status() == QDataStream::Ok && stream.atEnd();
+    content.isWhole = stream.status() == QDataStream::Ok && stream.atEnd();
     return content;
 }
 } // namespace
@@ -145,23 +152,50 @@ void Recovery::keep()
 {
     if (m_document.undoStack().isClean() || m_writing)
         return;
-    m_isOutdated = false;
+    // Step by step and a few at a time: the plug-ins' steps are for this thread alone.
+    if (!gatherSteps()) {
+        m_timer.start(0);
+        return;
+    }
     if (!m_lock) {
         QDir().mkpath(m_folder);
         m_lock = std::make_unique<QLockFile>(lockOf(m_path));
         m_lock->setStaleLockTime(0);
         m_lock->lock();
     }
+    write();
+}
+
+bool Recovery::gatherSteps()
+{
     QElapsedTimer clock;
     clock.start();
-    const QList<int> rows = allRows(m_document.model());
-    QByteArray steps = m_document.stepsAs(StepHost::ScriptForm::Binary, rows);
-    if (steps.isEmpty())
-        steps = m_document.stepsAs(StepHost::ScriptForm::Json, rows);
+    ScriptModel &model = m_document.model();
+    for (int row = 0; row < model.rowCount(); ++row) {
+        if (model.keptStep(row))
+            continue;
+        if (clock.hasExpired(gatherTimeMs))
+            return false;
+        const QByteArray binary = m_document.stepsAs(StepHost::ScriptForm::Binary, {row});
+        model.setKeptStep(row,
+                          binary.isEmpty() ? m_document.stepsAs(StepHost::ScriptForm::Json, {row}) : binary);
+    }
+    return true;
+}
+
+void Recovery::write()
+{
+    m_isOutdated = false;
+    QElapsedTimer clock;
+    clock.start();
+    const ScriptModel &model = m_document.model();
+    QVector<QByteArray> steps;
+    for (int row = 0; row < model.rowCount(); ++row)
+        steps.append(model.keptStep(row).value_or(QByteArray()));
 
     m_writing = std::make_unique<Writing>();
     m_writing->clock = clock;
-    // The steps are the plug-ins', and so for this thread alone. The variables are what can be large.
+    // The variables are what can be large.
     m_writing->thread.reset(
         QThread::create([writing = m_writing.get(), path = m_path, steps, fileName = m_document.fileName(),
                          variables = m_document.variables()] {

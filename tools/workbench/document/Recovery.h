@@ -19,8 +19,8 @@ class ScriptDocument;
 /// comes. Each window has a copy of its own.
 ///
 /// The copies stand in a folder of the user's, since the folder of the script may be shared, or not to be written. A copy
-/// is made within a few seconds of a change, as a whole or not at all, and outside the window's thread; when that takes
-/// long, the next one comes later. It is gone once the script is saved.
+/// is made within a few seconds of a change, as a whole or not at all, and outside the window's thread, in which only the
+/// steps that were changed are looked at, a few at a time; when a copy takes long, the next one comes later. It is gone once the script is saved.
 class Recovery : public QObject
 {
     Q_OBJECT
@@ -69,6 +69,8 @@ private:
     void noteChange();
     void schedule();
     void keep();
+    bool gatherSteps();
+    void write();
     void finish();
     void removeRestored();
 

@@ -20,6 +20,8 @@ namespace Workbench
 namespace
 {
 constexpr int progressIntervalMs = 50;
+// So that a long script keeps nobody waiting.
+constexpr int reportedAtOnce = 500;
 
 /// What the log calls \a step, which stood in \a row at the run.
 QString nameOf(const Operation &step, int row)
@@ -38,6 +40,8 @@ struct RunSession::Run
     int firstRow = 0; ///< Where the first of them stood.
     VariableScope variables;
     StepHost::RunResult result;
+    int reported = 0; ///< Of how many steps the result has been told.
+    int left = 0; ///< How many processes the steps have left running.
     std::atomic<int> done{0};
     std::atomic<int> current{-1}; ///< The step that has begun last.
     std::atomic<bool> shouldStop{false};
@@ -75,6 +79,9 @@ RunSession::RunSession(ScriptDocument &document, LogModel &log, const Runner &ru
         };
     }
     m_progressTimer.setInterval(progressIntervalMs);
+    m_reportTimer.setInterval(0);
+    m_reportTimer.setSingleShot(true);
+    connect(&m_reportTimer, &QTimer::timeout, this, &RunSession::report);
     connect(&m_progressTimer, &QTimer::timeout, this, &RunSession::showProgress);
     connect(&document, &ScriptDocument::replaced, this, &RunSession::abandon);
 }
@@ -160,19 +167,13 @@ void RunSession::finish()
 {
     const auto isOver = [](const std::unique_ptr<Run> &run) { return run->thread->isFinished(); };
     m_abandoned.erase(std::remove_if(m_abandoned.begin(), m_abandoned.end(), isOver), m_abandoned.end());
-    if (!m_run || !isOver(m_run))
+    if (!m_run || !isOver(m_run) || m_reportTimer.isActive())
         return;
     m_progressTimer.stop();
-    const std::unique_ptr<Run> run = std::move(m_run);
-    const int left = StepHost::StartedProcesses::end();
-    run->started.reset();
+    m_run->left = StepHost::StartedProcesses::end();
+    m_run->started.reset();
     m_document.model().setRunningRow(-1);
-    m_after = run->variables;
-    m_hasResult = true;
-    report(*run);
-    if (left > 0)
-        m_log.appendWarning(tr("%n process(es) that the steps left running were ended", nullptr, left));
-    emit changed();
+    report();
 }
 
 QStringList RunSession::reasonsOfSilence(const Operation &step, const VariableScope &variables)
@@ -186,36 +187,52 @@ QStringList RunSession::reasonsOfSilence(const Operation &step, const VariableSc
     return reasons;
 }
 
-void RunSession::report(const Run &run)
+void RunSession::report()
 {
     ScriptModel &model = m_document.model();
     QHash<const Operation *, int> rows;
     for (int row = 0; row < model.rowCount(); ++row)
         rows.insert(&model.step(row), row);
     QVector<ScriptModel::Result> results;
-    for (int i = 0; i < run.originals.size(); ++i) {
-        const StepHost::ScriptStep &step = run.script.steps.at(size_t(i));
-        StepHost::StepResult result = run.result.steps.at(size_t(i));
+    QVector<LogModel::Warning> warnings;
+    const int end = qMin(m_run->reported + reportedAtOnce, m_run->originals.size());
+    for (int &i = m_run->reported; i < end; ++i) {
+        const StepHost::ScriptStep &step = m_run->script.steps.at(size_t(i));
+        StepHost::StepResult result = m_run->result.steps.at(size_t(i));
         if (result.outcome == StepHost::StepOutcome::Skipped && result.warnings.isEmpty())
-            result.warnings = reasonsOfSilence(*step.operation, run.variables);
-        const int row = rows.value(run.originals.at(i), -1);
+            result.warnings = reasonsOfSilence(*step.operation, m_run->variables);
+        const int row = rows.value(m_run->originals.at(i), -1);
         if (row >= 0 && result.outcome != StepHost::StepOutcome::NotRun)
             results.append({row, result, &step});
         const bool isFailed = result.outcome == StepHost::StepOutcome::Failed;
         if (result.warnings.isEmpty() && !isFailed)
             continue;
-        const Operation *original = row >= 0 ? run.originals.at(i) : nullptr;
-        const QString name = nameOf(*step.operation, run.firstRow + i);
+        const Operation *original = row >= 0 ? m_run->originals.at(i) : nullptr;
+        const QString name = nameOf(*step.operation, m_run->firstRow + i);
         for (const QString &warning : qAsConst(result.warnings))
-            m_log.appendWarning(warning, original, name);
+            warnings.append({warning, original, name});
         if (isFailed)
-            m_log.appendWarning(tr("The step failed: %1").arg(result.failure), original, name);
+            warnings.append({tr("The step failed: %1").arg(result.failure), original, name});
     }
     model.setResults(results);
+    m_log.appendWarnings(warnings);
+    if (m_run->reported < m_run->originals.size())
+        m_reportTimer.start();
+    else
+        endRun();
+}
 
-    if (!run.result.printed.isEmpty())
-        m_log.append(tr("The plug-ins printed: %1").arg(QString::fromUtf8(run.result.printed).trimmed()));
-    reportEnd(run);
+void RunSession::endRun()
+{
+    const std::unique_ptr<Run> run = std::move(m_run);
+    m_after = run->variables;
+    m_hasResult = true;
+    if (!run->result.printed.isEmpty())
+        m_log.append(tr("The plug-ins printed: %1").arg(QString::fromUtf8(run->result.printed).trimmed()));
+    reportEnd(*run);
+    if (run->left > 0)
+        m_log.appendWarning(tr("%n process(es) that the steps left running were ended", nullptr, run->left));
+    emit changed();
 }
 
 void RunSession::reportEnd(const Run &run)
@@ -264,6 +281,7 @@ void RunSession::restore()
 void RunSession::abandon()
 {
     m_progressTimer.stop();
+    m_reportTimer.stop();
     if (m_run) {
         m_run->shouldStop = true;
         m_run->shouldEnd = true;

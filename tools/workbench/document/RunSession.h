@@ -74,7 +74,8 @@ private:
     void showProgress();
     void finish();
     static QStringList reasonsOfSilence(const Operation &step, const VariableScope &variables);
-    void report(const Run &run);
+    void report();
+    void endRun();
     void reportEnd(const Run &run);
     void abandon();
 
@@ -84,6 +85,7 @@ private:
     std::unique_ptr<Run> m_run; ///< The run that goes on; null when there is none.
     std::vector<std::unique_ptr<Run>> m_abandoned; ///< Runs that nobody waits for, until they have ended.
     QTimer m_progressTimer;
+    QTimer m_reportTimer; ///< For the rest of the result of a run that is over.
     bool m_hasResult = false;
     VariableScope m_before;
     VariableScope m_after;

@@ -60,14 +60,32 @@ MoveStepsCommand::MoveStepsCommand(ScriptDocument &document, const QList<int> &r
     // that is still to come.
     const auto below = std::lower_bound(rows.cbegin(), rows.cend(), target);
     int to = target;
-    for (auto row = below; row != rows.cbegin();)
-        m_moves.append({*--row, --to});
+    const QVector<Move> above = blocksOf(rows.cbegin(), below);
+    for (auto block = above.crbegin(); block != above.crend(); ++block) {
+        to -= block->count;
+        m_moves.append({block->from, block->count, to});
+    }
     to = target;
-    for (auto row = below; row != rows.cend(); ++row)
-        m_moves.append({*row, to++});
+    const QVector<Move> others = blocksOf(below, rows.cend());
+    for (const Move &block : others) {
+        m_moves.append({block.from, block.count, to});
+        to += block.count;
+    }
     m_moves.erase(
         std::remove_if(m_moves.begin(), m_moves.end(), [](const Move &move) { return move.from == move.to; }),
         m_moves.end());
+}
+
+QVector<MoveStepsCommand::Move> MoveStepsCommand::blocksOf(QList<int>::const_iterator begin,
+                                                           QList<int>::const_iterator end)
+{
+    QVector<Move> blocks;
+    for (auto row = begin; row != end; ++row) {
+        if (blocks.isEmpty() || blocks.last().from + blocks.last().count != *row)
+            blocks.append({*row, 0, *row});
+        ++blocks.last().count;
+    }
+    return blocks;
 }
 
 bool MoveStepsCommand::isEmpty() const
@@ -78,13 +96,13 @@ bool MoveStepsCommand::isEmpty() const
 void MoveStepsCommand::redo()
 {
     for (const Move &move : qAsConst(m_moves))
-        m_document.model().moveStep(move.from, move.to);
+        m_document.model().moveSteps(move.from, move.count, move.to);
 }
 
 void MoveStepsCommand::undo()
 {
     for (auto move = m_moves.crbegin(); move != m_moves.crend(); ++move)
-        m_document.model().moveStep(move->to, move->from);
+        m_document.model().moveSteps(move->to, move->count, move->from);
 }
 
 EnableStepsCommand::EnableStepsCommand(ScriptDocument &document, const QList<int> &rows, bool enabled,

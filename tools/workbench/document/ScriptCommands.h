@@ -63,11 +63,15 @@ public:
     bool isEmpty() const;
 
 private:
+    /// Of steps that stand together.
     struct Move
     {
         int from;
+        int count;
         int to;
     };
+
+    static QVector<Move> blocksOf(QList<int>::const_iterator begin, QList<int>::const_iterator end);
 
     ScriptDocument &m_document;
     QVector<Move> m_moves; ///< One after the other.

@@ -238,19 +238,31 @@ QString ScriptDocument::open(const QString &fileName)
     return QString();
 }
 
-QString ScriptDocument::restore(const QByteArray &steps, const VariableScope &variables,
+QString ScriptDocument::restore(const QVector<QByteArray> &steps, const VariableScope &variables,
                                 const QString &fileName)
 {
-    StepHost::Result<StepHost::Script> script = StepHost::readAnyScript(steps, m_catalogue);
-    if (!script)
-        return script.error();
+    StepHost::Script script;
+    QList<int> lost;
+    for (int row = 0; row < steps.size(); ++row) {
+        if (steps.at(row).isEmpty()) {
+            lost.append(row);
+            continue;
+        }
+        StepHost::Result<StepHost::Script> read = StepHost::readAnyScript(steps.at(row), m_catalogue);
+        if (!read)
+            return read.error();
+        for (StepHost::ScriptStep &step : read->steps)
+            script.steps.push_back(std::move(step));
+    }
     m_file.setContent(fileName,
                       fileName.isEmpty() ? QByteArray()
                                          : StepHost::readInputFile(fileName).value_or(QByteArray()));
-    replace(std::move(*script));
+    replace(std::move(script));
     showVariables(variables);
     m_undoStack.resetClean();
     emit fileNameChanged();
+    for (const int row : qAsConst(lost))
+        emit remarked(noCopy(row));
     return QString();
 }
 

@@ -84,10 +84,11 @@ public:
     /// \return an empty text, or why it cannot be read; the present script is left alone then.
     QString open(const QString &fileName);
 
-    /// Makes the steps of \a steps, a script in either form, with \a variables the present script, which was to be saved as
-    /// \a fileName and is not yet.
+    /// Makes the steps of \a steps, each a script in either form, with \a variables the present script, which was to be
+    /// saved as \a fileName and is not yet. An empty one stands for a step that could not be kept: remarked() tells.
     /// \return an empty text, or why the steps cannot be read
-    QString restore(const QByteArray &steps, const VariableScope &variables, const QString &fileName);
+    QString restore(const QVector<QByteArray> &steps, const VariableScope &variables,
+                    const QString &fileName);
 
     /// Saves the script as \a fileName, in binary form when the suffix is that of the binary form, else in JSON.
     /// A file of that name is replaced whole or not at all; remarked() tells what it could not keep.

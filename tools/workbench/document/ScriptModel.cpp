@@ -90,26 +90,30 @@ bool ScriptModel::check(StepRow &row)
 
 void ScriptModel::checkRest()
 {
+    if (!checkRows(0, rowCount() - 1))
+        m_checkTimer.start(0);
+}
+
+bool ScriptModel::checkRows(int first, int last)
+{
     QElapsedTimer clock;
     clock.start();
-    int first = rowCount();
-    int last = -1;
-    for (int row = 0; row < rowCount(); ++row) {
+    int firstChanged = last + 1;
+    int lastChanged = -1;
+    bool isDone = true;
+    for (int row = first; row <= last && isDone; ++row) {
         if (at(row).isChecked)
             continue;
-        if (clock.hasExpired(checkTimeMs)) {
-            m_checkTimer.start(0);
-            break;
-        }
-        if (check(at(row))) {
-            first = qMin(first, row);
-            last = row;
+        isDone = !clock.hasExpired(checkTimeMs);
+        if (isDone && check(at(row))) {
+            firstChanged = qMin(firstChanged, row);
+            lastChanged = row;
         }
     }
-    if (last < 0)
-        return;
-    rowsChanged(first, last);
-    emit problemsChanged();
+    rowsChanged(firstChanged, lastChanged);
+    if (lastChanged >= 0)
+        emit problemsChanged();
+    return isDone;
 }
 
 void ScriptModel::setSteps(std::vector<StepHost::ScriptStep> steps)
@@ -134,7 +138,8 @@ void ScriptModel::insertSteps(int row, std::vector<StepHost::ScriptStep> steps)
     m_rows.insert(m_rows.begin() + row, std::make_move_iterator(rows.begin()),
                   std::make_move_iterator(rows.end()));
     endInsertRows();
-    checkRest();
+    if (!checkRows(row, row + int(rows.size()) - 1))
+        m_checkTimer.start(0);
 }
 
 std::vector<StepHost::ScriptStep> ScriptModel::takeSteps(int row, int count)
@@ -149,15 +154,15 @@ std::vector<StepHost::ScriptStep> ScriptModel::takeSteps(int row, int count)
     return steps;
 }
 
-void ScriptModel::moveStep(int from, int to)
+void ScriptModel::moveSteps(int from, int count, int to)
 {
-    if (!beginMoveRows(QModelIndex(), from, from, QModelIndex(), to > from ? to + 1 : to))
+    if (!beginMoveRows(QModelIndex(), from, from + count - 1, QModelIndex(), to > from ? to + count : to))
         return;
     const auto begin = m_rows.begin();
     if (from < to)
-        std::rotate(begin + from, begin + from + 1, begin + to + 1);
+        std::rotate(begin + from, begin + from + count, begin + to + count);
     else
-        std::rotate(begin + to, begin + from, begin + from + 1);
+        std::rotate(begin + to, begin + from, begin + from + count);
     endMoveRows();
 }
 
@@ -204,6 +209,16 @@ void ScriptModel::setRunningRow(int row)
         if (changed >= 0 && changed < rowCount())
             rowChanged(changed);
     }
+}
+
+const std::optional<QByteArray> &ScriptModel::keptStep(int row) const
+{
+    return at(row).kept;
+}
+
+void ScriptModel::setKeptStep(int row, const QByteArray &bytes)
+{
+    at(row).kept = bytes;
 }
 
 int ScriptModel::rowOf(const Operation *step) const

@@ -61,8 +61,8 @@ public:
     /// Takes the \a count steps from \a row on out of the script.
     std::vector<StepHost::ScriptStep> takeSteps(int row, int count);
 
-    /// Moves the step in row \a from so that it stands in row \a to.
-    void moveStep(int from, int to);
+    /// Moves the \a count steps from row \a from on so that the first of them stands in row \a to.
+    void moveSteps(int from, int count, int to);
 
     void setEnabled(int row, bool enabled);
 
@@ -85,6 +85,10 @@ public:
 
     /// Marks the step in \a row as the one that is running; -1 marks none.
     void setRunningRow(int row);
+
+    /// What Recovery keeps of the step in \a row; nothing when the step was changed since it was set.
+    const std::optional<QByteArray> &keptStep(int row) const;
+    void setKeptStep(int row, const QByteArray &bytes);
 
     /// The row of the step \a step; -1 when the script does not have it.
     int rowOf(const Operation *step) const;
@@ -124,6 +128,7 @@ private:
     void rowsChanged(int first, int last);
     bool check(StepRow &row);
     void checkRest();
+    bool checkRows(int first, int last);
 
     std::vector<std::unique_ptr<StepRow>> m_rows;
     VariableScope m_variables;

@@ -39,12 +39,14 @@ StepHost::ScriptStep StepRow::take()
 void StepRow::setEnabled(bool enabled)
 {
     m_step.enabled = enabled;
+    kept.reset();
     compareSettings();
 }
 
 void StepRow::setSetting(const QString &property, const QVariant &value)
 {
     m_step.operation->setProperty(property.toUtf8().constData(), value);
+    kept.reset();
     compareSettings();
 }
 

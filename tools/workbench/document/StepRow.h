@@ -61,6 +61,7 @@ public:
     QString toolTip() const;
 
     bool isChecked = false; ///< For who calls check(): whether it is up to date.
+    std::optional<QByteArray> kept; ///< The step as bytes, for who keeps it; nothing once it is changed.
 
 private:
     /// What an outcome depends on.
