@@ -1,6 +1,7 @@
 #include "PluginChoice.h"
 
 #include "PluginSearch.h"
+#include "host/values/ErrorTexts.h"
 
 namespace StepHost
 {
@@ -40,7 +41,7 @@ PluginLoading loadPlugins(StepCatalogue &catalogue, const PluginChoice &choice, 
         const auto added = addPlugin(catalogue, file, probe);
         if (added)
             continue;
-        loading.remarks.append(added.error().reason + QLatin1String("; it is passed over"));
+        loading.remarks.append(ErrorTexts::tr("%1; it is passed over").arg(added.error().reason));
         catalogue.passOver(added.error());
     }
     loading.remarks += catalogue.sharedIcons();

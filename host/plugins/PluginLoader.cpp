@@ -131,7 +131,7 @@ PluginError pluginError(PluginRefusal refusal, const QString &fileName, const QS
                         const PluginManifest &manifest)
 {
     const QString &prefix = manifest.typeIdPrefix;
-    return {refusal, QStringLiteral("plug-in \"%1\" is refused: %2").arg(fileName, reason), fileName,
+    return {refusal, ErrorTexts::tr("plug-in \"%1\" is refused: %2").arg(fileName, reason), fileName,
             QString(prefix.constData(), prefix.size())};
 }
 

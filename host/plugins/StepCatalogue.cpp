@@ -1,6 +1,7 @@
 #include "StepCatalogue.h"
 
 #include "StepTexts.h"
+#include "host/values/ErrorTexts.h"
 #include "host/values/QuotedText.h"
 
 namespace StepHost
@@ -9,7 +10,7 @@ namespace
 {
 QString versionOf(const Plugin &plugin)
 {
-    return QStringLiteral("version %1").arg(quoted(plugin.manifest().version));
+    return ErrorTexts::tr("version %1").arg(quoted(plugin.manifest().version));
 }
 } // namespace
 
@@ -30,7 +31,7 @@ Result<void, PluginError> StepCatalogue::addPlugin(const QString &fileName)
     for (const std::unique_ptr<Plugin> &other : m_plugins) {
         if (other->manifest().pluginId == plugin->manifest().pluginId)
             return refuse(PluginRefusal::DuplicatePlugin,
-                          QStringLiteral("it is %1 of %2, and plug-in \"%3\", %4 of it, is loaded already")
+                          ErrorTexts::tr("it is %1 of %2, and plug-in \"%3\", %4 of it, is loaded already")
                               .arg(versionOf(*plugin), quoted(plugin->manifest().pluginId), other->fileName(),
                                    versionOf(*other)));
     }
@@ -38,7 +39,7 @@ Result<void, PluginError> StepCatalogue::addPlugin(const QString &fileName)
         const QString typeId = prototype->typeId();
         if (const Plugin *owner = pluginOf(typeId))
             return refuse(PluginRefusal::DuplicateTypeId,
-                          QStringLiteral("plug-in \"%1\" has a step of type %2 already")
+                          ErrorTexts::tr("plug-in \"%1\" has a step of type %2 already")
                               .arg(owner->fileName(), quoted(typeId)));
     }
     for (const Operation *prototype : plugin->prototypes()) {
@@ -62,10 +63,10 @@ QString StepCatalogue::noSuchType(const QString &typeId) const
         if (typeId.startsWith(error.typeIdPrefix))
             files.append(quoted(error.fileName));
     }
-    QString text = notAmong("step type", typeId, m_typeIds);
+    QString text = notAmong(ErrorTexts::tr("step type"), typeId, m_typeIds);
     if (!files.isEmpty())
-        text += QLatin1String("; it may be of a plug-in that was passed over: ")
-            + files.join(QLatin1String(", "));
+        text = ErrorTexts::tr("%1; it may be of a plug-in that was passed over: %2")
+                   .arg(text, files.join(QLatin1String(", ")));
     return text;
 }
 
@@ -83,7 +84,7 @@ QStringList StepCatalogue::sharedIcons() const
                 owner = plugin.get();
             if (icon.isEmpty() || owner == plugin.get())
                 continue;
-            lines.append(QStringLiteral("plug-in \"%1\", %2, and plug-in \"%3\", %4, both have an icon %5; "
+            lines.append(ErrorTexts::tr("plug-in \"%1\", %2, and plug-in \"%3\", %4, both have an icon %5; "
                                         "steps of one are shown with that of the other")
                              .arg(owner->fileName(), versionOf(*owner), plugin->fileName(),
                                   versionOf(*plugin), quoted(icon)));

@@ -42,7 +42,7 @@ struct RunNote
         Refused, ///< The run cannot begin, for the reason `text`. Nothing follows.
         Starting, ///< The step `index` begins.
         Finished, ///< The step `index` had its turn: `result`, `variables` that changed and the `removed` ones.
-        Ended, ///< The run is over: `end`. Nothing follows.
+        Ended, ///< The run is over: `end`; what a probe has to say is in `result.warnings`. Nothing follows.
         KindCount
     };
 

@@ -4,6 +4,7 @@
 #include "RunChannel.h"
 #include "RunWorker.h"
 #include "host/plugins/StepCatalogue.h"
+#include "host/values/QuotedText.h"
 #include "host/values/VariableName.h"
 
 #include <QElapsedTimer>
@@ -53,6 +54,12 @@ public:
     bool isRefused() const
     {
         return m_isRefused;
+    }
+
+    /// What the process told of the plug-ins.
+    QStringList remarks() const
+    {
+        return m_remarks;
     }
 
     RunResult carryOut(const QByteArray &request)
@@ -137,6 +144,7 @@ private:
             break;
         case RunNote::Ended:
             m_result.end = note.end;
+            m_remarks = note.result.warnings;
             m_isOver = true;
             break;
         case RunNote::KindCount:
@@ -206,6 +214,7 @@ private:
     ChildProcess m_worker;
     MessageReader m_reader;
     RunResult m_result;
+    QStringList m_remarks;
     QString m_work; ///< What the process was at before the run began.
     int m_running = -1; ///< The step whose turn it is.
     bool m_isRefused = false;
@@ -228,7 +237,7 @@ RunResult RunProcess::run(const Script &script, VariableScope &scope, const Step
     return Session(observer, int(script.steps.size()), scope).carryOut(*request);
 }
 
-Result<void> RunProcess::probe(const QString &fileName, int timeLimit)
+Result<QStringList> RunProcess::probe(const QString &fileName, int timeLimit)
 {
     constexpr int msPerSecond = 1000;
     QElapsedTimer clock;
@@ -243,6 +252,12 @@ Result<void> RunProcess::probe(const QString &fileName, int timeLimit)
                            .arg(fileName, QString::number(timeLimit / msPerSecond), result.error));
     if (result.end == RunEnd::NotRun && !session.isRefused())
         return failure(tr("%1: %2").arg(fileName, result.error));
-    return {};
+    QStringList remarks;
+    const QStringList told = session.remarks();
+    for (const QString &remark : told)
+        remarks.append(tr("%1: %2").arg(fileName, remark));
+    if (!result.printed.isEmpty())
+        remarks.append(tr("%1 printed: %2").arg(fileName, messageLine(QString::fromUtf8(result.printed))));
+    return remarks;
 }
 } // namespace StepHost

@@ -28,8 +28,9 @@ public:
 
     /// Whether the plug-in \a fileName can be loaded, a step of each of its types be made, and its texts. Refused is one
     /// that ends the process in that, or takes longer than \a timeLimit milliseconds, with what it was at. What else is
-    /// wrong with a plug-in is left to StepCatalogue::addPlugin().
-    static Result<void> probe(const QString &fileName, int timeLimit = 30000);
+    /// wrong with a plug-in is left to StepCatalogue::addPlugin(). Returns what the user should know of one that is not
+    /// refused, such as steps that throw and what was printed.
+    static Result<QStringList> probe(const QString &fileName, int timeLimit = 30000);
 
 private:
     class Session;

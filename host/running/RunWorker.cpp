@@ -121,18 +121,38 @@ Script makeScript(const RunRequest &request, const StepCatalogue &catalogue)
     return script;
 }
 
-// Does with each type of step what a host does with it before any run.
-void probe(const StepCatalogue &catalogue)
+// Why a text of `step` cannot be made; empty when all can.
+QString flawOfTexts(const Operation &step)
 {
+    try {
+        for (const auto text : {&Operation::root, &Operation::typeName, &Operation::icon,
+                                &Operation::toString, &Operation::description})
+            static_cast<void>((step.*text)());
+    } catch (const std::exception &exception) {
+        return ErrorTexts::tr("it threw an exception: %1")
+            .arg(messageLine(QString::fromUtf8(exception.what())));
+    } catch (...) {
+        return ErrorTexts::tr("it threw an exception");
+    }
+    return QString();
+}
+
+// Does with each type of step what a host does with it before any run. Returns what is to be said of them.
+QStringList probe(const StepCatalogue &catalogue)
+{
+    QStringList remarks;
     for (const QString &typeId : catalogue.typeIds()) {
         tellWork(ErrorTexts::tr("a step %1 and its texts were made").arg(typeId));
         const std::unique_ptr<Operation> step(catalogue.create(typeId, nullptr));
-        if (!step)
+        if (!step) {
+            remarks.append(ErrorTexts::tr("the plug-in gives no copy of the step %1").arg(quoted(typeId)));
             continue;
-        for (const auto text : {&Operation::root, &Operation::typeName, &Operation::icon,
-                                &Operation::toString, &Operation::description})
-            stepText(*step, text);
+        }
+        const QString flaw = flawOfTexts(*step);
+        if (!flaw.isEmpty())
+            remarks.append(ErrorTexts::tr("the texts of the step %1: %2").arg(quoted(typeId), flaw));
     }
+    return remarks;
 }
 
 // Notes what differs in `now` from `before`.
@@ -174,8 +194,7 @@ void noteChanges(const VariableScope &before, const VariableScope &now, RunNote 
         if (!added)
             refuse(added.error().reason);
     }
-    if (request->isProbe)
-        probe(catalogue);
+    const QStringList remarks = request->isProbe ? probe(catalogue) : QStringList();
     const Script script = makeScript(*request, catalogue);
     VariableScope scope;
     for (const ScriptVariable &variable : request->variables) {
@@ -201,10 +220,11 @@ void noteChanges(const VariableScope &before, const VariableScope &now, RunNote 
         tell(note);
         told = scope;
     };
-    RunNote note;
-    note.kind = RunNote::Ended;
-    note.end = runScript(script, scope, observer).end;
-    end(note);
+    RunNote last;
+    last.kind = RunNote::Ended;
+    last.result.warnings = remarks;
+    last.end = runScript(script, scope, observer).end;
+    end(last);
 }
 } // namespace
 

@@ -1,7 +1,6 @@
-#include "host/plugins/PluginChoice.h"
-#include "host/running/RunProcess.h"
 #include "host/running/RunWorker.h"
 #include "host/values/QuotedText.h"
+#include "tools/workbench/document/PluginStart.h"
 #include "tools/workbench/look/Language.h"
 #include "tools/workbench/window/CommandLine.h"
 #include "tools/workbench/window/MainWindow.h"
@@ -34,20 +33,6 @@ void printError(const QString &text)
     QTextStream(stderr) << "workbench: " << StepHost::messageLine(text) << '\n';
 }
 
-/// Adds the plug-ins of \a choice to \a catalogue. Returns what the user has to be told of it.
-QStringList addPlugins(StepHost::StepCatalogue &catalogue, const StepHost::PluginChoice &choice)
-{
-    // First elsewhere: one that crashes or hangs as it is loaded shall not do so here.
-    const auto probe = [](const QString &file) { return StepHost::RunProcess::probe(file); };
-    const StepHost::PluginLoading loading =
-        StepHost::loadPlugins(catalogue, choice, QCoreApplication::applicationDirPath(), probe);
-    QStringList reasons = loading.refusals + loading.remarks;
-    if (!loading.searched.isEmpty())
-        reasons.append(QCoreApplication::translate("Workbench::main", "There is no plug-in in %1.")
-                           .arg(loading.searched.join(QLatin1String(", "))));
-    return reasons;
-}
-
 /// Shows the window that \a line asks for. Returns the program's status.
 int work(const Workbench::CommandLine &line)
 {
@@ -65,7 +50,7 @@ int work(const Workbench::CommandLine &line)
 
     // Before the window, which holds steps of the plug-ins.
     StepHost::StepCatalogue catalogue;
-    const QStringList reasons = addPlugins(catalogue, line.plugins);
+    const QStringList reasons = Workbench::PluginStart::load(catalogue, line.plugins);
     QSettings settings;
     Workbench::MainWindow window(catalogue, settings);
     for (const QString &reason : reasons) {

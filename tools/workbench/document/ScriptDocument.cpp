@@ -96,8 +96,11 @@ void ScriptDocument::placeStep(const QString &typeId, int row)
 {
     StepHost::ScriptStep step;
     step.operation.reset(m_catalogue.create(typeId, nullptr));
-    if (!step.operation)
+    if (!step.operation) {
+        if (m_catalogue.prototype(typeId))
+            emit refused(tr("The plug-in gives no copy of the step %1.").arg(typeId));
         return;
+    }
     const QString name = StepHost::shownStepText(*step.operation, &Operation::typeName);
     std::vector<StepHost::ScriptStep> steps;
     steps.push_back(std::move(step));

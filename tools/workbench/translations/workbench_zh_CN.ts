@@ -528,6 +528,18 @@
         <source>a value</source>
         <translation>值</translation>
     </message>
+    <message>
+        <source>plug-in &quot;%1&quot; is refused: plug-in &quot;%2&quot; has a step of type %3 already</source>
+        <translation>插件“%1”被拒绝：插件“%2”已有类型为 %3 的步骤</translation>
+    </message>
+    <message>
+        <source>the plug-in gives no copy of the step %1</source>
+        <translation>插件没有给出步骤 %1 的副本</translation>
+    </message>
+    <message>
+        <source>the texts of the step %1: %2</source>
+        <translation>步骤 %1 的文字：%2</translation>
+    </message>
 </context>
 <context>
     <name>StepHost::FileErrors</name>
@@ -605,7 +617,7 @@
     </message>
     <message>
         <source>its record does not hold all its properties, so the binary form would lose some</source>
-        <translation>其记录没有包含全部属性，二进制形式会丢失一些</translation>
+        <translation>其记录未包含全部属性，二进制形式会丢失一部分</translation>
     </message>
     <message>
         <source>it has state beside its properties, which JSON would lose</source>
@@ -707,6 +719,10 @@
     <message>
         <source>%1: %2</source>
         <translation>%1：%2</translation>
+    </message>
+    <message>
+        <source>%1 printed: %2</source>
+        <translation>%1 输出了：%2</translation>
     </message>
 </context>
 <context>
@@ -1158,6 +1174,13 @@
     </message>
 </context>
 <context>
+    <name>Workbench::PluginLoading</name>
+    <message>
+        <source>There is no plug-in in %1.</source>
+        <translation>在 %1 中没有插件。</translation>
+    </message>
+</context>
+<context>
     <name>Workbench::ProblemsModel</name>
     <message>
         <source>Change the setting</source>
@@ -1340,6 +1363,10 @@
     <message>
         <source>step %1: the plug-in gives no copy of it</source>
         <translation>步骤 %1：插件没有给出它的副本</translation>
+    </message>
+    <message>
+        <source>The plug-in gives no copy of the step %1.</source>
+        <translation>插件没有给出步骤 %1 的副本。</translation>
     </message>
 </context>
 <context>
@@ -1753,13 +1780,6 @@ After the last run: %2</source>
     <message>
         <source>Make the values after the last run those that the script starts with (%1)</source>
         <translation>把上次运行之后的值作为脚本的初始值（%1）</translation>
-    </message>
-</context>
-<context>
-    <name>Workbench::main</name>
-    <message>
-        <source>There is no plug-in in %1.</source>
-        <translation>在 %1 中没有插件。</translation>
     </message>
 </context>
 </TS>

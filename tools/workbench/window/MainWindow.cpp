@@ -334,6 +334,8 @@ void MainWindow::connectPanes()
     connect(&m_document, &ScriptDocument::variablesChanged, this,
             [this] { m_properties->setVariables(m_document.variables()); });
     connect(&m_document, &ScriptDocument::refused, this, &MainWindow::showMessage);
+    connect(&m_document, &ScriptDocument::refused, &m_log,
+            [this](const QString &reason) { m_log.appendWarning(reason); });
     connect(&m_document, &ScriptDocument::remarked, &m_log,
             [this](const QString &remark) { m_log.appendWarning(remark); });
     connect(m_variables, &VariablesPane::refused, this, &MainWindow::showMessage);
