@@ -6,12 +6,9 @@
 #include "tests/support/ErrorOf.h"
 #include "tests/support/TestPaths.h"
 
-#include <QAction>
 #include <QLabel>
 #include <QLayout>
-#include <QRegularExpression>
 #include <QScreen>
-#include <QTabBar>
 #include <QtTest>
 
 using namespace Workbench;
@@ -61,7 +58,6 @@ private slots:
     void firstWindowFitsTheScreen();
     void nothingIsCut_data();
     void nothingIsCut();
-    void chineseIsWhole();
 
 private:
     StepHost::StepCatalogue m_catalogue;
@@ -211,42 +207,6 @@ void TestWorkbenchLooks::nothingIsCut()
             }
         }
     }
-}
-
-void TestWorkbenchLooks::chineseIsWhole()
-{
-    const SpokenLanguage spoken("zh_CN");
-    WindowFixture fixture(m_catalogue);
-    fixture.setVariable("x", QVariantList{1}, VarType::List);
-    fixture.place("list.sort", {{"targetVar", "x"}});
-    fixture.run();
-    QStringList texts{fixture.window.windowTitle()};
-    const QList<QAction *> actions = fixture.window.findChildren<QAction *>();
-    for (const QAction *action : actions)
-        texts << action->text() << action->toolTip();
-    const QList<QWidget *> widgets = fixture.window.findChildren<QWidget *>();
-    for (const QWidget *widget : widgets) {
-        if (widget->objectName().startsWith("qt_") || qobject_cast<QTabBar *>(widget->parentWidget()))
-            continue; // Qt's own, which speak with Qt's translations.
-        texts << widget->toolTip() << widget->accessibleName() << widget->windowTitle();
-        if (const auto *label = qobject_cast<const QLabel *>(widget))
-            texts << label->text();
-        if (const auto *button = qobject_cast<const QAbstractButton *>(widget))
-            texts << button->text();
-        if (const auto *view = qobject_cast<const QAbstractItemView *>(widget)) {
-            for (int column = 0; column < view->model()->columnCount(); ++column)
-                texts << view->model()->headerData(column, Qt::Horizontal).toString();
-        }
-    }
-    for (int row = 0; row < fixture.window.log().rowCount(); ++row)
-        texts << fixture.window.log().index(row, LogModel::MessageColumn).data().toString();
-    texts << fixture.script().index(0).data(ScriptModel::OutcomeTextRole).toString();
-    // Keys, the product's name, and what belongs to steps and to Qt.
-    static const QRegularExpression known("Quillmap|Ctrl|Shift|Alt|Del|Return|F\\d+|list\\.\\w+|ascending|"
-                                          "asc|targetVar|[Qq]t_\\w+|dock\\w*|QDock\\w*");
-    static const QRegularExpression word("[A-Za-z]{2,}");
-    for (QString text : qAsConst(texts))
-        QVERIFY2(!text.remove(known).contains(word), qPrintable(text));
 }
 
 RUN_TEST_MAIN(QApplication, TestWorkbenchLooks)
