@@ -1,8 +1,11 @@
+#include "tools/workbench/document/Recovery.h"
 #include "tools/workbench/document/ScriptDocument.h"
+#include "tools/workbench/document/ScriptModel.h"
 
 #include "host/plugins/StepCatalogue.h"
 #include "tests/support/ErrorOf.h"
 #include "tests/support/FailingCalls.h"
+#include "tests/support/ProgramStart.h"
 #include "tests/support/StepctlFolder.h"
 #include "tests/support/TestPaths.h"
 
@@ -11,6 +14,7 @@
 
 #include <cerrno>
 #include <csignal>
+#include <cstdio>
 #include <cstring>
 #include <memory>
 
@@ -35,6 +39,27 @@ struct Written
     bool isDone = false;
     bool hasFailed = false; ///< Whether there were as many calls.
 };
+
+constexpr char editorName[] = "save-and-be-killed";
+
+/// Changes the script in \a folder, keeps a copy, which it tells, and saves; killed at the \a n-th call of \a call.
+int saveAndBeKilled(const QString &folder, const QByteArray &call, int n)
+{
+    StepHost::StepCatalogue catalogue;
+    Workbench::ScriptDocument document(catalogue);
+    if (!catalogue.addPlugin(TestPaths::listPlugin()) || !document.open(folder + "/script.json").isEmpty())
+        return 1;
+    Workbench::Recovery recovery(document, folder + "/recovery");
+    recovery.setDelay(0);
+    QSignalSpy kept(&recovery, &Workbench::Recovery::kept);
+    FailingCalls::fail(call, n, -SIGKILL);
+    document.setSetting(0, "ascending", false);
+    while (kept.isEmpty())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    std::puts("kept");
+    std::fflush(stdout);
+    return document.save(folder + "/script.json").isEmpty() ? 0 : 1;
+}
 } // namespace
 
 Q_DECLARE_METATYPE(Failure)
@@ -52,6 +77,8 @@ private slots:
     void tellsOfAnOwnerThatIsLost();
     void leavesNothingForLong_data();
     void leavesNothingForLong();
+    void keepsTheScriptWhenKilled_data();
+    void keepsTheScriptWhenKilled();
 
 private:
     Written write(const QString &writer, const Failure &failure);
@@ -193,5 +220,57 @@ void TestFailingCalls::leavesNothingForLong()
     QCOMPARE(files(), (QStringList{"out.json", "script.json"}));
 }
 
-QTEST_GUILESS_MAIN(TestFailingCalls)
+void TestFailingCalls::keepsTheScriptWhenKilled_data()
+{
+    QTest::addColumn<QString>("call");
+    for (const char *call : {"open", "write", "fsync", "linkat", "rename"})
+        QTest::newRow(call) << call;
+}
+
+// Killed at any moment of keeping a copy and saving: no file is broken, and what was kept is there.
+void TestFailingCalls::keepsTheScriptWhenKilled()
+{
+    QFETCH(QString, call);
+    const auto isChanged = [](const Workbench::ScriptDocument &document) {
+        return !document.model().step(0).property("ascending").toBool();
+    };
+    int kills = 0;
+    constexpr int enough = 100;
+    for (bool isKilled = true; isKilled && kills < enough; kills += isKilled ? 1 : 0) {
+        const QTemporaryDir folder;
+        const QString fileName = folder.filePath("script.json");
+        QVERIFY(QFile::copy(m_folder->path() + "/script.json", fileName));
+        QProcess editor;
+        startProgram(editor, QCoreApplication::applicationFilePath(),
+                     {editorName, folder.path(), call, QString::number(kills + 1)});
+        QVERIFY(editor.waitForFinished(-1));
+        isKilled = editor.exitStatus() == QProcess::CrashExit;
+        QVERIFY(isKilled || editor.exitCode() == 0);
+        const bool isKept = editor.readAllStandardOutput().contains("kept");
+
+        Workbench::ScriptDocument saved(m_catalogue);
+        QCOMPARE(saved.open(fileName), QString());
+        Workbench::ScriptDocument document(m_catalogue);
+        Workbench::Recovery recovery(document, folder.filePath("recovery"));
+        const QVector<Workbench::Recovery::Copy> copies = recovery.leftCopies();
+        QCOMPARE(QDir(folder.filePath("recovery")).entryList({"*.recovery"}, QDir::Files).size(),
+                 copies.size());
+        if (!copies.isEmpty()) {
+            QCOMPARE(recovery.restore(copies.first()), QString());
+            QVERIFY(isChanged(document));
+        }
+        QVERIFY(!isKept || isChanged(saved) || !copies.isEmpty());
+    }
+    QVERIFY(kills > 0 && kills < enough);
+}
+
+int main(int argc, char **argv)
+{
+    QCoreApplication application(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.value(1) == QLatin1String(editorName))
+        return saveAndBeKilled(arguments.value(2), arguments.value(3).toLatin1(), arguments.value(4).toInt());
+    TestFailingCalls test;
+    return QTest::qExec(&test, argc, argv);
+}
 #include "tst_failingcalls.moc"

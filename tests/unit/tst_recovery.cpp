@@ -1,6 +1,8 @@
 #include "WindowFixture.h"
 
 #include "tools/workbench/document/Recovery.h"
+#include "tools/workbench/settings/PropertyEditor.h"
+#include "tools/workbench/settings/PropertyPane.h"
 
 #include "host/values/ItemValue.h"
 #include "tests/support/ErrorOf.h"
@@ -8,6 +10,7 @@
 #include "tests/support/ProgramStart.h"
 #include "tests/support/TestPaths.h"
 
+#include <QLineEdit>
 #include <QPushButton>
 #include <QRandomGenerator>
 
@@ -18,6 +21,7 @@ using namespace Workbench;
 namespace
 {
 constexpr char editorName[] = "edit-until-killed";
+constexpr char typistName[] = "type-until-killed";
 constexpr int saveEvery = 7;
 
 QStringList copiesIn(const QString &folder)
@@ -82,6 +86,33 @@ int editUntilKilled(const QString &folder)
     timer.start(1);
     return QCoreApplication::exec();
 }
+
+/// Types numbers into a setting of the script in \a folder, in a window, and saves now and then. Tells of each number and
+/// when it stood there, and never ends.
+int typeUntilKilled(const QString &folder)
+{
+    StepHost::StepCatalogue catalogue;
+    if (!catalogue.addPlugin(TestPaths::listPlugin()))
+        return 1;
+    QSettings settings(folder + "/settings.ini", QSettings::IniFormat);
+    MainWindow window(catalogue, settings);
+    window.show();
+    if (!QTest::qWaitForWindowActive(&window))
+        return 1;
+    window.openFile(folder + "/script.json");
+    auto *field = window.findChild<PropertyPane *>()->editor("value")->findChild<QLineEdit *>();
+    constexpr int pauseMs = 10;
+    for (int number = 1;; ++number) {
+        field->setFocus();
+        field->selectAll();
+        QTest::keyClicks(field, QString::number(number));
+        std::printf("%lld %d\n", QDateTime::currentMSecsSinceEpoch(), number);
+        std::fflush(stdout);
+        if (QRandomGenerator::global()->bounded(100) == 0)
+            QTest::keyClick(&window, Qt::Key_S, Qt::ControlModifier);
+        QTest::qWait(pauseMs);
+    }
+}
 } // namespace
 
 class TestRecovery : public QObject
@@ -98,6 +129,7 @@ private slots:
     void tellsWhenItCannotKeep();
     void looksAtChangedStepsOnly();
     void survivesKills();
+    void theWindowSurvivesKills();
     void isOffered();
     void isNotOfferedAfterClosing();
 
@@ -265,6 +297,70 @@ void TestRecovery::survivesKills()
     }
 }
 
+namespace
+{
+/// What the window told: numbers, each with the time when it stood there, in milliseconds.
+QVector<QPair<qint64, int>> toldBy(const QByteArray &output)
+{
+    QVector<QPair<qint64, int>> told;
+    const QList<QByteArray> lines = output.left(output.lastIndexOf('\n') + 1).split('\n');
+    for (const QByteArray &line : lines) {
+        if (!line.isEmpty())
+            told.append({line.split(' ').value(0).toLongLong(), line.split(' ').value(1).toInt()});
+    }
+    return told;
+}
+} // namespace
+
+// It takes a while and a clock: script/kill-workbench asks for it.
+void TestRecovery::theWindowSurvivesKills()
+{
+    const int kills = qEnvironmentVariableIntValue("QUILLMAP_KILLS");
+    if (kills == 0)
+        QSKIP("QUILLMAP_KILLS tells how often the window is to be killed");
+    constexpr int mostTime = 9000;
+    constexpr int mostLost = 5000;
+    qint64 longest = 0;
+    for (int i = 0; i < kills; ++i) {
+        const QTemporaryDir folder;
+        const QString fileName = folder.filePath("script.json");
+        QFile file(fileName);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(R"({"steps": [{"type": "list.add", "value": "0"}]})");
+        file.close();
+        QProcess window;
+        startProgram(window, QCoreApplication::applicationFilePath(), {typistName, folder.path()});
+        QVERIFY(window.waitForReadyRead(-1));
+        QTest::qWait(QRandomGenerator::global()->bounded(mostTime));
+        window.kill();
+        const qint64 end = QDateTime::currentMSecsSinceEpoch();
+        QVERIFY(window.waitForFinished(-1));
+        const QVector<QPair<qint64, int>> told = toldBy(window.readAllStandardOutput());
+
+        const auto numberIn = [](const ScriptDocument &document) {
+            return document.model().step(0).property("value").toInt();
+        };
+        ScriptDocument document(m_catalogue);
+        QCOMPARE(document.open(fileName), QString());
+        int found = numberIn(document);
+        Recovery recovery(document, folder.filePath("recovery"));
+        const QVector<Recovery::Copy> copies = recovery.leftCopies();
+        QCOMPARE(copies.size(), copiesIn(folder.filePath("recovery")).size());
+        for (const Recovery::Copy &copy : copies) {
+            QCOMPARE(recovery.restore(copy), QString());
+            found = qMax(found, numberIn(document));
+        }
+        qint64 lost = 0; // The age of the oldest number that is lost.
+        for (const auto &number : told) {
+            if (number.second > found && lost == 0)
+                lost = end - number.first;
+        }
+        longest = qMax(longest, lost);
+        QVERIFY2(lost <= mostLost, qPrintable(QString::number(lost)));
+    }
+    qInfo("of %d windows, each lost what was typed in the last %lld ms at most", kills, longest);
+}
+
 void TestRecovery::isOffered()
 {
     const QTemporaryDir folder;
@@ -307,6 +403,8 @@ int main(int argc, char **argv)
     QApplication application(argc, argv);
     if (application.arguments().value(1) == QLatin1String(editorName))
         return editUntilKilled(application.arguments().value(2));
+    if (application.arguments().value(1) == QLatin1String(typistName))
+        return typeUntilKilled(application.arguments().value(2));
     TestRecovery test;
     return QTest::qExec(&test, argc, argv);
 }
