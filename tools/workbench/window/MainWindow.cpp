@@ -101,6 +101,8 @@ MainWindow::MainWindow(const StepHost::StepCatalogue &catalogue, QSettings &sett
 
 MainWindow::~MainWindow()
 {
+    // The focus changes until the last widget is gone.
+    disconnect(qApp, nullptr, this, nullptr);
     // The panes look at members of the window, which go before the widgets do.
     delete takeCentralWidget();
     const QList<QDockWidget *> docks = findChildren<QDockWidget *>();
