@@ -97,7 +97,9 @@ int typeUntilKilled(const QString &folder)
     QSettings settings(folder + "/settings.ini", QSettings::IniFormat);
     MainWindow window(catalogue, settings);
     window.show();
-    if (!QTest::qWaitForWindowActive(&window))
+    // There may be no window manager that would make it the active one.
+    QApplication::setActiveWindow(&window);
+    if (!QTest::qWaitForWindowExposed(&window))
         return 1;
     window.openFile(folder + "/script.json");
     auto *field = window.findChild<PropertyPane *>()->editor("value")->findChild<QLineEdit *>();
