@@ -6,9 +6,13 @@
 #include "tests/support/ErrorOf.h"
 #include "tests/support/TestPaths.h"
 
+#include <QHeaderView>
 #include <QLabel>
 #include <QLayout>
+#include <QLineEdit>
 #include <QScreen>
+#include <QTabBar>
+#include <QToolButton>
 #include <QtTest>
 
 using namespace Workbench;
@@ -170,6 +174,24 @@ bool hasRoom(const QWidget *widget)
     if (label || (button && !button->text().isEmpty()))
         return widget->width() >= widget->minimumSizeHint().width()
             && widget->height() >= widget->minimumSizeHint().height();
+    const QFontMetrics metrics(widget->font());
+    if (const auto *field = qobject_cast<const QLineEdit *>(widget)) {
+        // Beside the text there may be an icon on either side.
+        const int icons = field->findChildren<QToolButton *>().size() * field->height();
+        return field->width() - icons >= metrics.horizontalAdvance(field->placeholderText());
+    }
+    if (const auto *tabs = qobject_cast<const QTabBar *>(widget)) {
+        for (int i = 0; i < tabs->count(); ++i) {
+            if (tabs->tabRect(i).width() < metrics.horizontalAdvance(tabs->tabText(i)))
+                return false;
+        }
+    }
+    const auto *header = qobject_cast<const QHeaderView *>(widget);
+    for (int i = 0; header && header->orientation() == Qt::Horizontal && i < header->count(); ++i) {
+        const QString text = header->model()->headerData(i, Qt::Horizontal).toString();
+        if (header->sectionSize(i) < metrics.horizontalAdvance(text))
+            return false;
+    }
     return true;
 }
 } // namespace
@@ -177,20 +199,39 @@ bool hasRoom(const QWidget *widget)
 void TestWorkbenchLooks::nothingIsCut_data()
 {
     QTest::addColumn<QString>("language");
-    QTest::newRow("English") << "en";
-    QTest::newRow("Chinese") << "zh_CN";
+    QTest::addColumn<QPalette>("palette");
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<QString>("pane");
+    // A screen of 1280 x 720 at 100, 150 and 200 %.
+    for (const QSize size : {QSize(1280, 720), QSize(853, 480), QSize(640, 360)}) {
+        for (const char *language : {"en", "zh_CN"}) {
+            for (const char *pane : {"variablesDock", "logDock", "problemsDock"}) {
+                QTest::addRow("%s, %d, %s", language, size.width(), pane)
+                    << language << QPalette() << size << pane;
+            }
+        }
+    }
+    QTest::newRow("dark") << "en" << darkPalette() << QSize(640, 360) << "variablesDock";
 }
 
 void TestWorkbenchLooks::nothingIsCut()
 {
     QFETCH(QString, language);
+    QFETCH(QPalette, palette);
+    QFETCH(QSize, size);
+    QFETCH(QString, pane);
     const SpokenLanguage spoken(language);
+    QApplication::setPalette(palette);
     WindowFixture fixture(m_catalogue);
     fixture.setVariable("names", QVariantList{"b", "a"}, VarType::List);
     fixture.place("list.remove", {{"targetVar", "missing"}});
     fixture.run();
     fixture.scriptPane()->setCurrentRow(0);
+    fixture.window.findChild<QWidget *>(pane)->raise();
+    fixture.window.resize(size);
     QApplication::processEvents();
+    QVERIFY2(fixture.window.width() <= size.width() && fixture.window.height() <= size.height(),
+             qPrintable(QString("%1 x %2").arg(fixture.window.width()).arg(fixture.window.height())));
     const QList<QWidget *> widgets = fixture.window.findChildren<QWidget *>();
     for (const QWidget *widget : widgets) {
         if (!widget->isVisible())

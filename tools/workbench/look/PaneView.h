@@ -6,13 +6,21 @@
 
 namespace Workbench
 {
-/// An item view, such as `PaneView<QListView>`, whose selection has its full colour only while the view has the
+/// An item view of a pane, such as `PaneView<QListView>`, whose selection has its full colour only while the view has the
 /// keyboard: among several panes that shows which one the keys are for.
 template<typename View>
 class PaneView : public View
 {
 public:
     using View::View;
+
+    /// Gives way to other panes down to a heading and a line.
+    QSize minimumSizeHint() const override
+    {
+        constexpr int lines = 3;
+        const QSize size = View::minimumSizeHint();
+        return {size.width(), qMin(size.height(), lines * this->fontMetrics().lineSpacing())};
+    }
 
 protected:
     QStyleOptionViewItem viewOptions() const override

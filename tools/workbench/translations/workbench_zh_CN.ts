@@ -1172,6 +1172,10 @@
         <source>Steps on offer</source>
         <translation>可用的步骤</translation>
     </message>
+    <message>
+        <source>Search</source>
+        <translation>搜索</translation>
+    </message>
 </context>
 <context>
     <name>Workbench::PluginLoading</name>

@@ -22,7 +22,8 @@ PalettePane::PalettePane(const StepHost::StepCatalogue &catalogue, QWidget *pare
     m_filter->setRecursiveFilteringEnabled(true);
 
     m_search->setObjectName(QStringLiteral("paletteSearch"));
-    m_search->setPlaceholderText(tr("Search by name or type"));
+    m_search->setPlaceholderText(tr("Search"));
+    m_search->setToolTip(tr("Search by name or type"));
     m_search->setAccessibleName(tr("Search steps"));
     m_search->setClearButtonEnabled(true);
     m_search->addAction(themedIcon(QStringLiteral("search")), QLineEdit::LeadingPosition);
