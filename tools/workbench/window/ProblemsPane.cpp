@@ -40,9 +40,13 @@ void ProblemsPane::createView()
     m_view->setRootIsDecorated(false);
     m_view->setUniformRowHeights(true);
     m_view->setAlternatingRowColors(true);
-    m_view->header()->setStretchLastSection(true);
-    m_view->header()->resizeSection(ProblemsModel::StepColumn, 170);
-    m_view->header()->resizeSection(ProblemsModel::ProblemColumn, 260);
+    QHeaderView *header = m_view->header();
+    header->setStretchLastSection(false);
+    header->resizeSection(ProblemsModel::StepColumn, 130);
+    header->setSectionResizeMode(ProblemsModel::ProblemColumn, QHeaderView::Stretch);
+    header->setSectionResizeMode(ProblemsModel::RemedyColumn, QHeaderView::ResizeToContents);
+    // Of those that are seen: there may be many.
+    header->setResizeContentsPrecision(0);
 }
 
 void ProblemsPane::go(const QModelIndex &index)
