@@ -1,5 +1,7 @@
 #include "PluginSearch.h"
 
+#include "host/values/ErrorTexts.h"
+
 #include <QDir>
 #include <QFileInfo>
 #include <QLibrary>
@@ -54,7 +56,7 @@ public:
             lookAt(folder);
         else
             m_found.remarks.append(
-                QStringLiteral("the plug-in folder \"%1\" is passed over: others than you and the "
+                ErrorTexts::tr("the plug-in folder \"%1\" is passed over: others than you and the "
                                "administrator may write into it")
                     .arg(folder));
     }

@@ -91,10 +91,6 @@
         <translation>记录过早结束</translation>
     </message>
     <message>
-        <source>the record is damaged</source>
-        <translation>记录已损坏</translation>
-    </message>
-    <message>
         <source>the step leaves %1 bytes of the record</source>
         <translation>步骤没有读完记录，还剩 %1 字节</translation>
     </message>
@@ -529,16 +525,44 @@
         <translation>值</translation>
     </message>
     <message>
-        <source>plug-in &quot;%1&quot; is refused: plug-in &quot;%2&quot; has a step of type %3 already</source>
-        <translation>插件“%1”被拒绝：插件“%2”已有类型为 %3 的步骤</translation>
-    </message>
-    <message>
         <source>the plug-in gives no copy of the step %1</source>
         <translation>插件没有给出步骤 %1 的副本</translation>
     </message>
     <message>
         <source>the texts of the step %1: %2</source>
         <translation>步骤 %1 的文字：%2</translation>
+    </message>
+    <message>
+        <source>%1; it is passed over</source>
+        <translation>%1；已跳过</translation>
+    </message>
+    <message>
+        <source>the plug-in folder &quot;%1&quot; is passed over: others than you and the administrator may write into it</source>
+        <translation>已跳过插件文件夹“%1”：除您和管理员之外，其他人也可以写入</translation>
+    </message>
+    <message>
+        <source>version %1</source>
+        <translation>版本 %1</translation>
+    </message>
+    <message>
+        <source>it is %1 of %2, and plug-in &quot;%3&quot;, %4 of it, is loaded already</source>
+        <translation>它是 %2 的%1，而该插件的%4“%3”已经加载</translation>
+    </message>
+    <message>
+        <source>plug-in &quot;%1&quot; has a step of type %2 already</source>
+        <translation>插件“%1”已有类型为 %2 的步骤</translation>
+    </message>
+    <message>
+        <source>%1; it may be of a plug-in that was passed over: %2</source>
+        <translation>%1；它可能属于被跳过的插件：%2</translation>
+    </message>
+    <message>
+        <source>plug-in &quot;%1&quot;, %2, and plug-in &quot;%3&quot;, %4, both have an icon %5; steps of one are shown with that of the other</source>
+        <translation>插件“%1”（%2）和插件“%3”（%4）都有图标 %5；其中一个插件的步骤会显示另一个的图标</translation>
+    </message>
+    <message>
+        <source>the record is damaged, or one of a newer version of the step</source>
+        <translation>记录已损坏，或者来自步骤的更新版本</translation>
     </message>
 </context>
 <context>
@@ -1178,10 +1202,10 @@
     </message>
 </context>
 <context>
-    <name>Workbench::PluginLoading</name>
+    <name>Workbench::PluginStart</name>
     <message>
         <source>There is no plug-in in %1.</source>
-        <translation>在 %1 中没有插件。</translation>
+        <translation>%1 中没有插件。</translation>
     </message>
 </context>
 <context>
