@@ -4,6 +4,7 @@
 #include "hostapi/IOperationPlugin.h"
 #include "hostapi/Operation.h"
 
+#include <QJsonObject>
 #include <QPluginLoader>
 #include <QPointer>
 
@@ -17,6 +18,9 @@ struct CheckEnd
     CheckOutcome outcome;
     QString reason;
 };
+
+/// The memory that a check may have in a process of its own, in bytes: many times of what a sound plug-in takes.
+constexpr qint64 memoryOfCheck = qint64(1) << 30;
 
 /// Ends the check. \a reason is one line that says what was found and what would be right.
 /// @{
@@ -78,6 +82,17 @@ public:
     const QVector<CheckFact> &facts() const
     {
         return m_facts;
+    }
+
+    /// What the library's file tells of the plug-in; nothing of it is run. Another QPluginLoader would keep the library in
+    /// memory for good, unless told not to.
+    QJsonObject metaData() const
+    {
+        return m_loader.metaData();
+    }
+    bool isLoaded() const
+    {
+        return m_loader.isLoaded();
     }
 
     /// The root object's contract. Fails the check when the plug-in does not load or has none.

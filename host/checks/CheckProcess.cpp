@@ -12,6 +12,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QLocale>
 #include <QProcessEnvironment>
 #include <QSaveFile>
 #include <QUuid>
@@ -68,14 +69,38 @@ void setFolders(QProcessEnvironment &environment, const QString &folder)
 #endif
 }
 
+const QString againVariable = QStringLiteral("QUILLMAP_CHECK_AGAIN");
 const QString elsewhereVariable = QStringLiteral("QUILLMAP_CHECK_ELSEWHERE");
+
+// Nobody but root sets a clock, but between the two ends of the date line there are 26 hours: whatever time it is, it is
+// another day here than elsewhere.
+void setHere(QProcessEnvironment &environment)
+{
+    environment.insert(QStringLiteral("TZ"), QStringLiteral("<+14>-14"));
+}
 
 void setElsewhere(QProcessEnvironment &environment)
 {
-    environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("de_DE.UTF-8"));
-    environment.insert(QStringLiteral("LANGUAGE"), QStringLiteral("de"));
-    environment.insert(QStringLiteral("TZ"), QStringLiteral("Asia/Kathmandu"));
+    const bool isGerman = QLocale::system().language() == QLocale::German;
+    environment.insert(QStringLiteral("LC_ALL"),
+                       isGerman ? QStringLiteral("fr_FR.UTF-8") : QStringLiteral("de_DE.UTF-8"));
+    environment.insert(QStringLiteral("LANGUAGE"), isGerman ? QStringLiteral("fr") : QStringLiteral("de"));
+    environment.insert(QStringLiteral("TZ"), QStringLiteral("<-12>12"));
     environment.insert(elsewhereVariable, QStringLiteral("1"));
+}
+
+// A library that was built with a sanitizer takes only its own allocator, which has to be there before all others.
+void preloadSanitizer(QProcessEnvironment &environment, const QString &runtime)
+{
+    if (runtime.isEmpty())
+        return;
+    environment.insert(QStringLiteral("LD_PRELOAD"), runtime);
+    // What Qt keeps until the end of a process is no leak of the plug-in's, and what damaged records ask for is a lot.
+    const QString name = QStringLiteral("ASAN_OPTIONS");
+    environment.insert(
+        name,
+        QStringLiteral("detect_leaks=0:quarantine_size_mb=16:clear_shadow_mmap_threshold=1048576:")
+            + environment.value(name));
 }
 } // namespace
 
@@ -118,8 +143,11 @@ QProcessEnvironment CheckProcess::environment() const
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     markProcessTree(environment, m_mark);
     setFolders(environment, m_task.folder);
-    if (m_task.isElsewhere)
-        setElsewhere(environment);
+    if (m_task.isAgain)
+        environment.insert(againVariable, QStringLiteral("1"));
+    if (m_task.worlds == CheckWorlds::Elsewhere)
+        m_task.isAgain ? setElsewhere(environment) : setHere(environment);
+    preloadSanitizer(environment, m_task.preload);
     return environment;
 }
 
@@ -238,6 +266,7 @@ CheckSetup handedCheckSetup(const IconRenderer &renderer)
 {
     const QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     CheckSetup setup{renderer, environment.value(seedVariable, QStringLiteral("1")).toUInt()};
+    setup.isAgain = environment.contains(againVariable);
     setup.isElsewhere = environment.contains(elsewhereVariable);
     setup.scripts = environment.value(scriptsVariable).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
     setup.companions = environment.value(companionsVariable).split(QLatin1Char('\n'), Qt::SkipEmptyParts);

@@ -20,7 +20,9 @@ struct CheckTask
     QString checkId;
     QString
         folder; ///< Exists, and is empty: the process has its home, temporary files and current folder below it.
-    bool isElsewhere = false; ///< With another locale, time zone and day.
+    QString preload; ///< A library that has to be there before the plug-in; empty for none.
+    CheckWorlds worlds = CheckWorlds::One; ///< Of the check.
+    bool isAgain = false; ///< Whether the process is the second one for the check.
 };
 
 /// How the process of a check ended.

@@ -76,17 +76,33 @@ QString line(CheckOutcome outcome, const QString &what)
     return QStringLiteral("  %1 %2\n").arg(outcomeWord(outcome), -9).arg(what);
 }
 
-// Of those that passed only those that were waived, unless all are asked for.
+// Of those that passed only those that were waived, and what several checks tell alike once, unless all are asked for.
 QString linesOf(const PluginReport &report, CheckOutcome outcome, bool isVerbose)
 {
-    QString text;
+    struct Line
+    {
+        QString id;
+        QString reason;
+        int more = 0;
+    };
+    QVector<Line> lines;
     for (const CheckResult &result : report.results) {
         const bool isTold = isVerbose || outcome != CheckOutcome::Passed || !result.reason.isEmpty();
         if (result.outcome != outcome || !isTold)
             continue;
+        auto *const same = std::find_if(lines.begin(), lines.end(),
+                                        [&result](const Line &told) { return told.reason == result.reason; });
+        if (isVerbose || same == lines.end())
+            lines.append({result.id, result.reason});
+        else
+            ++same->more;
+    }
+    QString text;
+    for (const Line &told : qAsConst(lines)) {
+        const QString more = told.more > 0 ? QStringLiteral(" and %1 more").arg(told.more) : QString();
         const QString reason =
-            result.reason.isEmpty() ? QString() : QLatin1String(": ") + inOneLine(result.reason);
-        text += line(outcome, result.id + reason);
+            told.reason.isEmpty() ? QString() : QLatin1String(": ") + inOneLine(told.reason);
+        text += line(outcome, told.id + more + reason);
     }
     return text;
 }

@@ -2,9 +2,11 @@
 
 #include "CheckContext.h"
 #include "Company.h"
+#include "HashOrder.h"
 #include "PluginRun.h"
 #include "host/files/LeftBehind.h"
 #include "host/running/Breadcrumb.h"
+#include "host/running/ProcessProbe.h"
 #include "host/running/ProcessTree.h"
 #include "host/scripts/ScriptFile.h"
 
@@ -205,8 +207,11 @@ bool runCheckWorker(const QString &fileName, const QString &id, const QString &r
     leadProcessTree();
     adoptOrphans();
     leaveBreadcrumbsIn(breadcrumbFileOf(resultFile));
+    const CheckSetup setup = handedCheckSetup(renderer);
+    fixHashOrder(setup.isAgain);
+    const MemoryLimit limit(memoryOfCheck);
     bool isWritten = false;
-    runPluginCheck(*check, fileName, handedCheckSetup(renderer),
+    runPluginCheck(*check, fileName, setup,
                    [&](const CheckResult &result) { isWritten = writeCheckResult(resultFile, result); });
     noteCall(endingCall);
     return isWritten;

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <new>
 
 namespace StepHost
 {
@@ -20,6 +21,11 @@ CheckEnd endOf(const std::function<void()> &check)
         check();
     } catch (const CheckEnd &end) {
         return end;
+    } catch (const std::bad_alloc &) {
+        return {CheckOutcome::Failed,
+                QStringLiteral("the plug-in asks for more memory than the %1 MiB that a check has, in %2")
+                    .arg(memoryOfCheck >> 20)
+                    .arg(presentCall())};
     } catch (const std::exception &error) {
         return {CheckOutcome::Failed,
                 QStringLiteral("the plug-in threw %1").arg(quoted(QString::fromUtf8(error.what())))};
@@ -201,8 +207,15 @@ QObject &CheckContext::instance()
     if (!m_loader.isLoaded())
         noteCall("loading of the library");
     QObject *root = m_loader.instance();
+    const QString reason = root ? QString() : m_loader.errorString();
+    if (reason.contains(QLatin1String("symbol: __asan_"))
+        || reason.contains(QLatin1String("symbol: __tsan_")))
+        fail(QStringLiteral(
+                 "the library does not load: it was built with a sanitizer, and does not say whose; Clang "
+                 "does with -shared-libsan (%1)")
+                 .arg(reason));
     if (!root)
-        fail(QStringLiteral("the library does not load: %1").arg(m_loader.errorString()));
+        fail(QStringLiteral("the library does not load: %1").arg(reason));
     return *root;
 }
 

@@ -56,8 +56,8 @@ using IconRenderer = std::function<IconDrawing(const QString &path)>;
 /// In how many processes a check is done. All have to find the same facts.
 enum class CheckWorlds {
     One,
-    Again, ///< In another process, too.
-    Elsewhere, ///< The same, where the locale, the time zone and the day are others.
+    Again, ///< In another process, too, where hashes have another order.
+    Elsewhere, ///< The same, where the locale and the time zone are others, and by these the day.
 };
 
 /// One thing that a plug-in has to keep.
@@ -85,6 +85,7 @@ struct CheckSetup
 {
     IconRenderer renderer; ///< Without one the checks that need to draw are skipped.
     unsigned seed = 1; ///< Of all that is chosen at random.
+    bool isAgain = false; ///< Whether this is the second process for the check.
     bool isElsewhere =
         false; ///< Whether facts are compared with those of another process, which did other runs before.
     QStringList scripts = {}; ///< The files of scripts whose steps are to be run, too; absolute paths.

@@ -1,5 +1,8 @@
 #include "PluginRun.h"
 
+#include "host/plugins/LibraryFile.h"
+#include "host/running/ProcessProbe.h"
+
 #include <QDir>
 #include <QHash>
 #include <QTimer>
@@ -18,7 +21,8 @@ int worldCount(const PluginCheck &check)
 
 PluginRun::PluginRun(const QString &fileName, const CheckRunOptions &options,
                      const std::function<void()> &progress)
-    : m_fileName(fileName), m_options(options), m_progress(progress)
+    : m_fileName(fileName), m_options(options), m_progress(progress),
+      m_preload(isSanitized() ? QString() : sanitizerRuntimeOf(fileName))
 {
     if (!m_options.baseline.isEmpty() && m_options.releaseFile.isEmpty())
         m_options.releaseFile = m_folder.filePath(QStringLiteral("release"));
@@ -91,8 +95,8 @@ QVector<CheckProcessEnd> PluginRun::runHere(const QVector<PluginCheck> &checks) 
 {
     QVector<CheckProcessEnd> ends;
     for (const PluginCheck &check : checks) {
-        const CheckSetup setup{m_options.renderer, m_options.seed, false, m_options.scripts,
-                               m_options.companions};
+        const CheckSetup setup{m_options.renderer, m_options.seed,      false, false,
+                               m_options.scripts,  m_options.companions};
         ends.append({runPluginCheck(check, m_fileName, setup), std::nullopt});
         m_progress();
     }
@@ -122,8 +126,7 @@ void PluginRun::start(const Start &start)
     const PluginCheck &check = m_jobs.at(start.job).check;
     const QString folder = m_folder.filePath(QStringLiteral("%1-%2").arg(check.id).arg(start.world));
     QDir().mkpath(folder);
-    const CheckTask task{m_fileName, check.id, folder,
-                         start.world > 0 && check.worlds == CheckWorlds::Elsewhere};
+    const CheckTask task{m_fileName, check.id, folder, m_preload, check.worlds, start.world > 0};
     auto *process = new CheckProcess(task, m_options);
     m_processes.insert(process);
     process->start([this, start, process](const CheckProcessEnd &end) {

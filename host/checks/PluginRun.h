@@ -59,6 +59,7 @@ private:
     QString m_fileName;
     CheckRunOptions m_options;
     std::function<void()> m_progress;
+    QString m_preload;
     TemporaryFolder m_folder;
     QVector<Job> m_jobs;
     QVector<Start> m_starts;

@@ -3,9 +3,101 @@
 #include "ElfFile.h"
 
 #include <QFile>
+#include <QSysInfo>
+#include <QtEndian>
 
 namespace StepHost
 {
+namespace
+{
+struct Processor
+{
+    quint16 elfMachine;
+    quint16 peMachine;
+    const char *name; ///< As QSysInfo calls it.
+};
+
+constexpr Processor processors[] = {{3, 0x14c, "i386"},     {62, 0x8664, "x86_64"}, {40, 0x1c4, "arm"},
+                                    {183, 0xaa64, "arm64"}, {243, 0x5064, "riscv"}, {21, 0, "power64"},
+                                    {20, 0, "power"},       {22, 0, "s390x"},       {8, 0, "mips"},
+                                    {258, 0, "loongarch64"}};
+
+QString processorNamed(quint16 Processor::*machine, quint16 number)
+{
+    for (const Processor &processor : processors) {
+        if (processor.*machine == number)
+            return QLatin1String(processor.name);
+    }
+    return QStringLiteral("another processor");
+}
+
+// The number of two bytes at `at`; 0 when they are not there.
+quint16 numberAt(const QByteArray &bytes, int at, bool isBigEndian)
+{
+    if (at < 0 || at > bytes.size() - 2)
+        return 0;
+    return isBigEndian ? qFromBigEndian<quint16>(bytes.constData() + at)
+                       : qFromLittleEndian<quint16>(bytes.constData() + at);
+}
+
+QString platformOfElf(const QByteArray &bytes)
+{
+    constexpr int bigEndian = 2;
+    constexpr int placeOfMachine = 18;
+    return QStringLiteral("Linux or its kin on ")
+        + processorNamed(&Processor::elfMachine, numberAt(bytes, placeOfMachine, bytes.at(5) == bigEndian));
+}
+
+QString platformOfPe(const QByteArray &bytes)
+{
+    constexpr int placeOfHeader = 0x3c;
+    const int header = numberAt(bytes, placeOfHeader, false);
+    if (bytes.mid(header, 4) != QByteArray("PE\0\0", 4))
+        return QString();
+    return QStringLiteral("Windows on ")
+        + processorNamed(&Processor::peMachine, numberAt(bytes, header + 4, false));
+}
+
+QString thisPlatform()
+{
+#ifdef Q_OS_WIN
+    const QString system = QStringLiteral("Windows on ");
+#else
+    const QString system = QStringLiteral("Linux or its kin on ");
+#endif
+    return system + QSysInfo::buildCpuArchitecture();
+}
+} // namespace
+
+QString foreignPlatformOf(const QString &fileName)
+{
+    constexpr int beginning = 4096;
+    QFile file(fileName);
+    const QByteArray bytes = file.open(QIODevice::ReadOnly) ? file.read(beginning) : QByteArray();
+    QString platform;
+    if (bytes.startsWith("\x7f"
+                         "ELF")
+        && bytes.size() > 20)
+        platform = platformOfElf(bytes);
+    else if (bytes.startsWith("MZ"))
+        platform = platformOfPe(bytes);
+    else if (bytes.startsWith("\xcf\xfa\xed\xfe") || bytes.startsWith("\xca\xfe\xba\xbe"))
+        platform = QStringLiteral("macOS");
+    return platform == thisPlatform() ? QString() : platform;
+}
+
+QString sanitizerRuntimeOf(const QString &fileName)
+{
+    const QStringList needed = readLibraryFile(fileName).needed;
+    for (const QString &name : needed) {
+        for (const char *runtime : {"libasan.so", "libtsan.so", "libclang_rt.asan", "libclang_rt.tsan"}) {
+            if (name.startsWith(QLatin1String(runtime)))
+                return name;
+        }
+    }
+    return QString();
+}
+
 #ifdef STEPHOST_HAS_ELF
 namespace
 {

@@ -16,4 +16,11 @@ struct LibraryFile
 
 /// Reads \a fileName, which is not trusted.
 LibraryFile readLibraryFile(const QString &fileName);
+
+/// The system and the processor that the library \a fileName is for, such as `Windows on arm64`, when these are not those
+/// of this program; empty when they are, and for a file that is no library. Reads the file's beginning only.
+QString foreignPlatformOf(const QString &fileName);
+
+/// The library that has to be in a process before \a fileName, because that was built with a sanitizer; empty for most.
+QString sanitizerRuntimeOf(const QString &fileName);
 } // namespace StepHost

@@ -45,6 +45,11 @@ void noteCall(const char *call, const QObject *object)
     *end = '\0';
 }
 
+QString presentCall()
+{
+    return QString::fromUtf8(crumb);
+}
+
 QString lastBreadcrumb(const QString &fileName)
 {
     QFile file(fileName);

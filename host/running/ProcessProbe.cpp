@@ -32,12 +32,6 @@ constexpr bool isBuiltSanitized = __has_feature(address_sanitizer) || __has_feat
 constexpr bool isBuiltSanitized = false;
 #endif
 
-// Whatever this program was built with: a library that was loaded may have brought the sanitizer along.
-bool isSanitized()
-{
-    return isBuiltSanitized || dlsym(RTLD_DEFAULT, "__asan_init") != nullptr;
-}
-
 // The field `name`, in KiB, of what the kernel tells about this process.
 std::optional<qint64> statusField(const QByteArray &name)
 {
@@ -57,6 +51,12 @@ int entriesOf(const QString &directory)
     return QDir(directory).entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot).size();
 }
 } // namespace
+
+bool isSanitized()
+{
+    return isBuiltSanitized || dlsym(RTLD_DEFAULT, "__asan_init") != nullptr
+        || dlsym(RTLD_DEFAULT, "__tsan_init") != nullptr;
+}
 
 std::optional<qint64> residentMemory()
 {
@@ -237,6 +237,11 @@ std::optional<qint64> MemoryLimit::bytes() const
 }
 
 #if !defined(Q_OS_LINUX)
+bool isSanitized()
+{
+    return false;
+}
+
 std::optional<qint64> machineMemory()
 {
     return std::nullopt;

@@ -34,6 +34,10 @@ bool isInLibrary(const QString &fileName, const void *address);
 /// system does not tell.
 std::optional<qint64> machineMemory();
 
+/// Whether the running process has a sanitizer that takes more memory than any machine has, be it its own or one that a
+/// library brought along.
+bool isSanitized();
+
 /// While it lives, an allocation fails that would give this process more than a number of bytes of memory of its own
 /// altogether, be it used or not. Does nothing where the system, or a sanitizer, does not allow it.
 class MemoryLimit

@@ -206,7 +206,7 @@ if(NOT status EQUAL 0)
 endif()
 file(GLOB module ${build}/plugins/*ListOperPlugin.*)
 execute_process(
-    COMMAND ${STEPCTL} check ${module}
+    COMMAND ${STEPCTL} check ${module} --waive ${copy}/plugin/waivers.txt --strict
     OUTPUT_VARIABLE output
     ERROR_VARIABLE output
     RESULT_VARIABLE status)

@@ -249,6 +249,7 @@ private slots:
     void aFaultIsFound();
     void whatIsOnlyUnusualIsNotBlamed_data();
     void whatIsOnlyUnusualIsNotBlamed();
+    void aSanitizedPluginIsNotBlamed();
     void everyCheckIsFailedBySomeFault();
 };
 
@@ -326,6 +327,16 @@ void TestUnlistedFaults::whatIsOnlyUnusualIsNotBlamed()
     const auto checks = selectChecks(families, leftOut);
     QVERIFY(checks);
     QCOMPARE(findings(check(TestPaths::faultyPlugin("unlisted"), *checks)).join('\n'), QString());
+}
+
+void TestUnlistedFaults::aSanitizedPluginIsNotBlamed()
+{
+    const QString plugin = TestPaths::faultyPlugin("unlisted-sanitized");
+    if (!QFile::exists(plugin))
+        QSKIP("it is built with GCC only, and where stepctl is a plain program");
+    const auto checks = selectChecks({}, {"manners.memory"}); // Memory that is allocated cannot be counted.
+    QVERIFY(checks);
+    QCOMPARE(findings(check(plugin, *checks)).join('\n'), QString());
 }
 
 void TestUnlistedFaults::everyCheckIsFailedBySomeFault()

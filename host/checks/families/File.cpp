@@ -74,7 +74,7 @@ void checkNeeded(CheckContext &context)
 void checkDebug(CheckContext &context)
 {
 #ifdef QT_NO_DEBUG
-    if (QPluginLoader(context.fileName()).metaData().value(QLatin1String("debug")).toBool())
+    if (context.metaData().value(QLatin1String("debug")).toBool())
         warn(QStringLiteral("the library is a debug build; ship one with CMAKE_BUILD_TYPE=Release"));
 #else
     Q_UNUSED(context)

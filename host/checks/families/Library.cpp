@@ -1,6 +1,7 @@
 #include "host/checks/CheckContext.h"
 #include "host/checks/snapshot/MemoryUse.h"
 #include "host/plugins/ExportedSymbols.h"
+#include "host/plugins/LibraryFile.h"
 #include "host/plugins/PluginLoader.h"
 #include "host/running/Breadcrumb.h"
 #include "host/running/ProcessProbe.h"
@@ -25,10 +26,23 @@ constexpr int allowedLoadTime = 1000;
 constexpr int reloads = 20;
 constexpr qint64 allowedReloadGrowth = qint64(8) * 1024 * 1024;
 
+// Before any code of a library for something else is run.
+void expectInterface(const CheckContext &context)
+{
+    const QString id = context.metaData().value(QLatin1String("IID")).toString();
+    if (!id.isEmpty() && id != QLatin1String(IOperationPlugin_iid))
+        fail(QStringLiteral("the metadata names the interface %1 instead of %2; nothing of it was run")
+                 .arg(quoted(id), quoted(QLatin1String(IOperationPlugin_iid))));
+}
+
 void checkLoads(CheckContext &context)
 {
     if (!QFileInfo(context.fileName()).isFile())
         fail(QStringLiteral("there is no file %1").arg(inOneLine(context.fileName())));
+    const QString platform = foreignPlatformOf(context.fileName());
+    if (!platform.isEmpty())
+        fail(QStringLiteral("the library is for %1, not for this system and processor").arg(platform));
+    expectInterface(context);
     context.plugin();
 }
 
@@ -39,21 +53,12 @@ void introduce(CheckContext &context)
     context.tell(QLatin1String(versionFact), bounded(context.plugin().version(), shown));
 }
 
-void checkInterfaceId(CheckContext &context)
-{
-    const QString id = QPluginLoader(context.fileName()).metaData().value(QLatin1String("IID")).toString();
-    if (id != QLatin1String(IOperationPlugin_iid))
-        fail(QStringLiteral("the metadata names the interface %1 instead of %2")
-                 .arg(quoted(id), quoted(QLatin1String(IOperationPlugin_iid))));
-}
-
 void checkMetaData(CheckContext &context)
 {
-    const QPluginLoader loader(context.fileName());
-    const QString className = loader.metaData().value(QLatin1String("className")).toString();
+    const QString className = context.metaData().value(QLatin1String("className")).toString();
     if (className.isEmpty())
         fail(QStringLiteral("the metadata names no class"));
-    if (loader.isLoaded())
+    if (context.isLoaded())
         skip(QStringLiteral("the library was loaded before"));
     const QString actual = QString::fromUtf8(context.instance().metaObject()->className());
     if (actual != className)
@@ -300,7 +305,6 @@ QVector<PluginCheck> libraryChecks()
     return {
         {"library.loads", "The library loads, and its root object implements the contract.", checkLoads,
          CheckWorlds::One, introduce},
-        {"library.interface-id", "The metadata names the contract's interface.", checkInterfaceId},
         {"library.metadata", "The metadata can be read without loading, and names the root object's class.",
          checkMetaData},
         {"library.load-time", "Loading and making the prototypes takes at most 1000 ms.", checkLoadTime},

@@ -87,6 +87,27 @@ void checkTranslated(CheckContext &context)
     }
 }
 
+// Categories without a weight that have one while nothing is translated.
+void checkTranslatedWeights(CheckContext &context)
+{
+    const QMap<QString, int> before = context.plugin().manifest().categoryOrder;
+    QVector<bool> hadWeight;
+    const QList<Operation *> steps = context.newSteps();
+    for (const Operation *step : steps)
+        hadWeight.append(before.contains(step->root()));
+    PseudoTranslator translator;
+    QCoreApplication::installTranslator(&translator);
+    const auto uninstall = qScopeGuard([&translator] { QCoreApplication::removeTranslator(&translator); });
+    const QMap<QString, int> after = context.plugin().manifest().categoryOrder;
+    for (int i = 0; i < steps.size(); ++i) {
+        if (hadWeight.at(i) && !after.contains(steps.at(i)->root()))
+            warn(QStringLiteral(
+                     "the category %1 has no weight when the host is translated: categoryOrder has %2")
+                     .arg(quoted(steps.at(i)->root()),
+                          quoted(QStringList(after.keys()).join(QLatin1Char('|')))));
+    }
+}
+
 void expectValid(const char *member, const QString &text)
 {
     const QString flaw = flawOf(text);
@@ -115,6 +136,8 @@ QVector<PluginCheck> nameChecks()
         {"identity.texts", "Names are valid text of one line.", checkTexts},
         {"identity.translated", "What is kept in files does not change with the language of the host.",
          checkTranslated},
+        {"identity.translated-weights", "A category keeps its weight when the host is translated.",
+         checkTranslatedWeights},
         {"identity.company",
          "No other plug-in that is checked in the same call has the same ids, prefix and icons.",
          checkCompany},

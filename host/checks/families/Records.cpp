@@ -238,8 +238,8 @@ QVector<PluginCheck> recordChecks()
          "Records can be written to and read from a device in a row, such as a pipe.", checkSequential},
         {"persistence.place", "A record is the same wherever in a file it stands.", checkPlace},
         {"persistence.anywhere",
-         "A record is the same in every process, locale and time zone, and on every day.", checkAnywhere,
-         CheckWorlds::Elsewhere},
+         "A record is the same in every process, locale and time zone, whatever day it is there.",
+         checkAnywhere, CheckWorlds::Elsewhere},
         {"persistence.long-records", "Long records are loaded without a crash and within a bound of memory.",
          checkLongRecords},
     };
