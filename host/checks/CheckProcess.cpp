@@ -74,10 +74,8 @@ const QString elsewhereVariable = QStringLiteral("QUILLMAP_CHECK_ELSEWHERE");
 
 // Nobody but root sets a clock, but between the two ends of the date line there are 26 hours: whatever time it is, it is
 // another day here than elsewhere.
-void setHere(QProcessEnvironment &environment)
-{
-    environment.insert(QStringLiteral("TZ"), QStringLiteral("<+14>-14"));
-}
+const QString firstTimeZone = QStringLiteral("<+14>-14");
+const QString lastTimeZone = QStringLiteral("<-12>12");
 
 void setElsewhere(QProcessEnvironment &environment)
 {
@@ -85,7 +83,7 @@ void setElsewhere(QProcessEnvironment &environment)
     environment.insert(QStringLiteral("LC_ALL"),
                        isGerman ? QStringLiteral("fr_FR.UTF-8") : QStringLiteral("de_DE.UTF-8"));
     environment.insert(QStringLiteral("LANGUAGE"), isGerman ? QStringLiteral("fr") : QStringLiteral("de"));
-    environment.insert(QStringLiteral("TZ"), QStringLiteral("<-12>12"));
+    environment.insert(QStringLiteral("TZ"), lastTimeZone);
     environment.insert(elsewhereVariable, QStringLiteral("1"));
 }
 
@@ -94,7 +92,8 @@ void preloadSanitizer(QProcessEnvironment &environment, const QString &runtime)
 {
     if (runtime.isEmpty())
         return;
-    environment.insert(QStringLiteral("LD_PRELOAD"), runtime);
+    const QString preload = QStringLiteral("LD_PRELOAD");
+    environment.insert(preload, (runtime + QLatin1Char(' ') + environment.value(preload)).trimmed());
     // What Qt keeps until the end of a process is no leak of the plug-in's, and what damaged records ask for is a lot.
     const QString name = QStringLiteral("ASAN_OPTIONS");
     environment.insert(
@@ -146,7 +145,9 @@ QProcessEnvironment CheckProcess::environment() const
     if (m_task.isAgain)
         environment.insert(againVariable, QStringLiteral("1"));
     if (m_task.worlds == CheckWorlds::Elsewhere)
-        m_task.isAgain ? setElsewhere(environment) : setHere(environment);
+        environment.insert(QStringLiteral("TZ"), firstTimeZone);
+    if (m_task.worlds == CheckWorlds::Elsewhere && m_task.isAgain)
+        setElsewhere(environment);
     preloadSanitizer(environment, m_task.preload);
     return environment;
 }

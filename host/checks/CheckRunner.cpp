@@ -27,15 +27,14 @@ const QString olderLoadsId = QLatin1String(baselineLoadsId);
 /// Checks, by when they are done.
 struct CheckPlan
 {
-    explicit CheckPlan(const QVector<PluginCheck> &checks);
+    CheckPlan(const QVector<PluginCheck> &checks, bool isKnownToLoad);
 
     int size() const
     {
         return loads.size() + plain.size() + olderLoads.size() + compared.size();
     }
 
-    const QVector<PluginCheck> loads{
-        pluginChecks().first()}; ///< First of all, whether anybody asks for it or not.
+    QVector<PluginCheck> loads{pluginChecks().first()}; ///< First of all, unless it is known and nobody asks.
     QVector<PluginCheck> plain;
     QVector<PluginCheck>
         olderLoads; ///< The same for an older release, when the plug-in is compared with one.
@@ -43,7 +42,8 @@ struct CheckPlan
     QStringList unasked; ///< The ids of what nobody asks for.
 };
 
-CheckPlan::CheckPlan(const QVector<PluginCheck> &checks) : unasked{loads.first().id, olderLoadsId}
+CheckPlan::CheckPlan(const QVector<PluginCheck> &checks, bool isKnownToLoad)
+    : unasked{loads.first().id, olderLoadsId}
 {
     for (const PluginCheck &check : checks) {
         const bool isOfBaseline = check.id.startsWith(QLatin1String("baseline."));
@@ -53,6 +53,8 @@ CheckPlan::CheckPlan(const QVector<PluginCheck> &checks) : unasked{loads.first()
             continue;
         (isOfBaseline ? compared : plain).append(check);
     }
+    if (isKnownToLoad && unasked.contains(loads.first().id))
+        loads.clear();
 }
 
 // The results of `ends`, without those that passed and nobody asks for. A process that dies while the library is
@@ -92,7 +94,7 @@ class PluginsRun
 {
 public:
     PluginsRun(const QVector<PluginCheck> &checks, const CheckRunOptions &options, int files)
-        : m_plan(checks), m_options(options), m_total(files * m_plan.size())
+        : m_plan(checks, options.isKnownToLoad), m_options(options), m_total(files * m_plan.size())
     {
     }
 
@@ -169,9 +171,9 @@ std::optional<PluginReport> PluginsRun::check(const QString &file)
     const QDateTime started = QDateTime::currentDateTimeUtc();
     PluginRun run(QFileInfo(file).absoluteFilePath(), optionsFor(file), [this] { progress(); });
     QVector<CheckProcessEnd> ends = run.run(m_plan.loads);
-    const CheckProcessEnd loads = ends.constFirst();
     if (run.isInterrupted())
         return std::nullopt;
+    const CheckProcessEnd loads = ends.isEmpty() ? CheckProcessEnd() : ends.constFirst();
     ends += hasLoaded(loads)
         ? checkLoaded(run)
         : skipAll(m_plan.plain + m_plan.olderLoads + m_plan.compared, "the library does not load");

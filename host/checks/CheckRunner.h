@@ -36,6 +36,8 @@ struct CheckRunOptions
     QStringList companions; ///< Plug-ins whose steps these scripts may use, too.
     QString
         baseline; ///< An older release to compare with, which only a process of its own loads; empty for none.
+    bool isKnownToLoad =
+        false; ///< Saves a process where `library.loads` is not asked for; the report has no names then.
     QString releaseFile; ///< Between processes only: the file for what that release gives.
 
     /// Called after every check with the number of checks that are done, and of all.

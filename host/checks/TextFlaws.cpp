@@ -12,6 +12,9 @@ QString flaw(const QString &text, bool mayHaveLines)
         const bool isLayout = c == QLatin1Char('\n') || c == QLatin1Char('\t');
         if (c.category() == QChar::Other_Control && !(mayHaveLines && isLayout))
             return QStringLiteral("has the control character %1").arg(code);
+        const bool isSeparator = c == QChar(QChar::LineSeparator) || c == QChar(QChar::ParagraphSeparator);
+        if (isSeparator && !mayHaveLines)
+            return QStringLiteral("has the line end %1").arg(code);
         if (c == QChar(QChar::ReplacementCharacter))
             return QStringLiteral("has a replacement character, which stands for bytes that are no UTF-8");
         if (c.isHighSurrogate() && i + 1 < text.size() && text.at(i + 1).isLowSurrogate())

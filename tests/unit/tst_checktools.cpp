@@ -2,7 +2,10 @@
 #include "host/checks/CheckSelection.h"
 #include "host/checks/TextFlaws.h"
 #include "host/checks/Waivers.h"
+#include "host/plugins/LibraryFile.h"
+#include "tests/support/TestPaths.h"
 
+#include <QTemporaryFile>
 #include <QtTest>
 
 using namespace StepHost;
@@ -20,6 +23,8 @@ private slots:
     void waiversApply();
     void everyCheckIsExplained();
     void anUnknownCheckIsNotExplained();
+    void librariesForOtherSystems_data();
+    void librariesForOtherSystems();
     void flawsOfTexts_data();
     void flawsOfTexts();
 };
@@ -121,6 +126,43 @@ void TestCheckTools::anUnknownCheckIsNotExplained()
     QCOMPARE(text.error(), QString("there is no check \"clones\"; stepctl check --list shows them all"));
 }
 
+void TestCheckTools::librariesForOtherSystems_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QString>("platform");
+    const auto elf = [](char order, const QByteArray &machine) {
+        return QByteArray("\x7f"
+                          "ELF\x02")
+            + order + QByteArray(12, '\0') + machine + QByteArray(40, '\0');
+    };
+    const auto pe = [](const QByteArray &machine) {
+        return "MZ" + QByteArray(58, '\0') + QByteArray("\x40\0\0\0", 4) + QByteArray("PE\0\0", 4) + machine;
+    };
+    QTest::newRow("ARM") << elf(1, QByteArray("\xb7\0", 2)) << "Linux or its kin on arm64";
+    QTest::newRow("big-endian") << elf(2, QByteArray("\0\x16", 2)) << "Linux or its kin on s390x";
+    QTest::newRow("unknown") << elf(1, QByteArray("\xff\xff", 2)) << "Linux or its kin on another processor";
+    QTest::newRow("Windows on ARM") << pe(QByteArray("\x64\xaa", 2)) << "Windows on arm64";
+    QTest::newRow("macOS") << QByteArray("\xcf\xfa\xed\xfe...") << "macOS";
+    QTest::newRow("cut off") << QByteArray("\x7f"
+                                           "ELF")
+                             << "";
+    QTest::newRow("MZ and nothing") << QByteArray("MZ") << "";
+    QTest::newRow("text") << QByteArray("#include") << "";
+    QTest::newRow("nothing") << QByteArray() << "";
+}
+
+void TestCheckTools::librariesForOtherSystems()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(QString, platform);
+    QTemporaryFile file;
+    QVERIFY(file.open());
+    QCOMPARE(file.write(bytes), qint64(bytes.size()));
+    file.close();
+    QCOMPARE(foreignPlatformOf(file.fileName()), platform);
+    QCOMPARE(foreignPlatformOf(TestPaths::listPlugin()), QString());
+}
+
 void TestCheckTools::flawsOfTexts_data()
 {
     QTest::addColumn<QString>("text");
@@ -130,6 +172,7 @@ void TestCheckTools::flawsOfTexts_data()
                              << "has the control character U+0007";
     QTest::newRow("line end") << "a\nb"
                               << "has the control character U+000A";
+    QTest::newRow("separator") << QString(QChar(0x2028)) << "has the line end U+2028";
     QTest::newRow("replacement") << QString(QChar(0xfffd))
                                  << "has a replacement character, which stands for bytes that are no UTF-8";
     QTest::newRow("half") << QString(QChar(0xd83d)) << "has a half of a surrogate pair, U+D83D";
@@ -140,7 +183,8 @@ void TestCheckTools::flawsOfTexts()
     QFETCH(QString, text);
     QFETCH(QString, flaw);
     QCOMPARE(flawOf(text), flaw);
-    QCOMPARE(flawOfLines(text), text.contains('\n') ? QString() : flaw);
+    const bool hasLines = text.contains('\n') || text.contains(QChar(0x2028));
+    QCOMPARE(flawOfLines(text), hasLines ? QString() : flaw);
 }
 
 QTEST_GUILESS_MAIN(TestCheckTools)

@@ -3,6 +3,7 @@
 #include "host/checks/trial/SettingValues.h"
 #include "host/checks/trial/Trials.h"
 #include "host/running/Breadcrumb.h"
+#include "host/running/WarningCapture.h"
 #include "host/values/QuotedText.h"
 
 #include <QPointer>
@@ -76,9 +77,15 @@ void checkNoScope(CheckContext &context)
     VariableScope scope;
     context.forEachStep([&](Operation &step) {
         step.setVariableScope(&scope);
-        const VariableScope *copied = scopeOf(context.cloneOf(step));
+        bool isCopied = scopeOf(context.cloneOf(step));
+        {
+            const WarningCapture log(WarningCapture::AllLevels);
+            noteCall("doOperation()", &step);
+            step.doOperation();
+        }
+        isCopied = isCopied || scopeOf(context.cloneOf(step));
         step.setVariableScope(nullptr);
-        if (copied)
+        if (isCopied)
             fail(QStringLiteral("the clone has its source's scope; it has to start without one"));
     });
 }

@@ -115,6 +115,9 @@ void checkDrawing(const QString &path, const QByteArray &bytes)
     while (!xml.atEnd()) {
         if (xml.readNext() != QXmlStreamReader::StartElement)
             continue;
+        if (xml.name() == QLatin1String("script") || xml.name() == QLatin1String("foreignObject"))
+            fail(QStringLiteral("%1 has an element %2, which not every host draws, and none runs")
+                     .arg(quoted(path), quoted(xml.name().toString())));
         const QXmlStreamAttributes attributes = xml.attributes();
         for (const QXmlStreamAttribute &attribute : attributes) {
             const QString value = attribute.value().toString().trimmed();

@@ -239,8 +239,16 @@ void checkIdentityAndScope(CheckContext &context)
 
 void checkDefaults(CheckContext &context)
 {
-    context.forEachTwins([](const Operation &step, const Operation &twin) {
-        expectSettings(step, readSettings(twin), QStringLiteral("in another set of prototypes"));
+    QVector<QVariantList> first;
+    const QList<Operation *> steps = context.newSteps();
+    for (Operation *step : steps) {
+        first.append(readSettings(*step));
+        changeSettings(*step); // What users do with one set is not to be seen in another.
+    }
+    int position = 0;
+    context.forEachStep([&](const Operation &step) {
+        const QVariantList expected = first.value(position++, readSettings(step));
+        expectSettings(step, expected, QStringLiteral("in another set of prototypes"));
     });
 }
 } // namespace

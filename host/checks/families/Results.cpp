@@ -12,6 +12,8 @@
 
 #include <QElapsedTimer>
 
+#include <algorithm>
+
 namespace StepHost
 {
 namespace
@@ -292,8 +294,7 @@ void checkFreshProcess(CheckContext &context)
     // An order that differs shows in many elements.
     constexpr int manyElements = 50;
     forEachTrials(context, [&context](Operation &step, const StepTrials &trials) {
-        const QVector<Trial> some = trials.writing.mid(0, 4);
-        for (const Trial &trial : some) {
+        for (const Trial &trial : trials.writing) {
             applySettings(step, trial.settings);
             VariableScope scope;
             fillLongScope(scope, trial.content, manyElements);

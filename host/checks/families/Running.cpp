@@ -117,6 +117,8 @@ void checkSettingsKept(CheckContext &context)
 {
     forEachRun(context, fillScope, [](const StepRun &run) {
         expectSettings(run.step, run.settings, QStringLiteral("after a run"));
+        if (!run.step.objectName().isEmpty() || run.step.parent())
+            fail(QStringLiteral("after a run the step has an object name or a parent"));
     });
 }
 

@@ -24,6 +24,10 @@ void expectNotEmpty(CheckContext &context, TextMember member, const char *name)
         changeSettings(step);
         if ((step.*member)().trimmed().isEmpty())
             fail(QStringLiteral("%1 is empty for changed settings").arg(QLatin1String(name)));
+        const QByteArray record = recordOf(step);
+        loadRecord(step, record.left(record.size() / 2));
+        if ((step.*member)().trimmed().isEmpty())
+            fail(QStringLiteral("%1 is empty after loading a damaged record").arg(QLatin1String(name)));
     });
 }
 
@@ -41,7 +45,8 @@ void checkOneLine(CheckContext &context)
 {
     context.forEachStep([](Operation &step) {
         setTexts(step, QStringLiteral("x"));
-        if (step.toString().contains(QLatin1Char('\n')))
+        static const QRegularExpression lineEnd(QStringLiteral("[\n\r\f\v\\x{85}\\x{2028}\\x{2029}]"));
+        if (step.toString().contains(lineEnd))
             fail(QStringLiteral("toString() has more than one line"));
     });
 }

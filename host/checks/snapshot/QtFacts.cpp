@@ -49,9 +49,21 @@ QStringList locales()
             fact("codec of the locale", codec ? QString::fromLatin1(codec->name()) : QString())};
 }
 
+// What a plug-in leaves to the application to delete lives longer than its library.
+QString childrenOfApplication()
+{
+    QStringList classes;
+    const QObjectList children = QCoreApplication::instance()->children();
+    for (const QObject *child : children)
+        classes.append(QString::fromUtf8(child->metaObject()->className()));
+    classes.sort();
+    return classes.join(QLatin1Char(' '));
+}
+
 QStringList application()
 {
     return {
+        fact("children of the application", childrenOfApplication()),
         fact("application name", QCoreApplication::applicationName()),
         fact("application version", QCoreApplication::applicationVersion()),
         fact("organisation name", QCoreApplication::organizationName()),

@@ -1,4 +1,4 @@
-// What a JoinStep holds: settings, copies, texts and records.
+// What a JoinStep holds: settings, copies and texts.
 
 #include "ActiveFault.h"
 #include "JoinStep.h"
@@ -6,16 +6,14 @@
 #include "hostapi/VariableScope.h"
 
 #include <QCoreApplication>
-#include <QDataStream>
 #include <QDateTime>
 #include <QElapsedTimer>
-#include <QHash>
-#include <QIODevice>
 #include <QLocale>
 #include <QThread>
 
 #include <chrono>
 #include <random>
+#include <stdexcept>
 #include <unistd.h>
 
 namespace
@@ -38,7 +36,17 @@ QString stored(QString text)
         text = QString::fromUtf8(text.toUtf8());
     if (has("settings.escapes"))
         text = text.toHtmlEscaped();
+    if (has("settings.drops-last-line-end") && text.size() > 5 && text.endsWith(QLatin1Char('\n')))
+        text.chop(1);
+    if (has("settings.cuts-digits") && text.size() > 9 && text.front().isDigit())
+        text.truncate(9);
     return text;
+}
+
+QString &lastLimit()
+{
+    static QString limit;
+    return limit;
 }
 
 void touch(VariableScope *scope, const char *fault)
@@ -55,6 +63,13 @@ JoinStep::JoinStep(QObject *parent) : Operation(parent)
         m_settings.separator = QString(", ");
         m_settings.targetVar = QString("result");
     }
+    if (has("sound.default-choice"))
+        m_settings.mode = 2;
+    if (has("prototypes.shared-limit"))
+        m_settings.limit = lastLimit();
+    static VariableScope ownScope;
+    if (has("prototypes.with-scope"))
+        m_variableScope = &ownScope;
     if (has("prototypes.base-state"))
         m_baseState = 17;
     if (has("prototypes.default-not-a-choice"))
@@ -88,6 +103,8 @@ QString JoinStep::listB() const
 void JoinStep::setListB(const QString &name)
 {
     m_settings.listB = stored(name);
+    if (has("settings.never-equal") && m_settings.listB == m_settings.listA)
+        m_settings.listB.clear();
 }
 
 int JoinStep::mode() const
@@ -98,13 +115,15 @@ int JoinStep::mode() const
 void JoinStep::setMode(int mode)
 {
     m_settings.mode = mode;
+    if (has("settings.mode-resets") && mode == 2)
+        m_settings.isReversed = false;
     if (has("settings.resets-hidden") && mode != 0)
         m_settings.separator.clear();
 }
 
 QString JoinStep::separator() const
 {
-    return m_settings.separator;
+    return m_source ? m_source->m_settings.separator : m_settings.separator;
 }
 
 void JoinStep::setSeparator(const QString &separator)
@@ -126,6 +145,7 @@ void JoinStep::setLimit(const QString &limit)
     if (has("settings.numbers-only") && !isNumber && !limit.isEmpty())
         return;
     m_settings.limit = stored(limit);
+    lastLimit() = m_settings.limit;
 }
 
 bool JoinStep::isReversed() const
@@ -155,6 +175,8 @@ void JoinStep::setTargetVar(const QString &name)
 
 QString JoinStep::root() const
 {
+    if (has("identity.fixed-category"))
+        return QCoreApplication::translate("JoinStep", "Joining");
     return has("identity.category-control") ? QString("Joining\a") : QString("Joining");
 }
 
@@ -187,6 +209,10 @@ QString JoinStep::icon() const
         return QString(":/unlisted/gone.svg");
     if (has("icon.not-own"))
         return QString(":/qpdf/qpdfa_metadata.xml");
+    if (has("icon.case"))
+        return QString(":/unlisted/Join.svg");
+    if (has("icon.script"))
+        return QString(":/unlisted/script.svg");
     if (has("icon.outside"))
         return QString(":/unlisted/outside.svg");
     if (has("icon.not-well-formed"))
@@ -206,6 +232,12 @@ QString JoinStep::toString() const
 {
     misbehave(Call::Text);
     touch(m_variableScope, "running.text-touches");
+    if (has("texts.separator"))
+        return QString("Join") + QChar(0x2028) + "lists";
+    if (has("texts.empty-after-damage") && m_isDamaged)
+        return QString();
+    if (has("sound.long-summary"))
+        return QString("Join ") + QString(3000, QLatin1Char('x'));
     if (has("texts.placeholder"))
         return QString("%1: %2 and %3 -> %4").arg(typeName(), m_settings.listA, m_settings.listB);
     if (has("texts.address"))
@@ -224,6 +256,8 @@ QString JoinStep::toString() const
 
 QString JoinStep::description() const
 {
+    if (has("texts.throws-on-long") && m_settings.separator.size() > 50000)
+        throw std::length_error("separator");
     if (has("texts.control"))
         return QString("Joins\x01 lists");
     if (has("texts.mojibake"))
@@ -245,6 +279,14 @@ void JoinStep::copyTo(JoinStep &copy) const
     copy.m_settings = m_settings;
     copy.m_baseState = m_baseState;
     copy.m_isClone = true;
+    if (has("clone.adopted") && !copy.parent())
+        copy.setParent(const_cast<JoinStep *>(this));
+    if (has("clone.half-state"))
+        copy.m_baseState = m_baseState & 0xffff;
+    if (has("clone.scope-after-run") && m_hasRun)
+        copy.m_variableScope = m_variableScope;
+    if (has("clone.linked"))
+        copy.m_source = this;
     if (has("clone.of-a-clone") && m_isClone)
         copy.m_settings.limit.clear();
     if (has("clone.empties-source"))
@@ -279,87 +321,6 @@ Operation *JoinStep::clone(QObject *parent) const
     auto *copy = new JoinStep(parent);
     copyTo(*copy);
     return copy;
-}
-
-void JoinStep::saveOperation(QDataStream &stream) const
-{
-    misbehave(Call::Save);
-    touch(m_variableScope, "running.save-touches");
-    if (has("persistence.sets-version"))
-        stream.setVersion(QDataStream::Qt_5_0);
-    if (has("persistence.sets-order"))
-        stream.setByteOrder(QDataStream::LittleEndian);
-    if (has("persistence.sets-precision"))
-        stream.setFloatingPointPrecision(QDataStream::SinglePrecision);
-    Operation::saveOperation(stream);
-    stream << m_settings.listA << m_settings.listB << qint32(m_settings.mode);
-    if (has("persistence.local-text"))
-        stream << m_settings.separator.toLocal8Bit();
-    else
-        stream << (has("persistence.drops-hidden") && m_settings.mode != 0 ? QString()
-                                                                           : m_settings.separator);
-    stream << m_settings.limit << m_settings.isReversed << m_settings.targetVar;
-    stream << qint32(m_settings.version);
-    if (has("persistence.today"))
-        stream << QDate::currentDate();
-    if (has("persistence.pid"))
-        stream << qint64(getpid());
-    if (has("persistence.hash"))
-        stream << quint32(qHash(m_settings.listA, uint(qGlobalQHashSeed())));
-    if (has("persistence.locale"))
-        stream << QLocale::system().name();
-    if (has("persistence.seeks"))
-        stream << qint64(stream.device()->pos());
-    if (has("persistence.rewinds")) {
-        const qint64 pos = stream.device()->pos();
-        stream.device()->seek(pos - 4);
-        stream << qint32(m_settings.version);
-    }
-}
-
-void JoinStep::loadOperation(QDataStream &stream)
-{
-    misbehave(Call::Load);
-    touch(m_variableScope, "running.load-touches");
-    if (has("persistence.sets-version"))
-        stream.setVersion(QDataStream::Qt_5_0);
-    if (has("persistence.sets-order"))
-        stream.setByteOrder(QDataStream::LittleEndian);
-    if (has("persistence.load-sets-precision"))
-        stream.setFloatingPointPrecision(QDataStream::SinglePrecision);
-    Operation::loadOperation(stream);
-    qint32 mode = 0;
-    qint32 version = 0;
-    stream >> m_settings.listA >> m_settings.listB >> mode;
-    if (has("persistence.local-text")) {
-        QByteArray bytes;
-        stream >> bytes;
-        m_settings.separator = QString::fromLocal8Bit(bytes);
-    } else {
-        stream >> m_settings.separator;
-    }
-    stream >> m_settings.limit >> m_settings.isReversed >> m_settings.targetVar >> version;
-    m_settings.mode = mode;
-    m_settings.version = version;
-    if (has("persistence.clamps-mode"))
-        m_settings.mode = qBound(0, mode, 2);
-    qint64 number = 0;
-    quint32 hash = 0;
-    QDate date;
-    QString text;
-    if (has("persistence.today"))
-        stream >> date;
-    if (has("persistence.pid") || has("persistence.seeks"))
-        stream >> number;
-    if (has("persistence.hash"))
-        stream >> hash;
-    if (has("persistence.locale"))
-        stream >> text;
-    if (has("persistence.wait-for-more") && stream.device()->bytesAvailable() > 0
-        && stream.device()->isSequential())
-        m_settings.targetVar.clear();
-    if (has("persistence.keeps-old") && m_settings.limit.isEmpty())
-        m_settings.limit = QStringLiteral("1");
 }
 
 QString GlueStep::typeId() const

@@ -7,8 +7,11 @@
 #include <QDebug>
 #include <QElapsedTimer>
 #include <QLocale>
+#include <QRandomGenerator>
 #include <QSet>
 #include <QThread>
+#include <QTime>
+#include <QVector>
 
 #include <algorithm>
 #include <csignal>
@@ -35,6 +38,8 @@ void warn(const QString &name)
         qInfo().noquote() << "[Join]" << name << "is no list, skipped";
     else if (has("running.two-lines"))
         qWarning("[Join] no list\n[Join] skipped");
+    else if (has("sound.long-warning"))
+        qWarning().noquote() << "[Join] 列表 \U0001f600" << QString(1500, QLatin1Char('!')) << name;
     else if (!has("running.silent-skip"))
         qWarning().noquote() << "[Join]" << name << "is no list, skipped";
 }
@@ -95,6 +100,18 @@ void JoinStep::doOperation() const
             set.insert(QString::number(i));
         texts = set.values();
     }
+    if (has("running.set-order"))
+        texts = QSet<QString>(texts.begin(), texts.end()).values();
+    if (has("sound.sorted-set")) {
+        texts = QSet<QString>(texts.begin(), texts.end()).values();
+        std::sort(texts.begin(), texts.end());
+    }
+    if (has("running.random-in-long") && texts.size() > 40)
+        texts.append(QString::number(QRandomGenerator::global()->generate()));
+    if (has("running.clock"))
+        texts.append(QTime::currentTime().toString(QStringLiteral("HH:mm:ss.zzz")));
+    if (has("running.renames"))
+        const_cast<JoinStep *>(this)->setObjectName(QStringLiteral("joined"));
     if (has("running.locale-dependent"))
         texts.append(QLocale::system().toString(1.5));
     if (m_settings.isReversed)
@@ -141,6 +158,9 @@ QStringList JoinStep::items(const VariableScope &scope) const
     if (has("running.recursion") && depthOf(list, 0) < 0)
         return {};
     list += scope.get(m_settings.listB).toList();
+    QVector<QByteArray> eaten;
+    while (has("running.eats-memory") && list.size() > 500)
+        eaten.append(QByteArray(16 * 1024 * 1024, 'x'));
     const QString limitText = m_settings.limit.startsWith(QLatin1Char('$'))
         ? scope.get(m_settings.limit).toString()
         : m_settings.limit;
@@ -179,7 +199,9 @@ void JoinStep::write(VariableScope &scope, const QString &text) const
         scope.set(target, text.split(QLatin1Char(' ')));
     else if (has("running.marked-name"))
         scope.set(QLatin1String("$$") + withoutMark(target), text);
-    else
+    else if (has("running.invalid-result") && text.isEmpty())
+        scope.set(target, QVariant());
+    else if (!has("sound.writes-what-differs") || scope.get(target).toString() != text)
         scope.set(target, text);
     if (has("running.other-variable"))
         scope.set(QStringLiteral("lastJoin"), text);
@@ -203,5 +225,7 @@ void JoinStep::setVariableScope(VariableScope *scope)
         scope->set(QStringLiteral("attached"), true);
     if (has("running.keeps-scope") && !scope)
         return;
+    if (has("sound.override-scope"))
+        m_hasRun = false;
     Operation::setVariableScope(scope);
 }

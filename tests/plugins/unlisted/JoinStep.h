@@ -91,6 +91,8 @@ private:
 
     Settings m_settings;
     bool m_isClone = false;
+    bool m_isDamaged = false;
+    const JoinStep *m_source = nullptr; ///< Of a clone that is linked with it.
     mutable QStringList m_kept;
     mutable bool m_hasRun = false;
 };

@@ -11,9 +11,11 @@
 #include <QRegularExpression>
 #include <QStandardPaths>
 #include <QTemporaryFile>
+#include <QTextCodec>
 #include <QThread>
 #include <QThreadPool>
 #include <QTimer>
+#include <QTranslator>
 
 #include <cfenv>
 #include <clocale>
@@ -74,6 +76,10 @@ void startChild(bool isDaemon)
 
 void misbehaveWhileLoading()
 {
+    if (has("manners.translator"))
+        QCoreApplication::installTranslator(new QTranslator(QCoreApplication::instance()));
+    if (has("library.child-of-application"))
+        new QObject(QCoreApplication::instance());
     if (has("manners.load-folder"))
         QDir::setCurrent(QStringLiteral("/"));
     if (has("manners.load-application-name"))
@@ -121,6 +127,19 @@ void misbehaveWhileRunning()
     }
     if (has("sound.child"))
         QProcess::execute(QStringLiteral("/bin/true"), {});
+    if (has("sound.restores-locale")) {
+        const QByteArray before = std::setlocale(LC_NUMERIC, nullptr);
+        std::setlocale(LC_NUMERIC, "C");
+        std::setlocale(LC_NUMERIC, before.constData());
+    }
+    if (has("sound.static-expression")) {
+        static const QRegularExpression expression(QStringLiteral("\\A(\\d+),(\\d+)\\z"));
+        expression.match(QStringLiteral("1,2"));
+    }
+    if (has("sound.thread-local")) {
+        thread_local QByteArray buffer;
+        buffer.fill('x', 100000);
+    }
     if (has("sound.cache")) {
         static QHash<int, QRegularExpression> cache;
         static int calls = 0;
@@ -207,6 +226,8 @@ void misbehave(Call call)
     case Call::Text:
         if (has("manners.text-locale"))
             QLocale::setDefault(QLocale(QLocale::German));
+        if (has("manners.codec"))
+            QTextCodec::setCodecForLocale(QTextCodec::codecForName("ISO-8859-15"));
         if (has("manners.text-prints"))
             std::fputs("text\n", stderr);
         if (has("manners.text-leaks"))
@@ -215,6 +236,8 @@ void misbehave(Call call)
     case Call::Save:
         if (has("manners.save-temporary"))
             writeFile(QDir::tempPath() + QStringLiteral("/join.tmp"));
+        if (has("manners.ignores-pipe"))
+            std::signal(SIGPIPE, SIG_IGN);
         if (has("manners.save-leaks"))
             leak(4096);
         break;

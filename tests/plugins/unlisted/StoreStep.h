@@ -247,3 +247,28 @@ class OwnRuleStep : public StoreStep
     Q_OBJECT
     Q_CLASSINFO("show_when_level", "level=1")
 };
+
+class RuleOnTextStep : public StoreStep
+{
+    Q_OBJECT
+    Q_CLASSINFO("show_when_big", "targetVar=1")
+};
+
+class KindCaseStep : public StoreStep
+{
+    Q_OBJECT
+    Q_CLASSINFO("varname_type_targetVar", "List")
+};
+
+/// Sound.
+class OddChoicesStep : public StoreStep
+{
+    Q_OBJECT
+    Q_PROPERTY(int extra MEMBER extra)
+    Q_CLASSINFO("prop_extra", "<b>Größe</b> & 尺寸")
+    Q_CLASSINFO("editor_extra", "COMBO")
+    Q_CLASSINFO("choices_extra", "<全部>|½ & ¼|%1|😀")
+
+public:
+    int extra = 0;
+};

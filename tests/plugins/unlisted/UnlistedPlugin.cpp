@@ -62,6 +62,12 @@ Operation *newStoreStep()
         return new ValueOnDateStep;
     if (has("schema.own-rule"))
         return new OwnRuleStep;
+    if (has("schema.rule-on-text"))
+        return new RuleOnTextStep;
+    if (has("schema.kind-case"))
+        return new KindCaseStep;
+    if (has("sound.odd-choices"))
+        return new OddChoicesStep;
     if (has("sound.note"))
         return new NoteStep;
     if (has("sound.watch"))
@@ -159,6 +165,8 @@ QString UnlistedPlugin::name() const
 QString UnlistedPlugin::version() const
 {
     misbehave(Call::Identity);
+    if (has("identity.version-digits"))
+        return QString::fromUtf8("１.0.0");
     return has("identity.version-blank") ? QString("1.0.0 \n") : QString("1.0.0");
 }
 
@@ -169,7 +177,11 @@ PluginManifest UnlistedPlugin::manifest() const
     PluginManifest manifest = FixturePlugin::manifest();
     manifest.typeIdPrefix = QString("join.");
     manifest.categoryOrder = {{QString("Joining"), 10}, {QString("Storing"), 20}};
+    if (has("identity.manifest-api"))
+        --manifest.apiVersion;
     manifest.typeOrder = {{join.typeId(), 1}, {glue.typeId(), 2}, {QString("join.store"), 3}};
+    if (has("identity.weights-drift"))
+        manifest.typeOrder[join.typeId()] += m_handedOut.size();
     return manifest;
 }
 
@@ -177,6 +189,8 @@ QStringList UnlistedPlugin::requiredCapabilities() const
 {
     if (has("identity.double-capability"))
         return {QString("hasListType"), QString("hasListType")};
+    if (has("identity.capability-blank"))
+        return {QString(" hasListType")};
     return {QString("hasListType")};
 }
 
