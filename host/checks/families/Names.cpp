@@ -17,23 +17,23 @@ QVector<CheckFact> namesOf(CheckContext &context)
 {
     const IOperationPlugin &plugin = context.plugin();
     const PluginManifest manifest = plugin.manifest();
-    QVector<CheckFact> names{{QStringLiteral("pluginId()"), quoted(plugin.pluginId())},
-                             {QStringLiteral("version()"), quoted(plugin.version())},
-                             {QStringLiteral("apiVersion()"), QString::number(plugin.apiVersion())},
-                             {QStringLiteral("requiredCapabilities()"),
-                              quoted(plugin.requiredCapabilities().join(QLatin1Char(' ')))},
-                             {QStringLiteral("manifest().pluginId"), quoted(manifest.pluginId)},
-                             {QStringLiteral("manifest().typeIdPrefix"), quoted(manifest.typeIdPrefix)}};
+    QVector<CheckFact> names{
+        {QStringLiteral("pluginId()"), plugin.pluginId()},
+        {QStringLiteral("version()"), plugin.version()},
+        {QStringLiteral("apiVersion()"), QString::number(plugin.apiVersion())},
+        {QStringLiteral("requiredCapabilities()"), plugin.requiredCapabilities().join(QLatin1Char(' '))},
+        {QStringLiteral("manifest().pluginId"), manifest.pluginId},
+        {QStringLiteral("manifest().typeIdPrefix"), manifest.typeIdPrefix}};
     const QStringList weighed = manifest.typeOrder.keys();
-    names.append({QStringLiteral("what has a weight"), quoted(weighed.join(QLatin1Char(' ')))});
+    names.append({QStringLiteral("what has a weight"), weighed.join(QLatin1Char(' '))});
     for (auto it = manifest.typeOrder.begin(); it != manifest.typeOrder.end(); ++it)
         names.append({QStringLiteral("the weight of %1").arg(quoted(it.key())), QString::number(it.value())});
     const QList<Operation *> steps = context.newSteps();
     names.append({QStringLiteral("the number of prototypes"), QString::number(steps.size())});
     for (int i = 0; i < steps.size(); ++i) {
         const QString which = QStringLiteral(" of prototype %1").arg(i + 1);
-        names.append({QStringLiteral("typeId()") + which, quoted(steps.at(i)->typeId())});
-        names.append({QStringLiteral("icon()") + which, quoted(steps.at(i)->icon())});
+        names.append({QStringLiteral("typeId()") + which, steps.at(i)->typeId()});
+        names.append({QStringLiteral("icon()") + which, steps.at(i)->icon()});
     }
     return names;
 }
@@ -42,7 +42,7 @@ void checkEverywhere(CheckContext &context)
 {
     const QVector<CheckFact> names = namesOf(context);
     for (const CheckFact &name : names)
-        context.tell(name.what, name.value);
+        context.tell(name.what, quoted(name.value));
 }
 
 // The comparison is done where all plug-ins are known.
@@ -72,18 +72,25 @@ public:
     }
 };
 
-void checkTranslated(CheckContext &context)
+// What `ask` gives in a host that is translated. What is said of it is not.
+template<typename Ask>
+auto inTranslatedHost(const Ask &ask)
 {
-    const QVector<CheckFact> before = namesOf(context);
     PseudoTranslator translator;
     QCoreApplication::installTranslator(&translator);
     const auto uninstall = qScopeGuard([&translator] { QCoreApplication::removeTranslator(&translator); });
-    const QVector<CheckFact> after = namesOf(context);
+    return ask();
+}
+
+void checkTranslated(CheckContext &context)
+{
+    const QVector<CheckFact> before = namesOf(context);
+    const QVector<CheckFact> after = inTranslatedHost([&context] { return namesOf(context); });
     for (int i = 0; i < qMin(before.size(), after.size()); ++i) {
         if (before.at(i).value != after.at(i).value)
             fail(QStringLiteral(
                      "%1 becomes %2 when the host is translated; a name that is kept in files is no text")
-                     .arg(before.at(i).what, after.at(i).value));
+                     .arg(before.at(i).what, quoted(after.at(i).value)));
     }
 }
 
@@ -95,16 +102,22 @@ void checkTranslatedWeights(CheckContext &context)
     const QList<Operation *> steps = context.newSteps();
     for (const Operation *step : steps)
         hadWeight.append(before.contains(step->root()));
-    PseudoTranslator translator;
-    QCoreApplication::installTranslator(&translator);
-    const auto uninstall = qScopeGuard([&translator] { QCoreApplication::removeTranslator(&translator); });
-    const QMap<QString, int> after = context.plugin().manifest().categoryOrder;
+    struct Weighed
+    {
+        QStringList categories;
+        QStringList roots;
+    };
+    const Weighed after = inTranslatedHost([&] {
+        Weighed weighed{context.plugin().manifest().categoryOrder.keys(), {}};
+        for (const Operation *step : steps)
+            weighed.roots.append(step->root());
+        return weighed;
+    });
     for (int i = 0; i < steps.size(); ++i) {
-        if (hadWeight.at(i) && !after.contains(steps.at(i)->root()))
+        if (hadWeight.at(i) && !after.categories.contains(after.roots.at(i)))
             warn(QStringLiteral(
                      "the category %1 has no weight when the host is translated: categoryOrder has %2")
-                     .arg(quoted(steps.at(i)->root()),
-                          quoted(QStringList(after.keys()).join(QLatin1Char('|')))));
+                     .arg(quoted(after.roots.at(i)), quoted(after.categories.join(QLatin1Char('|')))));
     }
 }
 
