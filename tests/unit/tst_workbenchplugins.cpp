@@ -67,7 +67,7 @@ void TestWorkbenchPlugins::faults()
     constexpr int shortTime = 1000;
     constexpr int longTime = 600000;
     const QStringList remarks = PluginStart::load(catalogue, {{TestPaths::fixture("FaultyMoments")}, {}},
-                                                  fault.endsWith("hang") ? shortTime : longTime);
+                                                  isRefused && fault.endsWith("hang") ? shortTime : longTime);
 
     WindowFixture fixture(catalogue);
     for (const QString &remark : remarks)
