@@ -3,6 +3,10 @@
 #include "PluginSearch.h"
 #include "host/values/ErrorTexts.h"
 
+#include <QFileInfo>
+
+#include <algorithm>
+
 namespace StepHost
 {
 namespace
@@ -15,6 +19,12 @@ Result<void, PluginError> addPlugin(StepCatalogue &catalogue, const QString &fil
             return tl::unexpected<PluginError>({PluginRefusal::LoadFailed, probed.error(), file});
     }
     return catalogue.addPlugin(file);
+}
+
+bool isAmong(const QStringList &files, const QString &file)
+{
+    return std::any_of(files.begin(), files.end(),
+                       [info = QFileInfo(file)](const QString &other) { return info == QFileInfo(other); });
 }
 
 FoundPlugins search(const PluginChoice &choice, const QString &executableDir)
@@ -38,6 +48,8 @@ PluginLoading loadPlugins(StepCatalogue &catalogue, const PluginChoice &choice, 
     if (found.files.isEmpty())
         loading.searched = found.searched;
     for (const QString &file : found.files) {
+        if (isAmong(choice.files, file))
+            continue;
         const auto added = addPlugin(catalogue, file, probe);
         if (added)
             continue;

@@ -83,6 +83,11 @@ void TestPluginChoice::searchesPlacesBesideFiles()
     loadPlugins(both, {{TestPaths::fixture("Sound")}, {TestPaths::fixture("SharedIcon")}}, m_nowhere);
     QCOMPARE(both.typeIds(), (QStringList{"fixture.first", "fixture.icon"}));
 
+    // What was named need not be found.
+    StepCatalogue twice;
+    const QString sound = TestPaths::fixture("Sound");
+    QCOMPARE(loadPlugins(twice, {{sound}, {sound}}, m_nowhere).remarks, QStringList());
+
     StepCatalogue added;
     loadPlugins(added, {{}, {TestPaths::fixture("SharedIcon")}}, m_nowhere);
     QCOMPARE(added.typeIds().mid(0, 2), (QStringList{"fixture.icon", "list.add"}));
