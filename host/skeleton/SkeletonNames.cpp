@@ -25,7 +25,8 @@ struct TakenName
 constexpr TakenName takenNames[] = {
     {"[A-Z0-9]+", "may be a macro's, which are in capitals; give it a small letter, such as \"CsvSteps\""},
     {"Q(t|[A-Z]).*", "begins as Qt's own names do; choose another, such as \"TextSteps\""},
-    {"I?Operation(Core|Kit|Plugin)?|IEditorRegistry|PluginManifest|VariableScope|VarType|ValueRef|ListOperPlugin",
+    {"I?Operation(Core|Kit|Plugin)?|IEditorRegistry|PluginManifest|VariableScope|VarType|ValueRef|"
+     "ListOperPlugin",
      "is one of the host's own; choose another, such as \"TextSteps\""},
     {"(Continuous|Experimental|Nightly)[A-Za-z]*",
      "begins as targets of CTest do; choose another, such as \"TextSteps\""},

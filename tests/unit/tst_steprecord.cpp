@@ -120,7 +120,8 @@ void TestStepRecord::tellsWhatIsWrong_data()
     QTest::newRow("cut off") << record.left(7) << "the record ends too early";
     QTest::newRow("too long") << record + "rest"
                               << "the step leaves 4 bytes of the record";
-    QTest::newRow("damaged") << number("0000000f") << "the record is damaged, or one of a newer version of the step";
+    QTest::newRow("damaged") << number("0000000f")
+                             << "the record is damaged, or one of a newer version of the step";
     QTest::newRow("exception") << number("0000000d") << "the step threw an exception: unlucky";
     QTest::newRow("thrown number") << number("0000000e") << "the step threw an exception";
 }
