@@ -21,5 +21,5 @@ file(WRITE ${source} "#include <stepkit/ValueRef.h>
 bool isNumber(const QString &text, VariableScope *scope) { return resolveInteger(text, scope).has_value(); }
 ")
 execute_process(
-    COMMAND ${COMPILER} -std=c++17 -fPIC -shared -Wl,--no-undefined -o ${source}.so ${source} ${flags}
+    COMMAND ${COMPILER} -std=c++17 -fPIC -shared -Wl,--no-undefined,-z,now -o ${source}.so ${source} ${flags}
     COMMAND_ERROR_IS_FATAL ANY)

@@ -96,7 +96,7 @@ constexpr Fault faults[] = {
     {"prototypes.default-not-a-choice", "schema.default-choice"},
     {"prototypes.random-default", "prototypes.defaults"},
     {"prototypes.die-with-root", "prototypes.outlive-root"},
-    {"prototypes.order-per-process", "identity.everywhere"},
+    {"prototypes.order-by-folder", "identity.everywhere"},
     {"prototypes.shuffled", "prototypes.same-set"},
     {"prototypes.named", "prototypes.untouched"},
     {"prototypes.later-set", "prototypes.same-set"},

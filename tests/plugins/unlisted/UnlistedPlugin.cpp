@@ -9,8 +9,8 @@
 #include "tests/plugins/FixturePlugin.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QPointer>
-#include <QRandomGenerator>
 
 #include <algorithm>
 #include <cstdlib>
@@ -121,10 +121,10 @@ QList<Operation *> UnlistedPlugin::createPrototypes()
 {
     misbehave(Call::Prototypes);
     QList<Operation *> prototypes{new JoinStep, new GlueStep, newStoreStep()};
-    if (has("prototypes.order-per-process") && getpid() % 2 == 0)
+    if (has("prototypes.order-by-folder") && QDir::tempPath().contains(QLatin1String("everywhere-1")))
         std::reverse(prototypes.begin(), prototypes.end());
     if (has("prototypes.shuffled"))
-        std::shuffle(prototypes.begin(), prototypes.end(), *QRandomGenerator::global());
+        std::rotate(prototypes.begin(), prototypes.begin() + ++m_calls % prototypes.size(), prototypes.end());
     if (has("prototypes.named"))
         prototypes.first()->setObjectName(QStringLiteral("first"));
     if (has("prototypes.later-set") && ++m_calls > 5)
