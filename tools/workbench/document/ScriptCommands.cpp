@@ -60,13 +60,13 @@ MoveStepsCommand::MoveStepsCommand(ScriptDocument &document, const QList<int> &r
     // that is still to come.
     const auto below = std::lower_bound(rows.cbegin(), rows.cend(), target);
     int to = target;
-    const QVector<Move> above = blocksOf(rows.cbegin(), below);
+    const QVector<Move> above = blocksOf(rows.mid(0, int(below - rows.cbegin())));
     for (auto block = above.crbegin(); block != above.crend(); ++block) {
         to -= block->count;
         m_moves.append({block->from, block->count, to});
     }
     to = target;
-    const QVector<Move> others = blocksOf(below, rows.cend());
+    const QVector<Move> others = blocksOf(rows.mid(int(below - rows.cbegin())));
     for (const Move &block : others) {
         m_moves.append({block.from, block.count, to});
         to += block.count;
@@ -76,13 +76,12 @@ MoveStepsCommand::MoveStepsCommand(ScriptDocument &document, const QList<int> &r
         m_moves.end());
 }
 
-QVector<MoveStepsCommand::Move> MoveStepsCommand::blocksOf(QList<int>::const_iterator begin,
-                                                           QList<int>::const_iterator end)
+QVector<MoveStepsCommand::Move> MoveStepsCommand::blocksOf(const QList<int> &rows)
 {
     QVector<Move> blocks;
-    for (auto row = begin; row != end; ++row) {
-        if (blocks.isEmpty() || blocks.last().from + blocks.last().count != *row)
-            blocks.append({*row, 0, *row});
+    for (const int row : rows) {
+        if (blocks.isEmpty() || blocks.last().from + blocks.last().count != row)
+            blocks.append({row, 0, row});
         ++blocks.last().count;
     }
     return blocks;

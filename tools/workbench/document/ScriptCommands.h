@@ -71,7 +71,7 @@ private:
         int to;
     };
 
-    static QVector<Move> blocksOf(QList<int>::const_iterator begin, QList<int>::const_iterator end);
+    static QVector<Move> blocksOf(const QList<int> &rows);
 
     ScriptDocument &m_document;
     QVector<Move> m_moves; ///< One after the other.

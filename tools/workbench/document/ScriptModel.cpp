@@ -132,6 +132,7 @@ void ScriptModel::insertSteps(int row, std::vector<StepHost::ScriptStep> steps)
     if (steps.empty())
         return;
     std::vector<std::unique_ptr<StepRow>> rows;
+    rows.reserve(steps.size());
     for (StepHost::ScriptStep &step : steps)
         rows.push_back(std::make_unique<StepRow>(std::move(step)));
     beginInsertRows(QModelIndex(), row, row + int(rows.size()) - 1);
