@@ -22,7 +22,7 @@ namespace
 {
 const QString unloadsId = QStringLiteral("library.unloads");
 
-const QString olderLoadsId = QLatin1String(baselineLoadsId);
+constexpr QLatin1String olderLoadsId(baselineLoadsId, int(sizeof baselineLoadsId) - 1);
 
 /// Checks, by when they are done.
 struct CheckPlan

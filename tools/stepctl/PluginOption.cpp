@@ -37,7 +37,8 @@ bool PluginOption::load(StepHost::StepCatalogue &catalogue) const
 {
     const StepHost::PluginLoading loading =
         StepHost::loadPlugins(catalogue, m_choice, QCoreApplication::applicationDirPath());
-    for (const QString &line : loading.remarks + loading.refusals)
+    const QStringList lines = loading.remarks + loading.refusals;
+    for (const QString &line : lines)
         say(line);
     if (!loading.refusals.isEmpty() || !catalogue.plugins().empty())
         return loading.refusals.isEmpty();
