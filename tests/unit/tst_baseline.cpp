@@ -125,7 +125,8 @@ void TestBaseline::whatIsBrokenIsFound_data()
     row("choice-gone", "baseline.choices",
         "failed: FewerPartsStep: the choice 2 of the setting \"part\", \"last\", is gone");
     row("choice-moved", "baseline.choices",
-        "failed: MovedPartsStep: the choice 1 of the setting \"part\", \"first\", is 2 now; records hold the "
+        "failed: MovedPartsStep: the choice 1 of the setting \"part\", \"first %2\", is 2 now; records hold "
+        "the "
         "number");
     row("choice-renamed", "baseline.choices",
         "warning: RenamedPartStep: the choice 2 of the setting \"part\", \"last\", is called \"final\" now; "

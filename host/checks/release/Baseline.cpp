@@ -130,7 +130,8 @@ void expectChoices(const ReleasedSetting &before, const ReleasedSetting &now)
             QStringLiteral("%1 of the setting %2, %3,").arg(it.key()).arg(quoted(before.name), quoted(*it));
         const int place = now.choices.key(*it, it.key());
         if (place != it.key())
-            fail(QStringLiteral("the choice %1 is %2 now; records hold the number").arg(was).arg(place));
+            fail(QStringLiteral("the choice %1 is %2 now; records hold the number")
+                     .arg(was, QString::number(place)));
         if (!now.choices.contains(it.key()))
             fail(QStringLiteral("the choice %1 is gone").arg(was));
         if (renamed.isEmpty())

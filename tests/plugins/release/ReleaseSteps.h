@@ -47,7 +47,7 @@ class TakeStep : public TakeBase
     Q_CLASSINFO("prop_separator", "Separator")
     Q_CLASSINFO("prop_part", "Part")
     Q_CLASSINFO("editor_part", "COMBO")
-    Q_CLASSINFO("choices_part", "all|first|last")
+    Q_CLASSINFO("choices_part", "all|first %2|last")
 
 public:
     Operation *clone(QObject *parent) const override
@@ -62,7 +62,7 @@ class NoSeparatorStep : public TakeBase
     Q_PROPERTY(int part MEMBER part)
     Q_CLASSINFO("prop_part", "Part")
     Q_CLASSINFO("editor_part", "COMBO")
-    Q_CLASSINFO("choices_part", "all|first|last")
+    Q_CLASSINFO("choices_part", "all|first %2|last")
 
 public:
     Operation *clone(QObject *parent) const override
@@ -87,7 +87,7 @@ public:
 class FewerPartsStep : public TakeStep
 {
     Q_OBJECT
-    Q_CLASSINFO("choices_part", "all|first")
+    Q_CLASSINFO("choices_part", "all|first %2")
 
 public:
     Operation *clone(QObject *parent) const override
@@ -99,7 +99,7 @@ public:
 class MovedPartsStep : public TakeStep
 {
     Q_OBJECT
-    Q_CLASSINFO("choices_part", "all|last|first")
+    Q_CLASSINFO("choices_part", "all|last|first %2")
 
 public:
     Operation *clone(QObject *parent) const override
@@ -111,7 +111,7 @@ public:
 class RenamedPartStep : public TakeStep
 {
     Q_OBJECT
-    Q_CLASSINFO("choices_part", "all|first|final")
+    Q_CLASSINFO("choices_part", "all|first %2|final")
 
 public:
     Operation *clone(QObject *parent) const override
@@ -126,7 +126,7 @@ class NewerStep : public TakeStep
     Q_OBJECT
     Q_PROPERTY(bool isQuoted MEMBER isQuoted)
     Q_CLASSINFO("prop_isQuoted", "In quotes")
-    Q_CLASSINFO("choices_part", "all|first|last|none")
+    Q_CLASSINFO("choices_part", "all|first %2|last|none")
 
 public:
     Operation *clone(QObject *parent) const override
