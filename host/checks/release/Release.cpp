@@ -46,12 +46,12 @@ static QDataStream &operator>>(QDataStream &stream, ReleasedRun &run)
 
 static QDataStream &operator<<(QDataStream &stream, const ReleasedStep &step)
 {
-    return stream << step.typeId << step.className << step.settings << step.records << step.runs;
+    return stream << step.typeId << step.settings << step.records << step.runs;
 }
 
 static QDataStream &operator>>(QDataStream &stream, ReleasedStep &step)
 {
-    return stream >> step.typeId >> step.className >> step.settings >> step.records >> step.runs;
+    return stream >> step.typeId >> step.settings >> step.records >> step.runs;
 }
 
 static QDataStream &operator<<(QDataStream &stream, const ReleasedScript &script)

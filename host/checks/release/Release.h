@@ -40,7 +40,6 @@ struct ReleasedRun
 struct ReleasedStep
 {
     QString typeId;
-    QString className;
     QVector<ReleasedSetting> settings;
     QVector<ReleasedRecord> records;
     QVector<ReleasedRun> runs;

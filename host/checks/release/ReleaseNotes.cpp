@@ -6,6 +6,7 @@
 #include "host/checks/trial/SettingValues.h"
 #include "host/plugins/EditorSchema.h"
 #include "host/running/Breadcrumb.h"
+#include "host/running/RunChannel.h"
 #include "host/values/QuotedText.h"
 
 #include <QMetaEnum>
@@ -14,22 +15,12 @@ namespace StepHost
 {
 namespace
 {
-// Whether every process can read it: not what only the plug-in knows, nor addresses.
-bool isPlain(const QVariant &value)
-{
-    if (!value.isValid() || value.userType() >= int(QMetaType::User))
-        return false;
-    QByteArray bytes;
-    QDataStream stream(&bytes, QIODevice::WriteOnly);
-    return QMetaType::save(stream, value.userType(), value.constData());
-}
-
 QVariant plainValue(const QMetaProperty &setting, const Operation &step)
 {
     const QVariant value = setting.read(&step);
     if (setting.isEnumType())
         return value.toInt();
-    return isPlain(value) ? value : QVariant();
+    return isSendable(value) ? value : QVariant();
 }
 
 QMap<int, QString> choicesOf(const QMetaProperty &setting, const SettingSchema &schema)
@@ -98,7 +89,7 @@ void applyPlainSettings(Operation &step, const QVariantMap &settings)
 
 ReleasedStep describedStep(const Operation &step)
 {
-    ReleasedStep released{step.typeId(), QString::fromUtf8(step.metaObject()->className()), {}, {}, {}};
+    ReleasedStep released{step.typeId(), {}, {}, {}};
     const EditorSchema schema = readEditorSchema(*step.metaObject());
     const QVector<QMetaProperty> settings = settingsOf(step);
     for (int i = 0; i < settings.size(); ++i) {
