@@ -7,11 +7,11 @@ if(QUILLMAP_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER AND NOT MSVC)
     find_program(QUILLMAP_CCACHE_PROGRAM ccache)
     mark_as_advanced(QUILLMAP_CCACHE_PROGRAM)
     if(QUILLMAP_CCACHE_PROGRAM)
-        set(CMAKE_CXX_COMPILER_LAUNCHER
-            ${CMAKE_COMMAND} -E env
+        set(QUILLMAP_CCACHE_SETTINGS
             CCACHE_BASEDIR=${PROJECT_SOURCE_DIR}
             CCACHE_NOHASHDIR=1
-            CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_ctime,include_file_mtime
-            ${QUILLMAP_CCACHE_PROGRAM})
+            CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_ctime,include_file_mtime)
+        set(CMAKE_CXX_COMPILER_LAUNCHER
+            ${CMAKE_COMMAND} -E env ${QUILLMAP_CCACHE_SETTINGS} ${QUILLMAP_CCACHE_PROGRAM})
     endif()
 endif()
