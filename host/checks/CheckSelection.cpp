@@ -5,34 +5,53 @@
 #include <QRegularExpression>
 
 #include <algorithm>
+#include <vector>
 
 namespace StepHost
 {
 namespace
 {
-bool isNamed(const PluginCheck &check, const QString &name)
+/// A name that a user gives for checks: the id of one, a family, or a pattern for ids.
+class CheckName
 {
-    if (check.id == name || check.id.section(QLatin1Char('.'), 0, 0) == name)
-        return true;
-    return QRegularExpression(QRegularExpression::wildcardToRegularExpression(name))
-        .match(check.id)
-        .hasMatch();
-}
+public:
+    explicit CheckName(const QString &name)
+        : m_name(name), m_pattern(QRegularExpression::wildcardToRegularExpression(name))
+    {
+    }
 
-bool isNamed(const PluginCheck &check, const QStringList &names)
+    const QString &text() const
+    {
+        return m_name;
+    }
+
+    bool isOf(const PluginCheck &check) const
+    {
+        return check.id == m_name || check.id.section(QLatin1Char('.'), 0, 0) == m_name
+               || m_pattern.match(check.id).hasMatch();
+    }
+
+private:
+    QString m_name;
+    QRegularExpression m_pattern;
+};
+
+using CheckNames = std::vector<CheckName>;
+
+bool isNamed(const PluginCheck &check, const CheckNames &names)
 {
     return std::any_of(names.begin(), names.end(),
-                       [&check](const QString &name) { return isNamed(check, name); });
+                       [&check](const CheckName &name) { return name.isOf(check); });
 }
 
 // The first of `names` that no check has; empty when there is none.
-QString unknownName(const QStringList &names)
+QString unknownName(const CheckNames &names)
 {
     const QVector<PluginCheck> &checks = pluginChecks();
-    for (const QString &name : names) {
+    for (const CheckName &name : names) {
         if (std::none_of(checks.begin(), checks.end(),
-                         [&name](const PluginCheck &check) { return isNamed(check, name); }))
-            return name;
+                         [&name](const PluginCheck &check) { return name.isOf(check); }))
+            return name.text();
     }
     return QString();
 }
@@ -40,8 +59,10 @@ QString unknownName(const QStringList &names)
 
 Result<QVector<PluginCheck>> selectChecks(const QStringList &only, const QStringList &skip, bool hasBaseline)
 {
-    const QString unknownOnly = unknownName(only);
-    const QString unknownSkip = unknownName(skip);
+    const CheckNames onlyNames(only.begin(), only.end());
+    const CheckNames skipNames(skip.begin(), skip.end());
+    const QString unknownOnly = unknownName(onlyNames);
+    const QString unknownSkip = unknownName(skipNames);
     if (!unknownOnly.isNull())
         return failure(
             QStringLiteral("--only %1: there is no such check; --list shows them all").arg(unknownOnly));
@@ -51,7 +72,7 @@ Result<QVector<PluginCheck>> selectChecks(const QStringList &only, const QString
     QVector<PluginCheck> selected;
     for (const PluginCheck &check : pluginChecks()) {
         const bool isPossible = hasBaseline || !check.id.startsWith(QLatin1String("baseline."));
-        if (isPossible && (only.isEmpty() || isNamed(check, only)) && !isNamed(check, skip))
+        if (isPossible && (only.isEmpty() || isNamed(check, onlyNames)) && !isNamed(check, skipNames))
             selected.append(check);
     }
     if (selected.isEmpty() && !hasBaseline && !only.isEmpty() && skip.isEmpty())
