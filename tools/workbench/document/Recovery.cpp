@@ -8,6 +8,9 @@
 
 #include <QDataStream>
 #include <QDir>
+#include <QFileInfo>
+#include <QSettings>
+#include <QStandardPaths>
 #include <QThread>
 #include <QUuid>
 
@@ -103,6 +106,14 @@ struct Recovery::Writing
         thread->wait();
     }
 };
+
+QString Recovery::folderFor(const QSettings &settings)
+{
+    const QString folder = settings.format() == QSettings::IniFormat
+        ? QFileInfo(settings.fileName()).path()
+        : QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation);
+    return folder + QLatin1String("/recovery");
+}
 
 Recovery::Recovery(ScriptDocument &document, const QString &folder, QObject *parent)
     : QObject(parent), m_document(document), m_folder(folder),

@@ -9,6 +9,7 @@
 
 #include <memory>
 
+class QSettings;
 class QThread;
 
 namespace Workbench
@@ -33,6 +34,10 @@ public:
         QString fileName; ///< Of the script; empty for one that had no file.
         QDateTime time; ///< When the copy was made.
     };
+
+    /// The folder of the copies: beside \a settings that have a file of their own, else in the user's folder for the
+    /// program's data.
+    static QString folderFor(const QSettings &settings);
 
     /// Keeps copies of \a document, which has to outlive this object, in \a folder, which is made when it is needed.
     Recovery(ScriptDocument &document, const QString &folder, QObject *parent = nullptr);

@@ -2,6 +2,7 @@
 
 #include "host/values/QuotedText.h"
 
+#include <QRegularExpression>
 #include <QTextDocument>
 
 namespace Workbench
@@ -25,5 +26,11 @@ QString toolTipText(const QString &text)
 QString menuText(const QString &text)
 {
     return StepHost::inOneLine(shortened(text)).replace(QLatin1Char('&'), QLatin1String("&&"));
+}
+
+QString toolBarText(QString text)
+{
+    static const QRegularExpression mark(QStringLiteral("\\(&\\w\\)|&|…"));
+    return text.remove(mark);
 }
 } // namespace Workbench

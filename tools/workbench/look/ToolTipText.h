@@ -12,6 +12,9 @@ QString toolTipText(const QString &text);
 /// and no more than its first 1,000 characters are shown. What deceives is shown as StepHost::inOneLine() does.
 QString menuText(const QString &text);
 
+/// \a text of a menu, without what marks its key and without "…", for a tool bar.
+QString toolBarText(QString text);
+
 /// \a text, cut off behind 1,000 characters.
 QString shortened(const QString &text);
 } // namespace Workbench

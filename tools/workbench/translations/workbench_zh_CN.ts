@@ -952,6 +952,30 @@
         <source>The script is still here, and can be saved in another place.</source>
         <translation>脚本仍在这里，可以保存到别的位置。</translation>
     </message>
+    <message>
+        <source>&amp;New</source>
+        <translation>新建(&amp;N)</translation>
+    </message>
+    <message>
+        <source>&amp;Open…</source>
+        <translation>打开(&amp;O)…</translation>
+    </message>
+    <message>
+        <source>Open &amp;recent</source>
+        <translation>最近的文件(&amp;R)</translation>
+    </message>
+    <message>
+        <source>&amp;Save</source>
+        <translation>保存(&amp;S)</translation>
+    </message>
+    <message>
+        <source>Save &amp;as…</source>
+        <translation>另存为(&amp;A)…</translation>
+    </message>
+    <message>
+        <source>None yet</source>
+        <translation>暂无</translation>
+    </message>
 </context>
 <context>
     <name>Workbench::IntegerEditor</name>
@@ -1018,52 +1042,12 @@
         <translation>工具栏</translation>
     </message>
     <message>
-        <source>Go to “%1”</source>
-        <translation>转到“%1”</translation>
-    </message>
-    <message>
-        <source>Palette</source>
-        <translation>步骤库</translation>
-    </message>
-    <message>
-        <source>Settings</source>
-        <translation>设置</translation>
-    </message>
-    <message>
-        <source>Variables</source>
-        <translation>变量</translation>
-    </message>
-    <message>
-        <source>Log</source>
-        <translation>日志</translation>
-    </message>
-    <message>
         <source>Go to the script</source>
         <translation>转到脚本</translation>
     </message>
     <message>
         <source>&amp;File</source>
         <translation>文件(&amp;F)</translation>
-    </message>
-    <message>
-        <source>&amp;New</source>
-        <translation>新建(&amp;N)</translation>
-    </message>
-    <message>
-        <source>&amp;Open…</source>
-        <translation>打开(&amp;O)…</translation>
-    </message>
-    <message>
-        <source>Open &amp;recent</source>
-        <translation>最近的文件(&amp;R)</translation>
-    </message>
-    <message>
-        <source>&amp;Save</source>
-        <translation>保存(&amp;S)</translation>
-    </message>
-    <message>
-        <source>Save &amp;as…</source>
-        <translation>另存为(&amp;A)…</translation>
     </message>
     <message>
         <source>&amp;Quit</source>
@@ -1086,30 +1070,6 @@
         <translation>运行(&amp;R)</translation>
     </message>
     <message>
-        <source>Run to &amp;here</source>
-        <translation>运行到此(&amp;H)</translation>
-    </message>
-    <message>
-        <source>Run &amp;step</source>
-        <translation>单步运行(&amp;S)</translation>
-    </message>
-    <message>
-        <source>S&amp;top</source>
-        <translation>停止(&amp;T)</translation>
-    </message>
-    <message>
-        <source>Run the whole script on its start values (%1)</source>
-        <translation>从初始值开始运行整个脚本（%1）</translation>
-    </message>
-    <message>
-        <source>Run the script up to the current step (%1)</source>
-        <translation>运行脚本到当前步骤为止（%1）</translation>
-    </message>
-    <message>
-        <source>Run the current step alone, on what the last run left (%1)</source>
-        <translation>在上次运行的结果上只运行当前步骤（%1）</translation>
-    </message>
-    <message>
         <source>&amp;View</source>
         <translation>视图(&amp;V)</translation>
     </message>
@@ -1120,10 +1080,6 @@
     <message>
         <source>&amp;About the workbench</source>
         <translation>关于工作台(&amp;A)</translation>
-    </message>
-    <message>
-        <source>None yet</source>
-        <translation>暂无</translation>
     </message>
     <message>
         <source>%1[*] – Quillmap workbench</source>
@@ -1150,36 +1106,12 @@
         <translation>变量(&amp;A)</translation>
     </message>
     <message>
-        <source>&amp;Clear results</source>
-        <translation>清除结果(&amp;C)</translation>
-    </message>
-    <message>
-        <source>Forget what the last run did and left in the variables (%1)</source>
-        <translation>清除上次运行的情况和它留在变量中的值（%1）</translation>
-    </message>
-    <message>
         <source>The script does not have this step any more.</source>
         <translation>脚本中已没有此步骤。</translation>
     </message>
     <message>
-        <source>Stop before the next step; once more: at once (%1)</source>
-        <translation>在下一步之前停止；再按一次则立即停止（%1）</translation>
-    </message>
-    <message>
         <source>Changes that are not saved would be lost in a crash: %1</source>
         <translation>程序崩溃时，未保存的更改会丢失：%1</translation>
-    </message>
-    <message>
-        <source>The run stops before its next step. Stop again to end it at once.</source>
-        <translation>将在下一步之前停止运行。再按一次“停止”则立即结束。</translation>
-    </message>
-    <message>
-        <source>Problems</source>
-        <translation>问题</translation>
-    </message>
-    <message>
-        <source>Problems (%1)</source>
-        <translation>问题 (%1)</translation>
     </message>
 </context>
 <context>
@@ -1199,6 +1131,37 @@
     <message>
         <source>Search</source>
         <translation>搜索</translation>
+    </message>
+</context>
+<context>
+    <name>Workbench::PaneDocks</name>
+    <message>
+        <source>Go to “%1”</source>
+        <translation>转到“%1”</translation>
+    </message>
+    <message>
+        <source>Palette</source>
+        <translation>步骤库</translation>
+    </message>
+    <message>
+        <source>Settings</source>
+        <translation>设置</translation>
+    </message>
+    <message>
+        <source>Variables</source>
+        <translation>变量</translation>
+    </message>
+    <message>
+        <source>Log</source>
+        <translation>日志</translation>
+    </message>
+    <message>
+        <source>Problems</source>
+        <translation>问题</translation>
+    </message>
+    <message>
+        <source>Problems (%1)</source>
+        <translation>问题 (%1)</translation>
     </message>
 </context>
 <context>
@@ -1287,6 +1250,53 @@
     <message>
         <source>A value, or $variable</source>
         <translation>值，或 $变量</translation>
+    </message>
+</context>
+<context>
+    <name>Workbench::RunActions</name>
+    <message>
+        <source>&amp;Run</source>
+        <translation>运行(&amp;R)</translation>
+    </message>
+    <message>
+        <source>Run to &amp;here</source>
+        <translation>运行到此(&amp;H)</translation>
+    </message>
+    <message>
+        <source>Run &amp;step</source>
+        <translation>单步运行(&amp;S)</translation>
+    </message>
+    <message>
+        <source>S&amp;top</source>
+        <translation>停止(&amp;T)</translation>
+    </message>
+    <message>
+        <source>Run the whole script on its start values (%1)</source>
+        <translation>从初始值开始运行整个脚本（%1）</translation>
+    </message>
+    <message>
+        <source>Run the script up to the current step (%1)</source>
+        <translation>运行脚本到当前步骤为止（%1）</translation>
+    </message>
+    <message>
+        <source>Run the current step alone, on what the last run left (%1)</source>
+        <translation>在上次运行的结果上只运行当前步骤（%1）</translation>
+    </message>
+    <message>
+        <source>&amp;Clear results</source>
+        <translation>清除结果(&amp;C)</translation>
+    </message>
+    <message>
+        <source>Forget what the last run did and left in the variables (%1)</source>
+        <translation>清除上次运行的情况和它留在变量中的值（%1）</translation>
+    </message>
+    <message>
+        <source>Stop before the next step; once more: at once (%1)</source>
+        <translation>在下一步之前停止；再按一次则立即停止（%1）</translation>
+    </message>
+    <message>
+        <source>The run stops before its next step. Stop again to end it at once.</source>
+        <translation>将在下一步之前停止运行。再按一次“停止”则立即结束。</translation>
     </message>
 </context>
 <context>

@@ -5,19 +5,23 @@
 #include "host/files/InputFile.h"
 #include "host/values/QuotedText.h"
 #include "tools/workbench/document/ScriptDocument.h"
+#include "tools/workbench/look/ThemedIcon.h"
 #include "tools/workbench/look/ToolTipText.h"
 
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QMenu>
 #include <QMessageBox>
 #include <QPushButton>
 
 namespace Workbench
 {
 FileActions::FileActions(ScriptDocument &document, QSettings &settings, FileBar &bar, QWidget &window)
-    : m_document(document), m_recentFiles(settings), m_bar(bar), m_window(window)
+    : QObject(&window), m_document(document), m_recentFiles(settings), m_bar(bar), m_window(window),
+      m_recentMenu(new QMenu(&window))
 {
+    createActions();
     connect(&document.file(), &WatchedFile::changedByOthers, this, &FileActions::showForeignFile);
     connect(&document, &ScriptDocument::fileNameChanged, &bar, &QWidget::hide);
 }
@@ -27,9 +31,42 @@ QString FileActions::shownFileName() const
     return StepHost::inOneLine(QFileInfo(m_document.fileName()).fileName());
 }
 
-QStringList FileActions::recentFiles() const
+void FileActions::createActions()
 {
-    return m_recentFiles.paths();
+    const auto add = [this](const QString &text, const QString &icon, const QKeySequence &key, auto slot) {
+        auto *action = new QAction(themedIcon(icon), text, this);
+        action->setIconText(toolBarText(text));
+        action->setShortcut(key);
+        connect(action, &QAction::triggered, this, slot);
+        return action;
+    };
+    m_new = add(tr("&New"), QStringLiteral("new"), QKeySequence::New, &FileActions::newFile);
+    m_open = add(tr("&Open…"), QStringLiteral("open"), QKeySequence::Open, &FileActions::chooseFile);
+    m_recentMenu->setTitle(tr("Open &recent"));
+    connect(m_recentMenu, &QMenu::aboutToShow, this, &FileActions::showRecentFiles);
+    m_save = add(tr("&Save"), QStringLiteral("save"), QKeySequence::Save, &FileActions::save);
+    m_saveAs =
+        add(tr("Save &as…"), QStringLiteral("save"), Qt::CTRL | Qt::SHIFT | Qt::Key_S, &FileActions::saveAs);
+}
+
+QList<QAction *> FileActions::actions() const
+{
+    return {m_new, m_open, m_recentMenu->menuAction(), nullptr, m_save, m_saveAs};
+}
+
+QList<QAction *> FileActions::toolBarActions() const
+{
+    return {m_new, m_open, m_save};
+}
+
+void FileActions::showRecentFiles()
+{
+    m_recentMenu->clear();
+    const QStringList paths = m_recentFiles.paths();
+    for (const QString &path : paths)
+        m_recentMenu->addAction(menuText(QDir::toNativeSeparators(path)), this, [this, path] { open(path); });
+    if (m_recentMenu->isEmpty())
+        m_recentMenu->addAction(tr("None yet"))->setEnabled(false);
 }
 
 bool FileActions::mayDiscard()

@@ -4,7 +4,8 @@
 
 #include <QObject>
 
-class QPushButton;
+class QAction;
+class QMenu;
 class QWidget;
 
 namespace Workbench
@@ -20,11 +21,14 @@ class FileActions : public QObject
 
 public:
     /// \param bar where a file that was changed by others is reported
-    /// \param window what dialogs belong to
+    /// \param window what dialogs and actions belong to
     FileActions(ScriptDocument &document, QSettings &settings, FileBar &bar, QWidget &window);
 
-    /// The files that were opened or saved last.
-    QStringList recentFiles() const;
+    /// The actions for a menu; null stands for a separator.
+    QList<QAction *> actions() const;
+
+    /// Those of them that a tool bar has, too.
+    QList<QAction *> toolBarActions() const;
 
     /// Whether the present script may be given up: it is saved, or the user says so.
     bool mayDiscard();
@@ -48,6 +52,8 @@ signals:
     void warned(const QString &warning);
 
 private:
+    void createActions();
+    void showRecentFiles();
     QString shownFileName() const;
     bool saveTo(const QString &fileName);
     bool saveElsewhere(const QString &error);
@@ -61,5 +67,10 @@ private:
     RecentFiles m_recentFiles;
     FileBar &m_bar;
     QWidget &m_window;
+    QMenu *m_recentMenu;
+    QAction *m_new = nullptr;
+    QAction *m_open = nullptr;
+    QAction *m_save = nullptr;
+    QAction *m_saveAs = nullptr;
 };
 } // namespace Workbench

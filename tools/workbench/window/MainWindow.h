@@ -2,6 +2,7 @@
 
 #include "FileActions.h"
 #include "RecoveryOffer.h"
+#include "RunActions.h"
 #include "tools/workbench/document/LogModel.h"
 #include "tools/workbench/document/Recovery.h"
 #include "tools/workbench/document/RunSession.h"
@@ -9,9 +10,8 @@
 
 #include <QMainWindow>
 
-class QLabel;
-class QMenu;
-class QProgressBar;
+#include <memory>
+
 class QSettings;
 class QToolBar;
 
@@ -19,6 +19,7 @@ namespace Workbench
 {
 class FileBar;
 class PalettePane;
+class PaneDocks;
 class ProblemsPane;
 class PropertyPane;
 class ScriptPane;
@@ -50,34 +51,20 @@ protected:
     void dropEvent(QDropEvent *event) override;
 
 private:
-    QDockWidget *addDock(const QString &title, const QString &name, QWidget *pane, Qt::DockWidgetArea area,
-                         const QKeySequence &key);
-    QAction *addRunAction(const QString &text, const QString &icon, const QKeySequence &key,
-                          const QString &name);
-    bool hasSmallScreen() const;
-    void showFocused(const QWidget *before, QWidget *now);
     void createCentre();
-    void createDocks();
     void createFileMenu();
     void createEditMenu();
     void createVariablesMenu();
     void createRunMenu();
-    void createViewMenu();
-    void createStatusBar();
+    void createDocks();
+    void createHelpMenu();
     void connectPanes();
-    void readState();
-    void writeState();
 
-    void showRecentFiles();
     void showFileName();
     void goToStep(const Operation *step);
     void goToSetting(int row, const QString &property);
     void showStep(int row);
     void refreshStep(const QModelIndex &first, const QModelIndex &last);
-    void showProblemCount(int count);
-    void showSession();
-    void stopRun();
-    void showProgress(int done, int total);
     void showMessage(const QString &message);
     void showError(const QString &title, const QString &error);
     void showAbout();
@@ -93,20 +80,12 @@ private:
     FileActions m_files;
     RecoveryOffer m_recoveryOffer;
     ScriptPane *m_script;
+    RunActions m_runActions;
     PalettePane *m_palette = nullptr;
     PropertyPane *m_properties = nullptr;
     VariablesPane *m_variables = nullptr;
     ProblemsPane *m_problems = nullptr;
-    QDockWidget *m_settingsDock = nullptr;
-    QDockWidget *m_problemsDock = nullptr;
+    std::unique_ptr<PaneDocks> m_docks;
     QToolBar *m_toolBar;
-    QMenu *m_viewMenu = nullptr;
-    QMenu *m_recentMenu = nullptr;
-    QAction *m_runAll = nullptr;
-    QAction *m_runTo = nullptr;
-    QAction *m_runStep = nullptr;
-    QAction *m_stop = nullptr;
-    QAction *m_restore = nullptr;
-    QProgressBar *m_progress = nullptr;
 };
 } // namespace Workbench
