@@ -28,7 +28,7 @@ public:
     bool isOf(const PluginCheck &check) const
     {
         return check.id == m_name || check.id.section(QLatin1Char('.'), 0, 0) == m_name
-               || m_pattern.match(check.id).hasMatch();
+            || m_pattern.match(check.id).hasMatch();
     }
 
 private:

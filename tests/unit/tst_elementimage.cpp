@@ -303,6 +303,8 @@ void TestElementImage::everyPair()
     QFETCH(int, form);
 #ifdef QUILLMAP_SANITIZED
     constexpr int stride = 13; // which takes a part of every group of values
+#elif defined(Q_OS_WIN)
+    const int stride = form < 3 ? 3 : 13; // slow under Wine
 #else
     const int stride = form < 3 ? 1 : 9;
 #endif

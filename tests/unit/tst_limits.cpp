@@ -210,7 +210,7 @@ void TestLimits::readsInProportion_data()
 {
     QTest::addColumn<QByteArray>("script");
     QTest::addColumn<int>("times");
-    constexpr int size = 4 * mebibyte;
+    constexpr int size = 2 * mebibyte;
     constexpr int depth = 400;
     const auto binary = [](const char *name, const QByteArray &script) {
         QTest::newRow(name) << script << binaryTimes;

@@ -157,8 +157,13 @@ private slots:
 
 void TestProperties::initTestCase()
 {
-    if (!qEnvironmentVariableIsSet("RC_PARAMS"))
-        qputenv("RC_PARAMS", "max_success=2000 max_size=25");
+    if (qEnvironmentVariableIsSet("RC_PARAMS"))
+        return;
+#ifdef QUILLMAP_SANITIZED
+    qputenv("RC_PARAMS", "max_success=500 max_size=25");
+#else
+    qputenv("RC_PARAMS", "max_success=2000 max_size=25");
+#endif
 }
 
 void TestProperties::runsLikeItsReference_data()
