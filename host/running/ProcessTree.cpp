@@ -114,6 +114,13 @@ void endProcessTree(ChildProcess &process, qint64 processId, const QString &mark
 #endif
 }
 
+QString endOf(const QProcess &process)
+{
+    return process.exitStatus() == QProcess::CrashExit
+        ? ErrorTexts::tr("the process crashed: %1").arg(signalName(process.exitCode()))
+        : ErrorTexts::tr("the process was ended with status %1").arg(process.exitCode());
+}
+
 QString signalName(int signal)
 {
     switch (signal) {

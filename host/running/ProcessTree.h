@@ -38,6 +38,9 @@ void markProcessTree(QProcessEnvironment &environment, const QString &mark);
 /// Does not wait.
 void endProcessTree(ChildProcess &process, qint64 processId, const QString &mark);
 
+/// How \a process ended, which was not asked to: in words, such as `the process crashed: abort`.
+QString endOf(const QProcess &process);
+
 /// What people call the end of a process by \a signal, such as `segmentation fault`; on Windows, by that code.
 QString signalName(int signal);
 } // namespace StepHost

@@ -98,19 +98,33 @@ bool isSendableAt(const QVariant &value, int depth)
     return value.userType() < QMetaType::User && QMetaType::save(stream, value.userType(), value.constData());
 }
 
-SentStep sentStep(const ScriptStep &step)
+SentStep sentStep(const Operation &step, bool enabled)
 {
     SentStep sent;
-    sent.typeId = step.operation->typeId();
-    sent.record = recordOf(*step.operation);
-    sent.enabled = step.enabled;
-    const QVector<QMetaProperty> settings = settingsOf(*step.operation);
+    sent.typeId = step.typeId();
+    sent.record = recordOf(step);
+    sent.enabled = enabled;
+    const QVector<QMetaProperty> settings = settingsOf(step);
     for (const QMetaProperty &setting : settings) {
-        const QVariant value = setting.read(step.operation.get());
+        const QVariant value = setting.read(&step);
         if (isSendable(value)) // One that is not is left to the record.
             sent.settings.insert(QString::fromUtf8(setting.name()), value);
     }
     return sent;
+}
+
+// Appends the step `number` of a script to `request`.
+Result<void> appendStep(RunRequest &request, const Operation &step, bool enabled, int number)
+{
+    try {
+        request.steps.push_back(sentStep(step, enabled));
+        return {};
+    } catch (const std::exception &exception) {
+        return failure(ErrorTexts::tr("step %1 threw an exception when it was saved: %2")
+                           .arg(QString::number(number), QString::fromUtf8(exception.what())));
+    } catch (...) {
+        return failure(ErrorTexts::tr("step %1 threw an exception when it was saved").arg(number));
+    }
 }
 
 QByteArray packed(const RunRequest &request)
@@ -118,10 +132,20 @@ QByteArray packed(const RunRequest &request)
     QByteArray bytes;
     QDataStream stream(&bytes, QIODevice::WriteOnly);
     stream.setVersion(streamVersion);
-    stream << request.plugins << request.isProbe;
+    stream << request.plugins << quint8(request.task) << request.scripts << qint32(request.setting.number)
+           << request.setting.property << request.setting.value;
     writeAll(stream, request.variables);
     writeAll(stream, request.steps);
     return bytes;
+}
+
+RunRequest requestTo(RunRequest::Task task, const StepCatalogue &catalogue)
+{
+    RunRequest request;
+    request.task = task;
+    for (const auto &plugin : catalogue.plugins())
+        request.plugins.append(plugin->fileName());
+    return request;
 }
 } // namespace
 
@@ -133,9 +157,7 @@ bool isSendable(const QVariant &value)
 Result<QByteArray> packRequest(const Script &script, const VariableScope &scope,
                                const StepCatalogue &catalogue)
 {
-    RunRequest request;
-    for (const auto &plugin : catalogue.plugins())
-        request.plugins.append(plugin->fileName());
+    RunRequest request = requestTo(RunRequest::Run, catalogue);
     const QStringList names = scope.names();
     for (const QString &name : names) {
         const ScriptVariable variable{name, scope.typeOf(referenceTo(name)), scope.get(referenceTo(name))};
@@ -144,15 +166,31 @@ Result<QByteArray> packRequest(const Script &script, const VariableScope &scope,
         request.variables.push_back(variable);
     }
     for (std::size_t i = 0; i < script.steps.size(); ++i) {
-        try {
-            request.steps.push_back(sentStep(script.steps[i]));
-        } catch (const std::exception &exception) {
-            return failure(ErrorTexts::tr("step %1 threw an exception when it was saved: %2")
-                               .arg(QString::number(i + 1), QString::fromUtf8(exception.what())));
-        } catch (...) {
-            return failure(ErrorTexts::tr("step %1 threw an exception when it was saved").arg(i + 1));
-        }
+        const ScriptStep &step = script.steps[i];
+        const Result<void> appended = appendStep(request, *step.operation, step.enabled, int(i) + 1);
+        if (!appended)
+            return failure(appended.error());
     }
+    return packed(request);
+}
+
+QByteArray packTrial(const QList<QByteArray> &scripts, const StepCatalogue &catalogue)
+{
+    RunRequest request = requestTo(RunRequest::Trial, catalogue);
+    request.scripts = scripts;
+    return packed(request);
+}
+
+Result<QByteArray> packTrial(const Operation &step, const SentSetting &setting,
+                             const StepCatalogue &catalogue)
+{
+    if (!isSendable(setting.value))
+        return failure(ErrorTexts::tr("the value of %1 cannot be handed over").arg(quoted(setting.property)));
+    RunRequest request = requestTo(RunRequest::Trial, catalogue);
+    request.setting = setting;
+    const Result<void> appended = appendStep(request, step, true, setting.number);
+    if (!appended)
+        return failure(appended.error());
     return packed(request);
 }
 
@@ -160,19 +198,26 @@ QByteArray packProbe(const QString &plugin)
 {
     RunRequest request;
     request.plugins.append(plugin);
-    request.isProbe = true;
+    request.task = RunRequest::Probe;
     return packed(request);
 }
 
 std::optional<RunRequest> unpackRequest(const QByteArray &bytes)
 {
     RunRequest request;
+    quint8 task = 0;
+    qint32 number = 0;
     QDataStream stream(bytes);
     stream.setVersion(streamVersion);
-    stream >> request.plugins >> request.isProbe;
+    stream >> request.plugins >> task >> request.scripts >> number >> request.setting.property
+        >> request.setting.value;
     readAll(stream, request.variables);
     readAll(stream, request.steps);
-    return isWhole(stream) ? std::make_optional(std::move(request)) : std::nullopt;
+    if (!isWhole(stream) || task >= RunRequest::TaskCount)
+        return std::nullopt;
+    request.task = RunRequest::Task(task);
+    request.setting.number = number;
+    return request;
 }
 
 QByteArray packNote(const RunNote &note)

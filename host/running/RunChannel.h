@@ -25,13 +25,30 @@ struct SentStep
     bool enabled = true;
 };
 
-/// A run that is asked for.
+/// A setting that is about to be changed.
+struct SentSetting
+{
+    int number = 0; ///< Of the step in its script.
+    QString property;
+    QVariant value;
+};
+
+/// A run that is asked for, or a trial of steps before another process has to do with them.
 struct RunRequest
 {
+    enum Task : quint8 {
+        Run, ///< Run `steps` on `variables`.
+        Probe, ///< Make a step of each type and its texts.
+        Trial, ///< Read `scripts`, change `setting` of the one of `steps`; then wait for the next request.
+        TaskCount
+    };
+
     QStringList plugins; ///< Paths of the plug-ins that the steps come from.
     std::vector<ScriptVariable> variables;
     std::vector<SentStep> steps;
-    bool isProbe = false; ///< Before the run, make a step of each type and its texts.
+    Task task = Run;
+    QList<QByteArray> scripts; ///< Each in either form.
+    SentSetting setting;
 };
 
 /// What a run tells while it goes on.
@@ -39,10 +56,10 @@ struct RunNote
 {
     enum Kind : quint8 {
         Work, ///< What is being done now: `text`, which fits behind "while".
-        Refused, ///< The run cannot begin, for the reason `text`. Nothing follows.
+        Refused, ///< The run cannot begin, or a trial failed, for the reason `text`. Nothing follows.
         Starting, ///< The step `index` begins.
         Finished, ///< The step `index` had its turn: `result`, `variables` that changed and the `removed` ones.
-        Ended, ///< The run is over: `end`; what a probe has to say is in `result.warnings`. Nothing follows.
+        Ended, ///< It is over: `end`; what a probe or a trial has to say is in `result.warnings`. Nothing follows.
         KindCount
     };
 
@@ -63,6 +80,14 @@ bool isSendable(const QVariant &value);
 /// are not sendable.
 Result<QByteArray> packRequest(const Script &script, const VariableScope &scope,
                                const StepCatalogue &catalogue);
+
+/// The request to try \a scripts, which are in either form.
+QByteArray packTrial(const QList<QByteArray> &scripts, const StepCatalogue &catalogue);
+
+/// The request to try \a step with \a setting. Refused are a step that throws when it saves its record, and a value that is
+/// not sendable.
+Result<QByteArray> packTrial(const Operation &step, const SentSetting &setting,
+                             const StepCatalogue &catalogue);
 
 /// The request to load \a plugin and make a step of each of its types and their texts.
 QByteArray packProbe(const QString &plugin);

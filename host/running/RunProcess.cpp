@@ -4,6 +4,7 @@
 #include "RunChannel.h"
 #include "RunWorker.h"
 #include "host/plugins/StepCatalogue.h"
+#include "host/values/ErrorTexts.h"
 #include "host/values/QuotedText.h"
 #include "host/values/VariableName.h"
 
@@ -66,7 +67,7 @@ public:
     {
         m_worker.start(QCoreApplication::applicationFilePath(), {QLatin1String(runWorkerName)});
         if (!m_worker.waitForStarted(-1)) {
-            noRun(tr("no process could be started: %1").arg(m_worker.errorString()));
+            noRun(ErrorTexts::tr("no process could be started: %1").arg(m_worker.errorString()));
             return m_result;
         }
         m_worker.write(MessageReader::framed(request));
@@ -76,7 +77,7 @@ public:
         m_worker.waitForFinished(pollIntervalMs);
         readNotes();
         if (!m_isOver)
-            endEarly(endOfWorker());
+            endEarly(endOf(m_worker));
         keepPrinted();
         return m_result;
     }
@@ -180,7 +181,7 @@ private:
                 m_result.error = m_work;
                 return;
             }
-            noRun(m_work.isEmpty() ? reason : tr("%1, while %2").arg(reason, m_work));
+            noRun(m_work.isEmpty() ? reason : ErrorTexts::tr("%1, while %2").arg(reason, m_work));
             return;
         }
         if (m_result.end != RunEnd::Stopped)
@@ -194,13 +195,6 @@ private:
         step.failure = reason;
         if (m_observer.finished)
             m_observer.finished(m_running, step);
-    }
-
-    QString endOfWorker() const
-    {
-        return m_worker.exitStatus() == QProcess::CrashExit
-            ? tr("the process crashed: %1").arg(signalName(m_worker.exitCode()))
-            : tr("the process was ended with status %1").arg(m_worker.exitCode());
     }
 
     void keepPrinted()

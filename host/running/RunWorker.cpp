@@ -2,9 +2,8 @@
 
 #include "ProcessTree.h"
 #include "RunChannel.h"
+#include "StepProbe.h"
 #include "host/plugins/StepCatalogue.h"
-#include "host/plugins/StepRecord.h"
-#include "host/plugins/StepTexts.h"
 #include "host/values/ErrorTexts.h"
 #include "host/values/ItemValue.h"
 #include "host/values/QuotedText.h"
@@ -109,50 +108,31 @@ Script makeScript(const RunRequest &request, const StepCatalogue &catalogue)
         tellWork(ErrorTexts::tr("step %1 was made").arg(script.steps.size() + 1));
         ScriptStep step;
         step.enabled = sent.enabled;
-        step.operation.reset(catalogue.create(sent.typeId, nullptr));
+        step.operation = makeSentStep(sent, catalogue);
         if (!step.operation)
             refuse(ErrorTexts::tr("step %1: the plug-in gives no copy of it").arg(script.steps.size() + 1));
-        // A step that does not read its record has its settings all the same.
-        static_cast<void>(loadWholeRecord(*step.operation, sent.record));
-        for (auto setting = sent.settings.begin(); setting != sent.settings.end(); ++setting)
-            step.operation->setProperty(setting.key().toUtf8().constData(), setting.value());
         script.steps.push_back(std::move(step));
     }
     return script;
 }
 
-// Why a text of `step` cannot be made; empty when all can.
-QString flawOfTexts(const Operation &step)
+// Tries what is asked for, until nobody asks any more.
+[[noreturn]] void tryAll(RunRequest request, const StepCatalogue &catalogue)
 {
-    try {
-        for (const auto text : {&Operation::root, &Operation::typeName, &Operation::icon,
-                                &Operation::toString, &Operation::description})
-            static_cast<void>((step.*text)());
-    } catch (const std::exception &exception) {
-        return ErrorTexts::tr("it threw an exception: %1")
-            .arg(messageLine(QString::fromUtf8(exception.what())));
-    } catch (...) {
-        return ErrorTexts::tr("it threw an exception");
+    for (;;) {
+        const Result<QStringList> tried = carryOutTrial(request, catalogue, tellWork);
+        RunNote note;
+        note.kind = tried ? RunNote::Ended : RunNote::Refused;
+        if (tried)
+            note.result.warnings = *tried;
+        else
+            note.text = tried.error();
+        tell(note);
+        std::optional<RunRequest> next = unpackRequest(readRequest());
+        if (!next)
+            refuse(ErrorTexts::tr("the run was not understood"));
+        request = std::move(*next);
     }
-    return QString();
-}
-
-// Does with each type of step what a host does with it before any run. Returns what is to be said of them.
-QStringList probe(const StepCatalogue &catalogue)
-{
-    QStringList remarks;
-    for (const QString &typeId : catalogue.typeIds()) {
-        tellWork(ErrorTexts::tr("a step %1 and its texts were made").arg(typeId));
-        const std::unique_ptr<Operation> step(catalogue.create(typeId, nullptr));
-        if (!step) {
-            remarks.append(ErrorTexts::tr("the plug-in gives no copy of the step %1").arg(quoted(typeId)));
-            continue;
-        }
-        const QString flaw = flawOfTexts(*step);
-        if (!flaw.isEmpty())
-            remarks.append(ErrorTexts::tr("the texts of the step %1: %2").arg(quoted(typeId), flaw));
-    }
-    return remarks;
 }
 
 // Notes what differs in `now` from `before`.
@@ -185,8 +165,10 @@ void noteChanges(const VariableScope &before, const VariableScope &now, RunNote 
     const std::optional<RunRequest> request = unpackRequest(readRequest());
     if (!request)
         refuse(ErrorTexts::tr("the run was not understood"));
-    static QThread *const listener = QThread::create(listen);
-    listener->start();
+    if (request->task != RunRequest::Trial) {
+        static QThread *const listener = QThread::create(listen);
+        listener->start();
+    }
     StepCatalogue catalogue;
     for (const QString &plugin : request->plugins) {
         tellWork(ErrorTexts::tr("the plug-in %1 was loaded").arg(plugin));
@@ -194,7 +176,10 @@ void noteChanges(const VariableScope &before, const VariableScope &now, RunNote 
         if (!added)
             refuse(added.error().reason);
     }
-    const QStringList remarks = request->isProbe ? probe(catalogue) : QStringList();
+    if (request->task == RunRequest::Trial)
+        tryAll(*request, catalogue);
+    const QStringList remarks =
+        request->task == RunRequest::Probe ? probeTypes(catalogue, tellWork) : QStringList();
     const Script script = makeScript(*request, catalogue);
     VariableScope scope;
     for (const ScriptVariable &variable : request->variables) {

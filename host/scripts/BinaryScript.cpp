@@ -65,8 +65,8 @@ Result<void> appendVariables(QByteArray &bytes, const std::vector<ScriptVariable
 class BinaryReader
 {
 public:
-    BinaryReader(const QByteArray &bytes, const StepCatalogue &catalogue)
-        : m_bytes(bytes), m_catalogue(catalogue)
+    BinaryReader(const QByteArray &bytes, const StepCatalogue &catalogue, const StepReading &reading)
+        : m_bytes(bytes), m_catalogue(catalogue), m_reading(reading)
     {
     }
 
@@ -177,19 +177,22 @@ private:
                           ErrorTexts::tr("there should be %1 steps in %2 bytes").arg(count).arg(left()));
         for (quint32 i = 0; i < count; ++i) {
             script.steps.emplace_back();
-            if (!readStep(script.steps.back(), ErrorTexts::tr("step %1").arg(i + 1)))
+            if (!readStep(script.steps.back(), int(i) + 1))
                 return false;
         }
         return true;
     }
 
-    bool readStep(ScriptStep &step, const QString &name)
+    bool readStep(ScriptStep &step, int number)
     {
+        const QString name = ErrorTexts::tr("step %1").arg(number);
         const int typeStart = m_offset;
         QByteArray utf8;
         if (!readBlock(ErrorTexts::tr("the type id of %1").arg(name), utf8))
             return false;
         const QString typeId = QString::fromUtf8(utf8);
+        if (m_reading && m_catalogue.prototype(typeId))
+            m_reading(number, typeId);
         step.operation.reset(m_catalogue.create(typeId, nullptr));
         if (!step.operation)
             return refuse(typeStart, name + QLatin1String(": ") + m_catalogue.noSuchType(typeId));
@@ -234,6 +237,7 @@ private:
 
     const QByteArray &m_bytes;
     const StepCatalogue &m_catalogue;
+    const StepReading &m_reading;
     int m_offset = 0;
     QString m_error;
 };
@@ -244,10 +248,11 @@ bool isBinaryScript(const QByteArray &bytes)
     return bytes.startsWith(QByteArray::fromRawData(mark, markStartSize));
 }
 
-Result<Script> readBinaryScript(const QByteArray &bytes, const StepCatalogue &catalogue)
+Result<Script> readBinaryScript(const QByteArray &bytes, const StepCatalogue &catalogue,
+                                const StepReading &reading)
 {
     Script script;
-    BinaryReader reader(bytes, catalogue);
+    BinaryReader reader(bytes, catalogue, reading);
     if (!reader.readScript(script))
         return failure(reader.error());
     return script;

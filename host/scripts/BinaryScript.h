@@ -45,7 +45,8 @@ bool isBinaryScript(const QByteArray &bytes);
 /// \a bytes, whatever they are: little more than the values take, which is at most about 65 times as much, for lists
 /// nested in each other, each of which has a byte.
 /// What a step does with its record is its own business.
-Result<Script> readBinaryScript(const QByteArray &bytes, const StepCatalogue &catalogue);
+Result<Script> readBinaryScript(const QByteArray &bytes, const StepCatalogue &catalogue,
+                                const StepReading &reading = {});
 
 /// Writes \a script so that readBinaryScript() gives the same variables and steps. Refused are a value that is nested too
 /// deep and a script that makes more than 256 MiB.

@@ -6,6 +6,7 @@
 #include <QString>
 #include <QVariant>
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -36,6 +37,9 @@ struct Script
     /// The variable \a name, which may have the mark "$"; null when there is none.
     ScriptVariable *findVariable(const QString &name);
 };
+
+/// Told, while a script is read, that its step \a number, from 1 on, which is of type \a typeId, is made next.
+using StepReading = std::function<void(int number, const QString &typeId)>;
 
 /// Declares the variables of \a script in \a scope and sets their values. A variable of type
 /// VarType::Undeclared is only set.

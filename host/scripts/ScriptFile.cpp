@@ -62,9 +62,11 @@ QStringList scriptsBeside(const QString &pluginFile)
     return scripts;
 }
 
-Result<Script> readAnyScript(const QByteArray &bytes, const StepCatalogue &catalogue)
+Result<Script> readAnyScript(const QByteArray &bytes, const StepCatalogue &catalogue,
+                             const StepReading &reading)
 {
-    return isBinaryScript(bytes) ? readBinaryScript(bytes, catalogue) : readScript(bytes, catalogue);
+    return isBinaryScript(bytes) ? readBinaryScript(bytes, catalogue, reading)
+                                 : readScript(bytes, catalogue, reading);
 }
 
 Result<Script> readScriptFile(const QString &fileName, const StepCatalogue &catalogue)

@@ -19,8 +19,10 @@ enum class ScriptForm {
 /// other suffix.
 std::optional<ScriptForm> scriptFormOf(const QString &fileName);
 
-/// Reads \a bytes, whose beginning tells their form. The steps are made by \a catalogue.
-Result<Script> readAnyScript(const QByteArray &bytes, const StepCatalogue &catalogue);
+/// Reads \a bytes, whose beginning tells their form. The steps are made by \a catalogue, and \a reading, if there is one,
+/// is told of each before.
+Result<Script> readAnyScript(const QByteArray &bytes, const StepCatalogue &catalogue,
+                             const StepReading &reading = {});
 
 /// Reads the file \a fileName, or standard input for "-", whose content tells its form. The steps are made by
 /// \a catalogue. An error begins with the file's name.

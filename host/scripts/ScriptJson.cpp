@@ -192,7 +192,8 @@ Result<bool, JsonError> readFlag(CborReader &at)
     return at.readBool();
 }
 
-Result<ScriptStep, JsonError> readStep(CborReader &at, const StepCatalogue &catalogue)
+Result<ScriptStep, JsonError> readStep(CborReader &at, const StepCatalogue &catalogue, int number,
+                                       const StepReading &reading)
 {
     const Result<Members, JsonError> members = readObject(at);
     if (!members)
@@ -203,6 +204,8 @@ Result<ScriptStep, JsonError> readStep(CborReader &at, const StepCatalogue &cata
     const QString typeKey = QStringLiteral("type");
     if (!catalogue.prototype(*typeId))
         return refuseBelow(typeKey, catalogue.noSuchType(*typeId));
+    if (reading)
+        reading(number, *typeId);
     ScriptStep step;
     step.operation.reset(catalogue.create(*typeId, nullptr));
     if (!step.operation) {
@@ -237,7 +240,8 @@ Result<std::vector<Item>, JsonError> readArray(CborReader &at, const ReadItem &r
     return items;
 }
 
-Result<Script, JsonError> readDocument(const QByteArray &text, const StepCatalogue &catalogue)
+Result<Script, JsonError> readDocument(const QByteArray &text, const StepCatalogue &catalogue,
+                                       const StepReading &reading)
 {
     const Result<QByteArray, JsonError> cbor = cborFromJson(text);
     if (!cbor)
@@ -249,8 +253,10 @@ Result<Script, JsonError> readDocument(const QByteArray &text, const StepCatalog
     auto variables = readMember(*members, "variables", readVariables);
     if (!variables)
         return failure(variables.error());
-    auto steps = readMember(*members, "steps", [&catalogue](CborReader &list) {
-        return readArray<ScriptStep>(list, [&](CborReader &step) { return readStep(step, catalogue); });
+    int number = 0;
+    auto steps = readMember(*members, "steps", [&](CborReader &list) {
+        return readArray<ScriptStep>(
+            list, [&](CborReader &step) { return readStep(step, catalogue, ++number, reading); });
     });
     if (!steps)
         return failure(steps.error());
@@ -303,9 +309,11 @@ Result<std::vector<ScriptVariable>, JsonError> readVariables(CborReader &at)
     });
 }
 
-Result<Script> readScript(const QByteArray &json, const StepCatalogue &catalogue)
+Result<Script> readScript(const QByteArray &json, const StepCatalogue &catalogue, const StepReading &reading)
 {
-    return readDocument(json, catalogue).map_error([](const JsonError &error) { return error.toString(); });
+    return readDocument(json, catalogue, reading).map_error([](const JsonError &error) {
+        return error.toString();
+    });
 }
 
 Result<void> writeVariables(JsonWriter &json, const std::vector<ScriptVariable> &variables)

@@ -34,8 +34,10 @@ struct JsonError;
 /// Reads a list of variables in the form that they have in a script.
 Result<std::vector<ScriptVariable>, JsonError> readVariables(CborReader &at);
 
-/// Reads \a json. The steps are made by \a catalogue. A mistake in one place refuses the whole script.
-Result<Script> readScript(const QByteArray &json, const StepCatalogue &catalogue);
+/// Reads \a json. The steps are made by \a catalogue, and \a reading, if there is one, is told of each before. A mistake in
+/// one place refuses the whole script.
+Result<Script> readScript(const QByteArray &json, const StepCatalogue &catalogue,
+                          const StepReading &reading = {});
 
 /// Writes \a script so that readScript() gives the same variables and steps: every variable with its
 /// value, every step with all its properties, one on each line. Refused is a value that is nested too deep or too

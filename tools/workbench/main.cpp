@@ -1,4 +1,5 @@
 #include "host/running/RunWorker.h"
+#include "host/running/StepTrial.h"
 #include "host/values/QuotedText.h"
 #include "tools/workbench/document/PluginStart.h"
 #include "tools/workbench/look/Language.h"
@@ -52,7 +53,9 @@ int work(const Workbench::CommandLine &line)
     StepHost::StepCatalogue catalogue;
     const QStringList reasons = Workbench::PluginStart::load(catalogue, line.plugins);
     QSettings settings;
+    StepHost::StepTrial trial(catalogue);
     Workbench::MainWindow window(catalogue, settings);
+    window.document().setTrial(trial);
     for (const QString &reason : reasons) {
         window.log().appendWarning(reason);
         printError(reason);

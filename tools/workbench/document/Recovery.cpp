@@ -283,6 +283,15 @@ QString Recovery::restore(const Copy &copy)
     return error;
 }
 
+void Recovery::restoreTried(const Copy &copy, const std::function<void(const QString &error)> &then)
+{
+    const auto bytes = StepHost::readInputFile(copy.path);
+    const Content content = unpacked(bytes.value_or(QByteArray()));
+    m_document.whenTried(content.steps.toList(), [this, copy, then](const QString &error) {
+        then(error.isEmpty() ? restore(copy) : error);
+    });
+}
+
 void Recovery::remove(const Copy &copy)
 {
     QFile::remove(copy.path);

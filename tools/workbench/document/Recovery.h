@@ -7,6 +7,7 @@
 #include <QTimer>
 #include <QVector>
 
+#include <functional>
 #include <memory>
 
 class QSettings;
@@ -55,6 +56,9 @@ public:
     /// of the document.
     /// \return an empty text, or why it cannot be read
     QString restore(const Copy &copy);
+
+    /// Restores \a copy as restore() does, after its steps were tried. \a then is called with what restore() returns.
+    void restoreTried(const Copy &copy, const std::function<void(const QString &error)> &then);
 
     /// Removes \a copy.
     static void remove(const Copy &copy);

@@ -2,6 +2,7 @@
 
 #include "ScriptCommands.h"
 #include "ScriptModel.h"
+#include "TriedSettings.h"
 #include "host/files/InputFile.h"
 #include "host/files/OutputFile.h"
 #include "host/plugins/StepCatalogue.h"
@@ -18,6 +19,9 @@ namespace Workbench
 {
 namespace
 {
+// So that nobody sees the window wait.
+constexpr int patienceMs = 50;
+
 QList<int> sorted(QList<int> rows)
 {
     std::sort(rows.begin(), rows.end());
@@ -37,6 +41,30 @@ ScriptDocument::ScriptDocument(const StepHost::StepCatalogue &catalogue, QObject
 }
 
 ScriptDocument::~ScriptDocument() = default;
+
+void ScriptDocument::setTrial(StepHost::StepTrial &trial)
+{
+    m_trial = &trial;
+    m_triedSettings = std::make_unique<TriedSettings>(*m_model, trial);
+    connect(m_triedSettings.get(), &TriedSettings::passed, this, &ScriptDocument::changeSetting);
+    connect(m_triedSettings.get(), &TriedSettings::refused, this, &ScriptDocument::refuseSetting);
+    connect(m_triedSettings.get(), &TriedSettings::remarked, this, &ScriptDocument::remarked);
+}
+
+void ScriptDocument::whenTried(const QList<QByteArray> &scripts, const Tried &then)
+{
+    if (!m_trial) {
+        then(QString());
+        return;
+    }
+    m_trial->tryScripts(scripts, this, [this, then](const StepHost::StepTrial::Answer &answer) {
+        const QStringList remarks = answer.value_or(QStringList());
+        for (const QString &remark : remarks)
+            emit remarked(remark);
+        then(answer ? QString() : answer.error());
+    });
+    m_trial->waitForAnswers(patienceMs);
+}
 
 const StepHost::StepCatalogue &ScriptDocument::catalogue() const
 {
@@ -109,6 +137,16 @@ void ScriptDocument::placeStep(const QString &typeId, int row)
 
 void ScriptDocument::insertScript(const QByteArray &script, int row)
 {
+    whenTried({script}, [this, script, row](const QString &error) {
+        if (error.isEmpty())
+            readInto(script, qMin(row, m_model->rowCount()));
+        else
+            emit refused(tr("These steps are not placed: %1").arg(error));
+    });
+}
+
+void ScriptDocument::readInto(const QByteArray &script, int row)
+{
     StepHost::Result<StepHost::Script> read = StepHost::readAnyScript(script, m_catalogue);
     if (!read) {
         emit refused(tr("These are no steps: %1").arg(read.error()));
@@ -168,9 +206,24 @@ void ScriptDocument::setEnabled(const QList<int> &rows, bool enabled)
 
 void ScriptDocument::setSetting(int row, const QString &property, const QVariant &value)
 {
-    const QVariant present = m_model->step(row).property(property.toUtf8().constData());
-    if (present == value && present.userType() == value.userType())
+    if (m_triedSettings) {
+        m_triedSettings->change(row, property, value);
         return;
+    }
+    const QVariant present = m_model->step(row).property(property.toUtf8().constData());
+    if (present != value || present.userType() != value.userType())
+        changeSetting(row, property, value);
+}
+
+void ScriptDocument::refuseSetting(int row, const QString &property, const QString &reason)
+{
+    emit refused(tr("Step %1 keeps its setting “%2”: %3").arg(QString::number(row + 1), property, reason));
+    // Where it is edited, it shows what the step has.
+    m_model->showStep(row);
+}
+
+void ScriptDocument::changeSetting(int row, const QString &property, const QVariant &value)
+{
     m_undoStack.push(new ChangeSettingCommand(
         *this, row, property, value,
         tr("Change “%1”").arg(StepHost::shownStepText(m_model->step(row), &Operation::typeName))));
@@ -230,13 +283,33 @@ void ScriptDocument::clear()
 
 QString ScriptDocument::open(const QString &fileName)
 {
-    const StepHost::Result<QByteArray> bytes = StepHost::readInputFile(fileName);
-    if (!bytes)
-        return bytes.error();
-    StepHost::Result<StepHost::Script> script = StepHost::readAnyScript(*bytes, m_catalogue);
+    const StepHost::Result<QByteArray> content = StepHost::readInputFile(fileName);
+    return content ? show(fileName, *content) : content.error();
+}
+
+void ScriptDocument::openTried(const QString &fileName, const Tried &then)
+{
+    const StepHost::Result<QByteArray> content = StepHost::readInputFile(fileName);
+    if (!content) {
+        then(content.error());
+        return;
+    }
+    const int state = m_undoStack.index();
+    whenTried({*content}, [this, fileName, content = *content, then, state](const QString &error) {
+        if (m_undoStack.index() != state)
+            then(tr("The present script was changed meanwhile."));
+        else
+            then(error.isEmpty() ? show(fileName, content)
+                                 : tr("%1: %2").arg(QDir::toNativeSeparators(fileName), error));
+    });
+}
+
+QString ScriptDocument::show(const QString &fileName, const QByteArray &content)
+{
+    StepHost::Result<StepHost::Script> script = StepHost::readAnyScript(content, m_catalogue);
     if (!script)
         return tr("%1: %2").arg(QDir::toNativeSeparators(fileName), script.error());
-    m_file.setContent(QFileInfo(fileName).absoluteFilePath(), *bytes);
+    m_file.setContent(QFileInfo(fileName).absoluteFilePath(), content);
     replace(std::move(*script));
     return QString();
 }

@@ -7,14 +7,18 @@
 #include <QObject>
 #include <QUndoStack>
 
+#include <functional>
+
 namespace StepHost
 {
 class StepCatalogue;
-}
+class StepTrial;
+} // namespace StepHost
 
 namespace Workbench
 {
 class ScriptModel;
+class TriedSettings;
 
 /// The script that is being edited: its steps, the variables that it starts with, its file and its undo
 /// stack. Every change by one of the editing members is one step of undo.
@@ -26,6 +30,10 @@ public:
     /// An empty script. Its steps are made by \a catalogue, which has to outlive the document.
     explicit ScriptDocument(const StepHost::StepCatalogue &catalogue, QObject *parent = nullptr);
     ~ScriptDocument() override;
+
+    /// From now on \a trial tries what comes into the script, before the script has it: what steps do with certain settings
+    /// shall not be done to this process. It has to outlive the document.
+    void setTrial(StepHost::StepTrial &trial);
 
     const StepHost::StepCatalogue &catalogue() const;
     ScriptModel &model() const;
@@ -60,6 +68,9 @@ public:
     void moveSteps(const QList<int> &rows, int target);
 
     void setEnabled(const QList<int> &rows, bool enabled);
+
+    /// Gives the property \a property of the step in \a row the value \a value; with setTrial(), maybe later. If it cannot have
+    /// it, emits refused().
     void setSetting(int row, const QString &property, const QVariant &value);
 
     /// Changes the variables that the script starts with; \a action names what was done.
@@ -83,6 +94,14 @@ public:
     /// Opens the file \a fileName, in either form, instead of the present script.
     /// \return an empty text, or why it cannot be read; the present script is left alone then.
     QString open(const QString &fileName);
+
+    /// Calls \a then when \a scripts, each in either form, were tried: with an empty text, or why they must not be read here.
+    /// Without setTrial() that is at once.
+    using Tried = std::function<void(const QString &error)>;
+    void whenTried(const QList<QByteArray> &scripts, const Tried &then);
+
+    /// Opens the file \a fileName as open() does, after its content was tried. \a then is called with what open() returns.
+    void openTried(const QString &fileName, const Tried &then);
 
     /// Makes the steps of \a steps, each a script in either form, with \a variables the present script, which was to be
     /// saved as \a fileName and is not yet. An empty one stands for a step that could not be kept: remarked() tells.
@@ -113,12 +132,18 @@ private:
 
     void showVariables(const VariableScope &variables);
     StepHost::Result<QByteArray> write(StepHost::ScriptForm form) const;
+    QString show(const QString &fileName, const QByteArray &content);
     void replace(StepHost::Script script);
+    void changeSetting(int row, const QString &property, const QVariant &value);
+    void refuseSetting(int row, const QString &property, const QString &reason);
+    void readInto(const QByteArray &script, int row);
 
     const StepHost::StepCatalogue &m_catalogue;
     ScriptModel *m_model;
     VariableScope m_variables;
     WatchedFile m_file;
+    StepHost::StepTrial *m_trial = nullptr;
+    std::unique_ptr<TriedSettings> m_triedSettings; ///< Null without a trial.
     // Declared last: its commands hold steps and refer to the document.
     QUndoStack m_undoStack;
 };

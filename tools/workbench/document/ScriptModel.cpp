@@ -170,7 +170,7 @@ void ScriptModel::moveSteps(int from, int count, int to)
 void ScriptModel::setEnabled(int row, bool enabled)
 {
     at(row).setEnabled(enabled);
-    rowChanged(row);
+    showStep(row);
     emit problemsChanged();
 }
 
@@ -178,7 +178,7 @@ void ScriptModel::setSetting(int row, const QString &property, const QVariant &v
 {
     at(row).setSetting(property, value);
     const bool hasOthers = check(at(row));
-    rowChanged(row);
+    showStep(row);
     if (hasOthers)
         emit problemsChanged();
 }
@@ -208,7 +208,7 @@ void ScriptModel::setRunningRow(int row)
     m_runningRow = row;
     for (const int changed : {before, row}) {
         if (changed >= 0 && changed < rowCount())
-            rowChanged(changed);
+            showStep(changed);
     }
 }
 
@@ -236,7 +236,7 @@ QIcon ScriptModel::icon(const QString &path) const
     return m_icons.value(path);
 }
 
-void ScriptModel::rowChanged(int row)
+void ScriptModel::showStep(int row)
 {
     rowsChanged(row, row);
 }

@@ -66,6 +66,9 @@ public:
 
     void setEnabled(int row, bool enabled);
 
+    /// Shows the step in \a row once more, wherever it is shown.
+    void showStep(int row);
+
     /// Gives the property \a property of the step in \a row the value \a value.
     void setSetting(int row, const QString &property, const QVariant &value);
 
@@ -124,7 +127,6 @@ private:
     StepRow &at(int row);
     const StepRow &at(int row) const;
     QIcon icon(const QString &path) const;
-    void rowChanged(int row);
     void rowsChanged(int first, int last);
     bool check(StepRow &row);
     void checkRest();

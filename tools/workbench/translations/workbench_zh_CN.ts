@@ -564,6 +564,70 @@
         <source>the record is damaged, or one of a newer version of the step</source>
         <translation>记录已损坏，或者来自步骤的更新版本</translation>
     </message>
+    <message>
+        <source>no process could be started: %1</source>
+        <translation>无法启动进程：%1</translation>
+    </message>
+    <message>
+        <source>%1, while %2</source>
+        <translation>%1，当时：%2</translation>
+    </message>
+    <message>
+        <source>the process crashed: %1</source>
+        <translation>进程崩溃：%1</translation>
+    </message>
+    <message>
+        <source>the process was ended with status %1</source>
+        <translation>进程以状态 %1 结束</translation>
+    </message>
+    <message>
+        <source>%1 was read</source>
+        <translation>读取%1</translation>
+    </message>
+    <message>
+        <source>%1 was made</source>
+        <translation>创建%1</translation>
+    </message>
+    <message>
+        <source>the setting %1 of %2 was changed</source>
+        <translation>更改%2的设置 %1</translation>
+    </message>
+    <message>
+        <source>the texts of %1 were made</source>
+        <translation>生成%1的文本</translation>
+    </message>
+    <message>
+        <source>the texts of %1: %2</source>
+        <translation>%1的文本：%2</translation>
+    </message>
+    <message>
+        <source>%1 was copied</source>
+        <translation>复制%1</translation>
+    </message>
+    <message>
+        <source>the plug-in gives no copy of %1</source>
+        <translation>插件没有给出%1的副本</translation>
+    </message>
+    <message>
+        <source>%1 was saved</source>
+        <translation>保存%1</translation>
+    </message>
+    <message>
+        <source>what it told was not understood</source>
+        <translation>无法理解它报告的内容</translation>
+    </message>
+    <message>
+        <source>it took longer than %1 s</source>
+        <translation>超过了 %1 秒</translation>
+    </message>
+    <message>
+        <source>step %1 (%2)</source>
+        <translation>步骤 %1（%2）</translation>
+    </message>
+    <message>
+        <source>the steps were not tried before: %1</source>
+        <translation>未能事先试用这些步骤：%1</translation>
+    </message>
 </context>
 <context>
     <name>StepHost::FileErrors</name>
@@ -713,28 +777,12 @@
 <context>
     <name>StepHost::RunProcess</name>
     <message>
-        <source>no process could be started: %1</source>
-        <translation>无法启动进程：%1</translation>
-    </message>
-    <message>
         <source>it was stopped in the middle</source>
         <translation>步骤在执行中被停止</translation>
     </message>
     <message>
         <source>what it told of the run was not understood</source>
         <translation>无法理解进程报告的运行情况</translation>
-    </message>
-    <message>
-        <source>%1, while %2</source>
-        <translation>%1，当时：%2</translation>
-    </message>
-    <message>
-        <source>the process crashed: %1</source>
-        <translation>进程崩溃：%1</translation>
-    </message>
-    <message>
-        <source>the process was ended with status %1</source>
-        <translation>进程以状态 %1 结束</translation>
     </message>
     <message>
         <source>%1: it took longer than %2 s, while %3</source>
@@ -1405,6 +1453,18 @@
     <message>
         <source>The plug-in gives no copy of the step %1.</source>
         <translation>插件没有给出步骤 %1 的副本。</translation>
+    </message>
+    <message>
+        <source>These steps are not placed: %1</source>
+        <translation>未放入这些步骤：%1</translation>
+    </message>
+    <message>
+        <source>Step %1 keeps its setting “%2”: %3</source>
+        <translation>步骤 %1 的设置“%2”保持不变：%3</translation>
+    </message>
+    <message>
+        <source>The present script was changed meanwhile.</source>
+        <translation>当前脚本在此期间被更改了。</translation>
     </message>
 </context>
 <context>

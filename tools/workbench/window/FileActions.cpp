@@ -104,16 +104,21 @@ void FileActions::chooseFile()
 
 void FileActions::open(const QString &fileName)
 {
-    if (!mayDiscard())
-        return;
-    const QString error = m_document.open(fileName);
-    if (error.isEmpty()) {
-        m_recentFiles.add(fileName);
-        emit done(tr("Opened %1").arg(QDir::toNativeSeparators(fileName)));
-        return;
-    }
-    m_recentFiles.remove(fileName);
-    emit failed(tr("The script cannot be opened"), error);
+    if (mayDiscard())
+        show(fileName);
+}
+
+void FileActions::show(const QString &fileName)
+{
+    m_document.openTried(fileName, [this, fileName](const QString &error) {
+        if (error.isEmpty()) {
+            m_recentFiles.add(fileName);
+            emit done(tr("Opened %1").arg(QDir::toNativeSeparators(fileName)));
+            return;
+        }
+        m_recentFiles.remove(fileName);
+        emit failed(tr("The script cannot be opened"), error);
+    });
 }
 
 bool FileActions::save()
@@ -208,9 +213,11 @@ void FileActions::showDifference()
         emit failed(tr("The difference cannot be shown"), file ? mine.error() : file.error());
         return;
     }
-    DifferenceDialog dialog(m_document.readableText(*file), tr("the file"), QString::fromUtf8(*mine),
-                            tr("the window"), &m_window);
-    dialog.exec();
+    m_document.whenTried({*file}, [this, file = *file, mine = *mine](const QString &error) {
+        DifferenceDialog dialog(error.isEmpty() ? m_document.readableText(file) : QString::fromUtf8(file),
+                                tr("the file"), QString::fromUtf8(mine), tr("the window"), &m_window);
+        dialog.exec();
+    });
 }
 
 void FileActions::reload()
@@ -227,11 +234,7 @@ void FileActions::reload()
         if (box.clickedButton() != reloadButton)
             return;
     }
-    const QString error = m_document.open(m_document.fileName());
-    if (error.isEmpty())
-        emit done(tr("Opened %1").arg(QDir::toNativeSeparators(m_document.fileName())));
-    else
-        emit failed(tr("The script cannot be opened"), error);
+    show(m_document.fileName());
 }
 
 void FileActions::keepMine()

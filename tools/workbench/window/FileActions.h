@@ -55,6 +55,7 @@ private:
     void createActions();
     void showRecentFiles();
     QString shownFileName() const;
+    void show(const QString &fileName);
     bool saveTo(const QString &fileName);
     bool saveElsewhere(const QString &error);
     bool maySaveOverOthers();

@@ -43,9 +43,10 @@ void RecoveryOffer::restore(const Recovery::Copy &copy)
     if (!m_files.mayDiscard())
         return;
     m_bar.hide();
-    const QString error = m_recovery.restore(copy);
-    if (!error.isEmpty())
-        emit failed(tr("The script cannot be restored"), error);
+    m_recovery.restoreTried(copy, [this](const QString &error) {
+        if (!error.isEmpty())
+            emit failed(tr("The script cannot be restored"), error);
+    });
     // The others are for another window: here there is a script now.
 }
 } // namespace Workbench
