@@ -54,8 +54,8 @@ public:
     void trySetting(const Operation &step, int number, const QString &property, const QVariant &value,
                     const QObject *asker, const Then &then);
 
-    /// Waits for all answers, at most for \a ms milliseconds.
-    void waitForAnswers(int ms);
+    /// Waits for all answers, at most for \a ms milliseconds, which nobody takes for a window that hangs.
+    void waitForAnswers(int ms = 20);
 
 private:
     struct Request

@@ -1,5 +1,6 @@
 #include "WindowFixture.h"
 
+#include "host/running/StepTrial.h"
 #include "tools/workbench/document/Recovery.h"
 
 #include "tests/support/ErrorOf.h"
@@ -45,6 +46,7 @@ private slots:
 
 private:
     StepHost::StepCatalogue m_catalogue;
+    std::unique_ptr<StepHost::StepTrial> m_trial;
     std::unique_ptr<WindowFixture> m;
 };
 
@@ -53,13 +55,15 @@ void TestLongScripts::initTestCase()
     const auto added = m_catalogue.addPlugin(TestPaths::listPlugin());
     QVERIFY2(added, qPrintable(errorOf(added)));
     m = std::make_unique<WindowFixture>(m_catalogue);
+    m_trial = std::make_unique<StepHost::StepTrial>(m_catalogue);
+    m->window.document().setTrial(*m_trial);
     const QString fileName = m->folder.filePath("long.json");
     QFile file(fileName);
     QVERIFY(file.open(QIODevice::WriteOnly));
     file.write(longScript());
     file.close();
     m->window.openFile(fileName);
-    QCOMPARE(m->script().rowCount(), stepCount);
+    QTRY_COMPARE_WITH_TIMEOUT(m->script().rowCount(), stepCount, 60000);
 }
 
 void TestLongScripts::cleanupTestCase()

@@ -19,9 +19,6 @@ namespace Workbench
 {
 namespace
 {
-// So that nobody sees the window wait.
-constexpr int patienceMs = 50;
-
 QList<int> sorted(QList<int> rows)
 {
     std::sort(rows.begin(), rows.end());
@@ -63,7 +60,7 @@ void ScriptDocument::whenTried(const QList<QByteArray> &scripts, const Tried &th
             emit remarked(remark);
         then(answer ? QString() : answer.error());
     });
-    m_trial->waitForAnswers(patienceMs);
+    m_trial->waitForAnswers();
 }
 
 const StepHost::StepCatalogue &ScriptDocument::catalogue() const

@@ -7,9 +7,6 @@ namespace Workbench
 {
 namespace
 {
-// So that nobody sees the window wait.
-constexpr int patienceMs = 50;
-
 bool hasValue(const Operation &step, const QString &property, const QVariant &value)
 {
     const QVariant present = step.property(property.toUtf8().constData());
@@ -41,7 +38,7 @@ void TriedSettings::change(int row, const QString &property, const QVariant &val
     else
         m_changes.push_back({step, property, value});
     tryNext();
-    m_trial.waitForAnswers(patienceMs);
+    m_trial.waitForAnswers();
 }
 
 bool TriedSettings::isSame(const Change &change, const Operation *step, const QString &property)
