@@ -121,29 +121,39 @@ QString endOf(const QProcess &process)
         : ErrorTexts::tr("the process was ended with status %1").arg(process.exitCode());
 }
 
-QString signalName(int signal)
+const char *signalWords(int signal)
 {
     switch (signal) {
     case SIGABRT:
-        return ErrorTexts::tr("abort");
+        return QT_TRANSLATE_NOOP("StepHost::ErrorTexts", "abort");
     case SIGFPE:
-        return ErrorTexts::tr("arithmetic error");
+        return QT_TRANSLATE_NOOP("StepHost::ErrorTexts", "arithmetic error");
     case SIGILL:
-        return ErrorTexts::tr("illegal instruction");
+        return QT_TRANSLATE_NOOP("StepHost::ErrorTexts", "illegal instruction");
     case SIGSEGV:
-        return ErrorTexts::tr("segmentation fault");
+        return QT_TRANSLATE_NOOP("StepHost::ErrorTexts", "segmentation fault");
     case SIGINT:
-        return ErrorTexts::tr("interrupted");
+        return QT_TRANSLATE_NOOP("StepHost::ErrorTexts", "interrupted");
     case SIGTERM:
-        return ErrorTexts::tr("terminated");
+        return QT_TRANSLATE_NOOP("StepHost::ErrorTexts", "terminated");
 #if !defined(Q_OS_WIN)
     case SIGBUS:
-        return ErrorTexts::tr("bus error");
+        return QT_TRANSLATE_NOOP("StepHost::ErrorTexts", "bus error");
+    case SIGHUP:
+        return QT_TRANSLATE_NOOP("StepHost::ErrorTexts", "hung up");
+    case SIGQUIT:
+        return QT_TRANSLATE_NOOP("StepHost::ErrorTexts", "quit");
     case SIGKILL:
-        return ErrorTexts::tr("killed");
+        return QT_TRANSLATE_NOOP("StepHost::ErrorTexts", "killed");
 #endif
     default:
-        return ErrorTexts::tr("signal %1").arg(signal);
+        return nullptr;
     }
+}
+
+QString signalName(int signal)
+{
+    const char *words = signalWords(signal);
+    return words ? ErrorTexts::tr(words) : ErrorTexts::tr("signal %1").arg(signal);
 }
 } // namespace StepHost

@@ -41,6 +41,9 @@ void endProcessTree(ChildProcess &process, qint64 processId, const QString &mark
 /// How \a process ended, which was not asked to: in words, such as `the process crashed: abort`.
 QString endOf(const QProcess &process);
 
+/// The words of signalName(), in English; null for a signal that has none. May be called by the handler of a signal.
+const char *signalWords(int signal);
+
 /// What people call the end of a process by \a signal, such as `segmentation fault`; on Windows, by that code.
 QString signalName(int signal);
 } // namespace StepHost

@@ -1,5 +1,6 @@
 #include "RunWorker.h"
 
+#include "OutputChannel.h"
 #include "ProcessTree.h"
 #include "RunChannel.h"
 #include "StepProbe.h"
@@ -19,14 +20,6 @@
 #include <cstring>
 #include <memory>
 
-#ifdef Q_OS_WIN
-#include <fcntl.h>
-#include <io.h>
-#else
-#include <fcntl.h>
-#include <unistd.h>
-#endif
-
 namespace StepHost
 {
 namespace
@@ -35,22 +28,6 @@ constexpr int exitOrphaned = 1;
 
 std::FILE *channel = nullptr;
 std::atomic<bool> shouldStop{false};
-
-// Takes standard output for the channel, so that nothing that a plug-in prints gets in between.
-std::FILE *takeStandardOutput()
-{
-#ifdef Q_OS_WIN
-    _setmode(_fileno(stdin), _O_BINARY);
-    const int descriptor = _dup(_fileno(stdout));
-    _setmode(descriptor, _O_BINARY);
-    _dup2(_fileno(stderr), _fileno(stdout));
-    return _fdopen(descriptor, "wb");
-#else
-    const int descriptor = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
-    dup2(STDERR_FILENO, STDOUT_FILENO);
-    return fdopen(descriptor, "wb");
-#endif
-}
 
 void tell(const RunNote &note)
 {

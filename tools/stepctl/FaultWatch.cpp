@@ -5,6 +5,7 @@
 #include "Isolation.h"
 
 #include "host/running/ProcessProbe.h"
+#include "host/running/ProcessTree.h"
 #include "host/running/StartedProcesses.h"
 #include "host/values/QuotedText.h"
 
@@ -15,6 +16,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
+#include <iterator>
 #include <new>
 
 #ifdef Q_OS_WIN
@@ -25,24 +27,13 @@
 
 namespace
 {
-struct Fault
-{
-    int signal;
-    const char *name;
-};
-
-const Fault faults[] = {
-    {SIGABRT, "abort"},
-    {SIGFPE, "arithmetic error"},
-    {SIGILL, "illegal instruction"},
-    {SIGSEGV, "segmentation fault"},
+// Of the end by each of these the user is told.
+const int faults[] = {
+    SIGABRT, SIGFPE,  SIGILL,  SIGSEGV,
 #ifndef Q_OS_WIN
-    {SIGBUS, "bus error"},
-    {SIGHUP, "hung up"},
-    {SIGQUIT, "quit"},
+    SIGBUS,  SIGHUP,  SIGQUIT,
 #endif
-    {SIGINT, "interrupted"},
-    {SIGTERM, "terminated"},
+    SIGINT,  SIGTERM,
 };
 constexpr int faultCount = int(sizeof faults / sizeof faults[0]);
 
@@ -58,14 +49,6 @@ bool isTerminal = false;
 constexpr int maxFaultSize = 100;
 char memoryFault[maxFaultSize];
 std::terminate_handler previousTerminate = nullptr;
-
-int positionOf(int signal)
-{
-    int position = 0;
-    while (position < faultCount - 1 && faults[position].signal != signal)
-        ++position;
-    return position;
-}
 
 // Writes the line about `fault`, and ends what the plug-ins left running. Calls only what a signal handler may call.
 void tell(const char *fault)
@@ -126,20 +109,20 @@ void tellOfSignal(int signal)
 {
     // The status that abort() and unhandled signals end with there.
     constexpr int exitSignalled = 3;
-    tell(faults[positionOf(signal)].name);
+    tell(StepHost::signalWords(signal));
     std::_Exit(exitSignalled);
 }
 
 void installHandlers()
 {
     for (int i = 0; i < faultCount; ++i)
-        previousActions[i] = std::signal(faults[i].signal, tellOfSignal);
+        previousActions[i] = std::signal(faults[i], tellOfSignal);
 }
 
 void removeHandlers()
 {
     for (int i = 0; i < faultCount; ++i)
-        std::signal(faults[i].signal, previousActions[i]);
+        std::signal(faults[i], previousActions[i]);
 }
 #else
 struct sigaction previousActions[faultCount];
@@ -149,8 +132,8 @@ char handlerStack[1 << 16];
 
 void tellOfSignal(int signal)
 {
-    const int position = positionOf(signal);
-    tell(faults[position].name);
+    tell(StepHost::signalWords(signal));
+    const auto position = std::find(std::begin(faults), std::end(faults), signal) - std::begin(faults);
     sigaction(signal, &previousActions[position], nullptr);
     raise(signal);
 }
@@ -172,17 +155,17 @@ void installHandlers()
         action.sa_handler = tellOfSignal;
         action.sa_flags = SA_ONSTACK;
         sigemptyset(&action.sa_mask);
-        sigaction(faults[i].signal, nullptr, &previousActions[i]);
+        sigaction(faults[i], nullptr, &previousActions[i]);
         // Whoever started this program wants the signal ignored, as nohup does.
         if (previousActions[i].sa_handler != SIG_IGN)
-            sigaction(faults[i].signal, &action, nullptr);
+            sigaction(faults[i], &action, nullptr);
     }
 }
 
 void removeHandlers()
 {
     for (int i = 0; i < faultCount; ++i)
-        sigaction(faults[i].signal, &previousActions[i], nullptr);
+        sigaction(faults[i], &previousActions[i], nullptr);
 }
 #endif
 } // namespace
@@ -251,16 +234,6 @@ int FaultWatch::refuseForMemory() const
 {
     tell(memoryFault);
     return ExitRefused;
-}
-
-QString FaultWatch::signalName(int signal)
-{
-#ifndef Q_OS_WIN
-    if (signal == SIGKILL)
-        return QStringLiteral("killed");
-#endif
-    const Fault &fault = faults[positionOf(signal)];
-    return fault.signal == signal ? QString::fromLatin1(fault.name) : QStringLiteral("signal %1").arg(signal);
 }
 
 void FaultWatch::limitTime(double seconds)

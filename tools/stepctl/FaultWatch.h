@@ -51,9 +51,6 @@ public:
     /// has thrown `std::bad_alloc`.
     int refuseForMemory() const;
 
-    /// What a line calls the end of a process by \a signal, or on Windows by a code, such as `segmentation fault`.
-    static QString signalName(int signal);
-
 private:
     Q_DISABLE_COPY(FaultWatch)
 

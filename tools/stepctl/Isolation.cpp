@@ -3,6 +3,7 @@
 #include "Console.h"
 #include "FaultWatch.h"
 
+#include "host/running/OutputChannel.h"
 #include "host/running/ProcessTree.h"
 
 #include <QCoreApplication>
@@ -16,14 +17,6 @@
 #include <cstring>
 #include <optional>
 
-#ifdef Q_OS_WIN
-#include <fcntl.h>
-#include <io.h>
-#else
-#include <fcntl.h>
-#include <unistd.h>
-#endif
-
 namespace
 {
 constexpr char workerName[] = "isolated-worker";
@@ -32,21 +25,6 @@ constexpr char workerName[] = "isolated-worker";
 constexpr char workMark = 'w';
 constexpr char resultMark = 'r';
 std::FILE *channel = nullptr;
-
-// Takes standard output for the channel, so that nothing that a plug-in prints gets in between.
-std::FILE *takeStandardOutput()
-{
-#ifdef Q_OS_WIN
-    const int descriptor = _dup(_fileno(stdout));
-    _setmode(descriptor, _O_BINARY);
-    _dup2(_fileno(stderr), _fileno(stdout));
-    return _fdopen(descriptor, "wb");
-#else
-    const int descriptor = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
-    dup2(STDERR_FILENO, STDOUT_FILENO);
-    return fdopen(descriptor, "wb");
-#endif
-}
 
 /// What is known of a worker.
 struct WorkerState
@@ -68,12 +46,12 @@ void readLines(QProcess &worker, WorkerState &state)
 }
 
 // How the worker ended that did not hand over a result.
-QString endOf(const QProcess &worker)
+QString endOfWorker(const QProcess &worker)
 {
     if (worker.error() == QProcess::FailedToStart)
         return QStringLiteral("no process could be started: ") + worker.errorString();
     return worker.exitStatus() == QProcess::CrashExit
-        ? FaultWatch::signalName(worker.exitCode())
+        ? StepHost::signalName(worker.exitCode())
         : QStringLiteral("the process was ended with status %1").arg(worker.exitCode());
 }
 } // namespace
@@ -86,7 +64,7 @@ void becomeWorker(int &argc, char *argv[])
         return;
     std::move(argv + 2, argv + argc + 1, argv + 1);
     --argc;
-    channel = takeStandardOutput();
+    channel = StepHost::takeStandardOutput();
     StepHost::leadProcessTree();
 }
 
@@ -143,7 +121,7 @@ int runWorker(double timeLimit, QByteArray &result)
         return state.status;
     }
     const QString end =
-        isLate ? QStringLiteral("the time limit of %1 s ran out").arg(timeLimit) : endOf(worker);
+        isLate ? QStringLiteral("the time limit of %1 s ran out").arg(timeLimit) : endOfWorker(worker);
     return refuse(end + QLatin1Char(' ') + QString::fromUtf8(state.work)
                   + QLatin1String("; nothing was written"));
 }

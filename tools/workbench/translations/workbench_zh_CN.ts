@@ -628,6 +628,14 @@
         <source>the steps were not tried before: %1</source>
         <translation>未能事先试用这些步骤：%1</translation>
     </message>
+    <message>
+        <source>quit</source>
+        <translation>退出</translation>
+    </message>
+    <message>
+        <source>hung up</source>
+        <translation>挂断</translation>
+    </message>
 </context>
 <context>
     <name>StepHost::FileErrors</name>
