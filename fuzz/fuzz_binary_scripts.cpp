@@ -29,6 +29,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const QByteArray bytes =
         QByteArray::fromRawData(reinterpret_cast<const char *>(data), static_cast<int>(size));
     const QByteArray file = StepHost::isBinaryScript(bytes) ? bytes : fileWith(bytes);
-    requireKeepsAndRuns(file, {StepHost::readBinaryScript, StepHost::writeBinaryScript, ""});
+    const auto read = [](const QByteArray &script, const StepHost::StepCatalogue &catalogue) {
+        return StepHost::readBinaryScript(script, catalogue);
+    };
+    requireKeepsAndRuns(file, {read, StepHost::writeBinaryScript, ""});
     return 0;
 }

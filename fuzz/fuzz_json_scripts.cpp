@@ -10,6 +10,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
 {
     const QByteArray json =
         QByteArray::fromRawData(reinterpret_cast<const char *>(data), static_cast<int>(size));
-    requireKeepsAndRuns(json, {StepHost::readScript, StepHost::writeScript, " \t\r\n"});
+    const auto read = [](const QByteArray &script, const StepHost::StepCatalogue &catalogue) {
+        return StepHost::readScript(script, catalogue);
+    };
+    requireKeepsAndRuns(json, {read, StepHost::writeScript, " \t\r\n"});
     return 0;
 }
