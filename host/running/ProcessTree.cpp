@@ -154,6 +154,8 @@ const char *signalWords(int signal)
 QString signalName(int signal)
 {
     const char *words = signalWords(signal);
-    return words ? ErrorTexts::tr(words) : ErrorTexts::tr("signal %1").arg(signal);
+    if (!words)
+        return ErrorTexts::tr("signal %1").arg(signal);
+    return ErrorTexts::tr(words);
 }
 } // namespace StepHost
