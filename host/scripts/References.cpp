@@ -41,11 +41,14 @@ Parts partsOf(const QString &text)
 
 QString unknownVariable(const QString &text, const VariableScope &variables)
 {
-    if (!isReference(text))
-        return QString();
-    const QString name = partsOf(text).variable;
+    const QString name = variableOf(text);
     // As the steps do, the name is handed to the scope as it stands.
     return variables.contains(name) ? QString() : name;
+}
+
+QString variableOf(const QString &text)
+{
+    return isReference(text) ? partsOf(text).variable : QString();
 }
 
 QString memberOf(const QString &text)

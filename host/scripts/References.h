@@ -19,6 +19,9 @@ QStringList memberReferences(const QString &reference, VarType type);
 /// empty.
 QString unknownVariable(const QString &text, const VariableScope &variables);
 
+/// What the reference \a text is about: the name that stands in it, as a scope takes it; empty when it is no reference.
+QString variableOf(const QString &text);
+
 /// What the reference \a text names behind the variable, such as `Count`; empty when it is about the variable itself, or
 /// no reference.
 QString memberOf(const QString &text);
