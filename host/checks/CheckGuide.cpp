@@ -1,6 +1,7 @@
 #include "CheckGuide.h"
 
 #include "host/values/QuotedText.h"
+#include "host/values/Suggestion.h"
 
 #include <QFile>
 
@@ -36,6 +37,17 @@ QString sectionOf(const QString &text, const QString &heading, const QStringList
     }
     return text.mid(body, end - body).trimmed();
 }
+// The checks and the families of checks that `text` is about.
+QStringList headingsIn(const QString &text)
+{
+    QStringList headings;
+    const QStringList lines = text.split(QLatin1Char('\n'));
+    for (const QString &line : lines) {
+        if (line.startsWith(QLatin1String("##")))
+            headings.append(line.section(QLatin1Char(' '), 1));
+    }
+    return headings;
+}
 } // namespace
 
 Result<QString> explainCheck(const QString &name)
@@ -47,9 +59,13 @@ Result<QString> explainCheck(const QString &name)
     if (!whole.isEmpty())
         return QString(family + name + QLatin1String("\n\n") + whole + QLatin1Char('\n'));
     const QString own = sectionOf(text, check + name, {family, check});
-    if (own.isEmpty())
+    if (own.isEmpty()) {
+        const QString meant = nearestOf(name, headingsIn(text));
         return failure(
-            QStringLiteral("there is no check %1; stepctl check --list shows them all").arg(quoted(name)));
+            QStringLiteral("there is no check %1; %2stepctl check --list shows them all")
+                .arg(quoted(name),
+                     meant.isEmpty() ? QString() : QStringLiteral("did you mean %1? ").arg(quoted(meant))));
+    }
     const QString familyName = name.section(QLatin1Char('.'), 0, 0);
     const QString why = sectionOf(text, family + familyName, {family, check});
     return QString(check + name + QLatin1String("\n\n") + own + QLatin1String("\n\n") + family + familyName

@@ -2,6 +2,7 @@
 
 #include "ErrorTexts.h"
 #include "JsonWriter.h"
+#include "Suggestion.h"
 
 #include <algorithm>
 
@@ -88,6 +89,11 @@ QString notAmong(const QString &what, const QString &name, const QStringList &ch
     const QString list = choices.isEmpty()
         ? ErrorTexts::tr("none")
         : QLatin1Char('"') + choices.join(QLatin1String("\", \"")) + QLatin1Char('"');
+    const QString meant = nearestOf(name, choices);
+    if (!meant.isEmpty()) {
+        return ErrorTexts::tr("there is no %1 %2; did you mean %3? There are %4")
+            .arg(what, quoted(name), quoted(meant), list);
+    }
     return ErrorTexts::tr("there is no %1 %2; there are %3").arg(what, quoted(name), list);
 }
 

@@ -15,7 +15,7 @@ namespace StepHost
 /// is shown as `\uXXXX`, and of a text longer than 60 characters only both ends are shown, with its length.
 QString quoted(const QString &text);
 
-/// Says that there is no \a what called \a name, and which there are instead.
+/// Says that there is no \a what called \a name, which one was probably meant, and which there are instead.
 QString notAmong(const QString &what, const QString &name, const QStringList &choices);
 
 /// \a text, or, when it has more than \a most characters, both its ends with its length between them.

@@ -123,7 +123,9 @@ void TestCheckTools::anUnknownCheckIsNotExplained()
 {
     const Result<QString> text = explainCheck("clones");
     QVERIFY(!text);
-    QCOMPARE(text.error(), QString("there is no check \"clones\"; stepctl check --list shows them all"));
+    QCOMPARE(
+        text.error(),
+        QString("there is no check \"clones\"; did you mean \"clone\"? stepctl check --list shows them all"));
 }
 
 void TestCheckTools::librariesForOtherSystems_data()

@@ -175,8 +175,9 @@ void TestScriptJson::refuses_data()
                                 << "there is no key \"kkk*kkkx\" (10000001 characters); there are *";
     QTest::newRow("syntax") << QByteArray("{\"steps\": [\n  }") << "line 2, column 3: syntax error*";
     QTest::newRow("no object") << QByteArray("[]") << "this is an array, it should be an object";
-    QTest::newRow("unknown key") << QByteArray(R"({"step": []})")
-                                 << R"(there is no key "step"; there are "variables", "steps")";
+    QTest::newRow("unknown key")
+        << QByteArray(R"({"step": []})")
+        << R"(there is no key "step"; did you mean "steps"? There are "variables", "steps")";
     QTest::newRow("variables") << QByteArray(R"({"variables": {}})")
                                << "at /variables: this is an object, it should be an array";
     QTest::newRow("steps") << QByteArray(R"({"steps": 1})")
@@ -250,7 +251,7 @@ void TestScriptJson::refuses_data()
         << "at /steps/1/type: the step cannot be created: its prototype gives no clone";
     QTest::newRow("unknown property")
         << step(R"({"type": "list.sort", "targetvar": "a"})")
-        << R"(at /steps/1: there is no property "targetvar"; there are "targetVar", "ascending")";
+        << R"(at /steps/1: there is no property "targetvar"; did you mean "targetVar"? There are "targetVar", "ascending")";
     QTest::newRow("property of every object")
         << step(R"({"type": "list.clear", "objectName": "a"})")
         << R"(there is no property "objectName"; there are "targetVar")";

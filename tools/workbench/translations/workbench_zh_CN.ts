@@ -636,6 +636,10 @@
         <source>hung up</source>
         <translation>挂断</translation>
     </message>
+    <message>
+        <source>there is no %1 %2; did you mean %3? There are %4</source>
+        <translation>没有%1 %2；是不是 %3？可用的有：%4</translation>
+    </message>
 </context>
 <context>
     <name>StepHost::FileErrors</name>
