@@ -15,22 +15,49 @@ namespace
 const StepOutcome countedOutcomes[] = {StepOutcome::Wrote, StepOutcome::Skipped, StepOutcome::Disabled,
                                        StepOutcome::Failed, StepOutcome::NotRun};
 
+TextColour colourOf(StepOutcome outcome)
+{
+    switch (outcome) {
+    case StepOutcome::Wrote:
+        return TextColour::Good;
+    case StepOutcome::Failed:
+        return TextColour::Bad;
+    default:
+        return TextColour::Caution;
+    }
+}
+
 QByteArray padded(const QString &text, int width)
 {
     return text.leftJustified(width).toUtf8();
 }
 
-Result<void> appendVariableLines(QByteArray &text, const std::vector<ScriptVariable> &variables)
+// What stands behind `json`, the value of `variable`, when not all of it is shown.
+QString remarkOn(const ScriptVariable &variable, const QString &json)
+{
+    const bool isList = variable.value.userType() == QMetaType::QVariantList;
+    const int count = isList ? variable.value.toList().size() : json.size();
+    const QString noun = !isList          ? QStringLiteral("characters")
+        : variable.type == VarType::Table ? QStringLiteral("rows")
+                                          : QStringLiteral("elements");
+    return QStringLiteral(" ... (%1 %2)").arg(count).arg(noun);
+}
+
+Result<void> appendVariableLines(QByteArray &text, const std::vector<ScriptVariable> &variables,
+                                 const TextLook &look)
 {
     for (const ScriptVariable &variable : variables) {
-        text +=
-            "  " + padded(varTypeName(variable.type), 6) + "  " + inOneLine(variable.name).toUtf8() + " = ";
+        const QString lead = QLatin1String("  ") + varTypeName(variable.type).leftJustified(6)
+            + QLatin1String("  ") + inOneLine(variable.name) + QLatin1String(" = ");
         QByteArray value;
         JsonWriter json(value, JsonWriter::InLine);
         const Result<void> written = writeVariableValue(json, variable.value, variable.type);
         if (!written)
             return failure(QStringLiteral("the value of %1 %2").arg(quoted(variable.name), written.error()));
-        text += inOneLine(QString::fromUtf8(value)).toUtf8() + '\n';
+        QString shown = inOneLine(QString::fromUtf8(value));
+        if (look.columns > 0)
+            shown = cutToColumns(shown, look.columns - columnsOf(lead), remarkOn(variable, shown));
+        text += lead.toUtf8() + shown.toUtf8() + '\n';
     }
     return {};
 }
@@ -42,7 +69,7 @@ void appendStepLines(QByteArray &text, const RunReport &report)
     for (std::size_t i = 0; i < report.script.steps.size(); ++i) {
         const StepResult &result = report.result.steps[i];
         text += "  " + QByteArray::number(qulonglong(i) + 1).rightJustified(numberWidth) + "  "
-            + padded(outcomeName(result.outcome), 8) + "  "
+            + coloured(padded(outcomeName(result.outcome), 8), colourOf(result.outcome), report.look) + "  "
             + inOneLine(takenText(report.script.steps[i].operation->toString())).toUtf8() + '\n';
         for (const QString &warning : result.warnings)
             text += indent + inOneLine(warning).toUtf8() + '\n';
@@ -119,14 +146,14 @@ Result<QByteArray> reportToText(const RunReport &report)
     Result<void> written;
     if (report.before) {
         text += "Variables before\n";
-        written = appendVariableLines(text, *report.before);
+        written = appendVariableLines(text, *report.before, report.look);
         text += '\n';
     }
     text += "Steps\n";
     appendStepLines(text, report);
     text += report.before ? "\nVariables after\n" : "\nVariables\n";
     if (written)
-        written = appendVariableLines(text, report.variables);
+        written = appendVariableLines(text, report.variables, report.look);
     if (!written)
         return failure(written.error());
     return text + '\n' + countLine(report.result);

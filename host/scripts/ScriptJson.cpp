@@ -101,17 +101,6 @@ bool isKeyOfEveryStep(const QString &key)
     return key == QLatin1String("type") || key == QLatin1String("enabled");
 }
 
-// The settings of a step that a script can give.
-QVector<QMetaProperty> scriptSettingsOf(const Operation &step)
-{
-    QVector<QMetaProperty> settings = settingsOf(step);
-    const auto isOutOfReach = [](const QMetaProperty &setting) {
-        return !setting.isWritable() || isKeyOfEveryStep(QString::fromUtf8(setting.name()));
-    };
-    settings.erase(std::remove_if(settings.begin(), settings.end(), isOutOfReach), settings.end());
-    return settings;
-}
-
 QStringList namesOf(const QVector<QMetaProperty> &settings)
 {
     QStringList names;
@@ -279,15 +268,7 @@ Result<void> writeStep(JsonWriter &json, const ScriptStep &step)
     const QVector<QMetaProperty> settings = scriptSettingsOf(*step.operation);
     for (const QMetaProperty &setting : settings) {
         const QString name = QString::fromUtf8(setting.name());
-        QVariant value = setting.read(step.operation.get());
-        if (setting.isEnumType())
-            value = QString::fromLatin1(setting.enumerator().valueToKeys(value.toInt()));
-        json.key(name);
-        if (isEmptyText(value)) {
-            json.raw(R"({"$QString": ""})");
-            continue;
-        }
-        const Result<void> written = writeValue(json, value);
+        const Result<void> written = writeSetting(json.key(name), *step.operation, setting);
         if (!written)
             return failure(ErrorTexts::tr("the property \"%1\" %2").arg(name, written.error()));
     }
@@ -295,6 +276,16 @@ Result<void> writeStep(JsonWriter &json, const ScriptStep &step)
     return {};
 }
 } // namespace
+
+QVector<QMetaProperty> scriptSettingsOf(const Operation &step)
+{
+    QVector<QMetaProperty> settings = settingsOf(step);
+    const auto isOutOfReach = [](const QMetaProperty &setting) {
+        return !setting.isWritable() || isKeyOfEveryStep(QString::fromUtf8(setting.name()));
+    };
+    settings.erase(std::remove_if(settings.begin(), settings.end(), isOutOfReach), settings.end());
+    return settings;
+}
 
 Result<std::vector<ScriptVariable>, JsonError> readVariables(CborReader &at)
 {
@@ -330,6 +321,17 @@ Result<void> writeVariables(JsonWriter &json, const std::vector<ScriptVariable> 
         json.close();
     }
     json.close();
+    return {};
+}
+
+Result<void> writeSetting(JsonWriter &json, const Operation &step, const QMetaProperty &setting)
+{
+    QVariant value = setting.read(&step);
+    if (setting.isEnumType())
+        value = QString::fromLatin1(setting.enumerator().valueToKeys(value.toInt()));
+    if (!isEmptyText(value))
+        return writeValue(json, value);
+    json.raw(R"({"$QString": ""})");
     return {};
 }
 

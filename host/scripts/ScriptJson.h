@@ -5,7 +5,9 @@
 #include "host/values/Result.h"
 
 #include <QByteArray>
+#include <QMetaProperty>
 #include <QString>
+#include <QVector>
 
 #include <vector>
 
@@ -31,6 +33,9 @@ class CborReader;
 class JsonWriter;
 struct JsonError;
 
+/// The settings of \a step that a script can give, in their order.
+QVector<QMetaProperty> scriptSettingsOf(const Operation &step);
+
 /// Reads a list of variables in the form that they have in a script.
 Result<std::vector<ScriptVariable>, JsonError> readVariables(CborReader &at);
 
@@ -43,6 +48,9 @@ Result<Script> readScript(const QByteArray &json, const StepCatalogue &catalogue
 /// value, every step with all its properties, one on each line. Refused is a value that is nested too deep or too
 /// large.
 Result<QByteArray> writeScript(const Script &script);
+
+/// Writes the value of \a setting, one of \a step, as it stands in a script. Refused as by writeValue().
+Result<void> writeSetting(JsonWriter &json, const Operation &step, const QMetaProperty &setting);
 
 /// Writes a list of variables as the value of "variables" in a script. Refused is a value that is nested too
 /// deep or too large.

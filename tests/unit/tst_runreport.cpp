@@ -62,6 +62,7 @@ private slots:
     void text();
     void textWithBefore();
     void textOfNothing();
+    void textAtATerminal();
     void json();
     void jsonWithBefore();
     void jsonOfNothing();
@@ -107,6 +108,37 @@ void TestRunReport::textOfNothing()
     const std::vector<ScriptVariable> variables;
     QCOMPARE(reportToText({script, result, variables}).value_or(""),
              QByteArray("Steps\n\nVariables\n\nno steps\n"));
+}
+
+void TestRunReport::textAtATerminal()
+{
+    Example example;
+    const QVariantList numbers{100, 200, 300, 400, 500};
+    example.variables = {{QString::fromUtf8("名字"), VarType::List, numbers},
+                         {"t", VarType::Table, QVariantList{QVariant(numbers), QVariant(numbers)}},
+                         {"s", VarType::String, QString(1000, 'x')},
+                         {"n", VarType::Int, 1}};
+    RunReport report = example.report();
+    report.look = {40, true};
+    const Result<QByteArray> text = reportToText(report);
+    QCOMPARE(errorOf(text), QString());
+    QCOMPARE(QString::fromUtf8(*text),
+             QString::fromUtf8("Steps\n"
+                               "  1  \x1b[32mwrote   \x1b[0m  one\n"
+                               "  2  \x1b[33mskipped \x1b[0m  two\\n\\u001b[2J\n"
+                               "               first \"a\"\n"
+                               "               second\\r\\n\n"
+                               "  3  \x1b[31mfailed  \x1b[0m  three\n"
+                               "               out of paper\n"
+                               "  4  \x1b[33mnot run \x1b[0m  four\n"
+                               "\n"
+                               "Variables\n"
+                               "  list    名字 = [100, 200, ... (5 elements)\n"
+                               "  table   t = [[100, 200, 3 ... (2 rows)\n"
+                               "  string  s = \"xxxxxxxxx ... (1002 characters)\n"
+                               "  int     n = 1\n"
+                               "\n"
+                               "4 steps: 1 wrote, 1 skipped, 1 failed, 1 not run\n"));
 }
 
 void TestRunReport::json()
