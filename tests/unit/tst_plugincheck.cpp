@@ -609,7 +609,8 @@ void TestPluginCheck::exitStatus_data()
     row("no plug-in", {}, 2, "stepctl: check: name at least one plug-in\n");
     row("no such check", {listPlugin, "--only", "clone.parents"}, 2,
         "stepctl: --only clone.parents: there is no such check; --list shows them all\n");
-    row("no such format", {listPlugin, "--format", "yaml"}, 2, "--format: yaml not in {text,json,junit}");
+    row("no such format", {listPlugin, "--format", "yaml"}, 2,
+        "stepctl: --format: there is no value \"yaml\"; there are \"text\", \"json\", \"junit\"");
     row("a baseline for several", {listPlugin, listPlugin, "--baseline", listPlugin}, 2,
         "stepctl: --baseline: name one plug-in, which is compared with the older release\n");
     row("a baseline in process", {listPlugin, "--baseline", listPlugin, "--in-process"}, 2,
@@ -619,8 +620,8 @@ void TestPluginCheck::exitStatus_data()
     row("no baseline", {listPlugin, "--only", "baseline.types"}, 2,
         "stepctl: --only baseline.types: that compares with an older release; --baseline FILE names one\n");
     row("a list as JUnit", {"--list", "--format", "junit"}, 2, "stepctl: --list: its form is text or json\n");
-    row("no jobs", {listPlugin, "--jobs", "0"}, 2, "--jobs: Value 0 not in range 1 to 256");
-    row("no time", {listPlugin, "--time-limit", "0"}, 2, "--time-limit: Value 0 not in range");
+    row("no jobs", {listPlugin, "--jobs", "0"}, 2, "stepctl: --jobs: Value 0 not in range 1 to 256");
+    row("no time", {listPlugin, "--time-limit", "0"}, 2, "stepctl: --time-limit: Value 0 not in range");
 }
 
 void TestPluginCheck::exitStatus()

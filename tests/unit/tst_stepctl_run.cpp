@@ -401,7 +401,8 @@ void TestStepctlRun::badScripts_data()
     QTest::newRow("unknown property")
         << QByteArray(R"({"variables": [{"name": "l", "type": "list", "value": [1]}],
                           "steps": [{"type": "list.clear", "targetVar": "l"}, {"type": "list.clear", "target": "l"}]})")
-        << "stepctl: script.json: at /steps/1: there is no property \"target\"; there are \"targetVar\"";
+        << "stepctl: script.json: at /steps/1: there is no property \"target\"; did you mean "
+           "\"targetVar\"? There are \"targetVar\"";
     QTest::newRow("deeply nested") << QByteArray(100000, '[') << "nested deeper than 512 levels";
 }
 

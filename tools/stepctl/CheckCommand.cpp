@@ -1,10 +1,11 @@
 #include "CheckCommand.h"
 
-#include "CommandLine.h"
-#include "Console.h"
 #include "IconRenderer.h"
-#include "ProgressLine.h"
 #include "QuitOnSignal.h"
+#include "console/CommandLine.h"
+#include "console/Console.h"
+#include "console/ProgressLine.h"
+#include "console/Terminal.h"
 #include "host/checks/CheckReport.h"
 #include "host/checks/CheckSelection.h"
 #include "host/checks/Waivers.h"
@@ -142,8 +143,10 @@ int check(const CheckArguments &arguments)
     options.timeLimit = qMax(1, int(arguments.timeLimit * 1000));
     std::unique_ptr<ProgressLine> line;
     if (!arguments.quiet && isErrorTerminal()) {
-        line = std::make_unique<ProgressLine>("checking:");
-        options.progress = [&line](int done, int total) { line->update(done, total); };
+        line = std::make_unique<ProgressLine>();
+        options.progress = [&line](int done, int total) {
+            line->update(QStringLiteral("checking: %1/%2").arg(done).arg(total));
+        };
     }
     const QuitOnSignal quitting;
     const StartedProcesses started; // Also those that leave the tree of their check.

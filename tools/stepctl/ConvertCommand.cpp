@@ -1,8 +1,8 @@
 #include "ConvertCommand.h"
 
-#include "CommandLine.h"
-#include "Console.h"
 #include "PluginWork.h"
+#include "console/CommandLine.h"
+#include "console/Console.h"
 
 #include "host/scripts/ScriptFile.h"
 

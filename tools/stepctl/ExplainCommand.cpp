@@ -1,7 +1,7 @@
 #include "ExplainCommand.h"
 
-#include "CommandLine.h"
-#include "Console.h"
+#include "console/CommandLine.h"
+#include "console/Console.h"
 #include "host/checks/CheckGuide.h"
 
 #include <memory>

@@ -1,8 +1,9 @@
 #include "FaultWatch.h"
 
-#include "Console.h"
-#include "ExitStatus.h"
 #include "Isolation.h"
+#include "console/Console.h"
+#include "console/ExitStatus.h"
+#include "console/Terminal.h"
 
 #include "host/running/ProcessProbe.h"
 #include "host/running/ProcessTree.h"

@@ -1,7 +1,7 @@
 #include "Isolation.h"
 
-#include "Console.h"
 #include "FaultWatch.h"
+#include "console/Console.h"
 
 #include "host/running/OutputChannel.h"
 #include "host/running/ProcessTree.h"

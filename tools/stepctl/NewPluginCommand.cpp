@@ -1,7 +1,7 @@
 #include "NewPluginCommand.h"
 
-#include "CommandLine.h"
-#include "Console.h"
+#include "console/CommandLine.h"
+#include "console/Console.h"
 
 #include "host/skeleton/PluginSkeleton.h"
 #include "host/values/QuotedText.h"

@@ -1,7 +1,7 @@
 #include "PluginOption.h"
 
-#include "CommandLine.h"
-#include "Console.h"
+#include "console/CommandLine.h"
+#include "console/Console.h"
 
 #include <QCoreApplication>
 

@@ -1,7 +1,8 @@
 #include "PluginWork.h"
 
-#include "Console.h"
 #include "Isolation.h"
+#include "console/Console.h"
+#include "console/Terminal.h"
 
 #include <new>
 
@@ -43,4 +44,9 @@ int doPluginWork(const PluginWork &work)
     if (status == ExitRefused)
         return ExitRefused;
     return writeResult(result, work.output) ? status : int(ExitRefused);
+}
+
+StepHost::TextLook resultLook(const QString &output, bool isWhole)
+{
+    return Isolation::isWorker() ? StepHost::TextLook() : lookOf(output, isWhole);
 }

@@ -1,8 +1,9 @@
 #pragma once
 
-#include "ExitStatus.h"
 #include "FaultWatch.h"
 #include "PluginOption.h"
+#include "console/ExitStatus.h"
+#include "host/values/TerminalText.h"
 
 #include <QByteArray>
 #include <QString>
@@ -28,3 +29,7 @@ struct PluginWork
 /// all else that a plug-in can do to this program; with --isolate a process of its own does the work, so that nothing
 /// goes unseen. Returns an ExitStatus.
 int doPluginWork(const PluginWork &work);
+
+/// How the result of such work is to look when it goes to \a output: as lookOf() says, but whole and plain in a process of
+/// its own, which does not see where it goes.
+StepHost::TextLook resultLook(const QString &output, bool isWhole);

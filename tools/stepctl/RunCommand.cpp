@@ -1,15 +1,18 @@
 #include "RunCommand.h"
 
-#include "CommandLine.h"
-#include "Console.h"
 #include "PluginWork.h"
-#include "ProgressLine.h"
+#include "console/CommandLine.h"
+#include "console/Console.h"
+#include "console/ProgressLine.h"
+#include "console/Terminal.h"
 
 #include "host/running/RunReport.h"
 #include "host/running/ScriptRunner.h"
 #include "host/scripts/ScriptFile.h"
+#include "host/scripts/StepProblems.h"
 #include "host/scripts/VariableInput.h"
 #include "host/values/QuotedText.h"
+#include "host/values/Suggestion.h"
 #include "host/values/VariableName.h"
 
 #include <QSet>
@@ -32,6 +35,7 @@ struct RunArguments
     double timeLimit = 0;
     bool showBefore = false;
     bool quiet = false;
+    bool full = false;
 };
 
 // NAME=VALUE, as given with an option.
@@ -93,6 +97,33 @@ Result<void> assignVariables(Script &script, const RunArguments &arguments)
     return {};
 }
 
+// A variable that the script knows nothing of may be meant, or be another one mistyped.
+void askForMeantVariables(Script &script, const RunArguments &arguments)
+{
+    QStringList unknown;
+    const QStringList given = arguments.lists + arguments.values;
+    for (const QString &argument : given) {
+        const std::optional<Assignment> assignment = parseAssignment(argument);
+        if (assignment && !script.findVariable(assignment->name))
+            unknown.append(withoutMark(assignment->name));
+    }
+    if (unknown.isEmpty())
+        return;
+    QStringList known;
+    for (const ScriptVariable &variable : script.variables)
+        known.append(variable.name);
+    const QVector<ScriptProblem> problems = StepProblems::ofScript(script);
+    for (const ScriptProblem &problem : problems)
+        known.append(problem.problem.missing);
+    for (const QString &name : qAsConst(unknown)) {
+        const QString meant = known.contains(name) ? QString() : nearestOf(name, known);
+        if (!meant.isEmpty()) {
+            say(QStringLiteral("the script does not use a variable %1, which is added; did you mean %2?")
+                    .arg(quoted(name), quoted(meant)));
+        }
+    }
+}
+
 QString stepName(const Script &script, std::size_t index)
 {
     return QStringLiteral("step %1 (%2)").arg(index + 1).arg(script.steps[index].operation->typeId());
@@ -102,13 +133,14 @@ RunResult runWatched(const Script &script, VariableScope &scope, FaultWatch &wat
 {
     std::unique_ptr<ProgressLine> line;
     RunObserver observer;
+    if (showProgress)
+        line = std::make_unique<ProgressLine>();
     observer.starting = [&](int index) {
-        watch.setWork(QLatin1String("in ") + stepName(script, std::size_t(index)));
+        const QString name = stepName(script, std::size_t(index));
+        watch.setWork(QLatin1String("in ") + name);
+        if (line)
+            line->update(QStringLiteral("running: %1 of %2").arg(name).arg(script.steps.size()));
     };
-    if (showProgress) {
-        line = std::make_unique<ProgressLine>("running: step");
-        observer.progress = [&line](int done, int total) { line->update(done, total); };
-    }
     return runScript(script, scope, observer);
 }
 
@@ -119,6 +151,7 @@ int run(const RunArguments &arguments, const StepCatalogue &catalogue, FaultWatc
     if (!read)
         return refuse(read.error());
     Script &script = *read;
+    askForMeantVariables(script, arguments);
     const Result<void> assigned = assignVariables(script, arguments);
     if (!assigned)
         return refuse(assigned.error());
@@ -139,7 +172,8 @@ int run(const RunArguments &arguments, const StepCatalogue &catalogue, FaultWatc
 
     watch.setWork(QStringLiteral("while the result was made"));
     const std::vector<ScriptVariable> after = variablesOf(scope);
-    const RunReport report{script, result, after, arguments.showBefore ? &before : nullptr};
+    const RunReport report{script, result, after, arguments.showBefore ? &before : nullptr,
+                           resultLook(arguments.output, arguments.full)};
     const Result<QByteArray> written =
         arguments.format == QLatin1String("json") ? reportToJson(report) : reportToText(report);
     if (!written)
@@ -156,7 +190,9 @@ void addRunCommand(CommandLine &commandLine)
         commandLine.addCommand("run", "Run a script and print its variables and what each step did");
     const auto arguments = std::make_shared<RunArguments>();
 
-    command.addArgument({"script", "SCRIPT", "The script, in JSON or in the binary form"}, arguments->script);
+    command.addArgument(
+        {"script", "SCRIPT", "The script, in JSON or in the binary form. - reads standard input"},
+        arguments->script);
     arguments->plugins.addTo(command);
     command.addOption(
         {"--list", "NAME=@FILE",
@@ -180,6 +216,8 @@ void addRunCommand(CommandLine &commandLine)
          "End a run that takes longer, as when a step hangs, with status 2; no limit by default"},
         0.001, 86400.0, arguments->timeLimit);
     command.addFlag("--before", "Show the variables as they were before the run too", arguments->showBefore);
+    command.addFlag("--full", "Show values whole on a terminal, where they are cut to its width otherwise",
+                    arguments->full);
     command.addFlag("--quiet", "Show no progress line on a terminal", arguments->quiet);
     command.setFooter(
         "Exit status: 0 every step wrote, 1 a step was skipped,\n"

@@ -1,11 +1,13 @@
 #include "CheckCommand.h"
-#include "CommandLine.h"
 #include "ConvertCommand.h"
+#include "DiffCommand.h"
 #include "ExplainCommand.h"
 #include "Isolation.h"
+#include "LintCommand.h"
 #include "NewPluginCommand.h"
 #include "PaletteCommand.h"
 #include "RunCommand.h"
+#include "console/CommandLine.h"
 
 #include <QCoreApplication>
 #include <QTextCodec>
@@ -59,12 +61,15 @@ int main(int argc, char *argv[])
     CommandLine commandLine(
         "stepctl", "Runs and inspects step scripts and step plug-ins of the Quillmap automation host.",
         "stepctl " STEPCTL_VERSION);
-    commandLine.setFooter("Exit status: 0 all is well, 1 a step was skipped or there are findings,\n"
-                          "2 bad usage, bad input or a refused plug-in.\n\n"
-                          "Example:\n"
-                          "  stepctl run clean.json --list names=@names.txt");
+    commandLine.setFooter(
+        "Exit status: 0 all is well, 1 a step was skipped or there are findings or differences,\n"
+        "2 bad usage, bad input or a refused plug-in.\n\n"
+        "Example:\n"
+        "  stepctl run clean.json --list names=@names.txt");
 
     addRunCommand(commandLine);
+    addLintCommand(commandLine);
+    addDiffCommand(commandLine);
     addPaletteCommand(commandLine);
     addDescribeCommand(commandLine);
     addCheckCommand(commandLine);

@@ -5,15 +5,8 @@
 
 #include <QLocale>
 
-#include <cstdio>
 #include <exception>
 #include <iostream>
-
-#ifdef Q_OS_WIN
-#include <io.h>
-#else
-#include <unistd.h>
-#endif
 
 void say(const QString &text)
 {
@@ -55,13 +48,4 @@ bool writeResult(const QByteArray &bytes, const QString &fileName)
 QString shownSize(qint64 bytes)
 {
     return QLocale::c().formattedDataSize(bytes, 1).remove(QLatin1String(".0"));
-}
-
-bool isErrorTerminal()
-{
-#ifdef Q_OS_WIN
-    return _isatty(_fileno(stderr)) != 0;
-#else
-    return isatty(STDERR_FILENO) != 0;
-#endif
 }

@@ -24,6 +24,3 @@ bool writeResult(const QByteArray &bytes, const QString &fileName);
 
 /// \a bytes for a reader: `512 MiB`, `11.8 GiB`.
 QString shownSize(qint64 bytes);
-
-/// Whether standard error is a terminal that a user may be looking at.
-bool isErrorTerminal();

@@ -2,6 +2,7 @@
 
 #include "Console.h"
 #include "host/values/QuotedText.h"
+#include "host/values/Suggestion.h"
 
 #include <CLI/CLI.hpp>
 
@@ -29,12 +30,52 @@ std::vector<std::string> reversedArguments()
     return arguments;
 }
 
+// The names of `options`, with their dashes.
+QStringList namesOf(const std::vector<const CLI::Option *> &options)
+{
+    QStringList names;
+    for (const CLI::Option *option : options) {
+        for (const std::string &name : option->get_lnames())
+            names.append(QLatin1String("--") + QString::fromStdString(name));
+    }
+    return names;
+}
+
+// The option of the given subcommand that was probably meant by the first one that is unknown; empty when there is none.
+QString meantOption(const CLI::App &app)
+{
+    for (const CLI::App *command : app.get_subcommands()) {
+        for (const std::string &argument : command->remaining()) {
+            if (argument.rfind("--", 0) != 0)
+                continue;
+            const QString name = QString::fromStdString(argument.substr(0, argument.find('=')));
+            return StepHost::nearestOf(name, namesOf(command->get_options()));
+        }
+    }
+    return QString();
+}
+
 // Says what is wrong as CLI11 does. The arguments that it repeats may hold anything.
 std::string failureText(const CLI::App *app, const CLI::Error &error)
 {
     const std::string reason = error.what();
     const std::string advice = CLI::FailureMessage::simple(app, error).substr(reason.size());
-    return StepHost::messageLine(QString::fromStdString(reason)).toStdString() + advice;
+    const QString meant = meantOption(*app);
+    const QString question = meant.isEmpty() ? QString() : QStringLiteral("; did you mean %1?").arg(meant);
+    return app->get_name() + ": "
+        + StepHost::messageLine(QString::fromStdString(reason) + question).toStdString() + advice;
+}
+
+// What is wrong with the command that is given first; empty when nothing is, or none is.
+QString mistakeInCommand(const CLI::App &app, const QStringList &arguments)
+{
+    const QString given = arguments.isEmpty() ? QString() : arguments.first();
+    QStringList names;
+    for (const CLI::App *command : app.get_subcommands(nullptr))
+        names.append(QString::fromStdString(command->get_name()));
+    if (given.isEmpty() || given.startsWith(QLatin1Char('-')) || names.contains(given))
+        return QString();
+    return StepHost::notAmong(QStringLiteral("command"), given, names);
 }
 
 CLI::Option *addText(CLI::App &app, const Parameter &parameter, QString &value)
@@ -125,10 +166,14 @@ void Command::addOption(const Parameter &parameter, QStringList &values)
 
 void Command::addChoice(const Parameter &parameter, const QStringList &choices, QString &value)
 {
-    std::vector<std::string> names;
-    for (const QString &choice : choices)
-        names.push_back(choice.toStdString());
-    addText(m_app, parameter, value)->check(CLI::IsMember(names));
+    const auto check = [choices](const std::string &text) {
+        const QString given = QString::fromStdString(text);
+        return choices.contains(given)
+            ? std::string()
+            : StepHost::notAmong(QStringLiteral("value"), given, choices).toStdString();
+    };
+    const QString shown = QLatin1Char('{') + choices.join(QLatin1Char(',')) + QLatin1Char('}');
+    addText(m_app, parameter, value)->check(check, shown.toStdString());
 }
 
 void Command::addNumber(const Parameter &parameter, int least, int greatest, int &value)
@@ -193,6 +238,9 @@ Command CommandLine::addCommand(const char *name, const char *description)
 
 int CommandLine::run()
 {
+    const QString mistake = mistakeInCommand(*m_app, QCoreApplication::arguments().mid(1));
+    if (!mistake.isEmpty())
+        return refuse(mistake);
     try {
         m_app->parse(reversedArguments());
     } catch (const CLI::ParseError &error) {
