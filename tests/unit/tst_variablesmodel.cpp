@@ -1,5 +1,7 @@
 #include "tools/workbench/variables/VariablesModel.h"
 
+#include "host/scripts/VariableEdits.h"
+
 #include <QAbstractItemModelTester>
 #include <QtTest>
 
@@ -35,6 +37,10 @@ void TestVariablesModel::asksForChanges()
     const QAbstractItemModelTester tester(&model);
     model.setVariables(exampleVariables());
     connect(&model, &VariablesModel::changeRequested, &model, &VariablesModel::setVariables);
+    connect(&model, &VariablesModel::renameRequested, &model,
+            [&model](const QString &from, const QString &to) {
+                model.setVariables(*StepHost::VariableEdits::rename(model.variables(), from, to));
+            });
     QCOMPARE(model.index(0, VariablesModel::NameColumn).data().toString(), QString("names"));
     QCOMPARE(model.index(0, VariablesModel::TypeColumn).data().toString(), QString("List"));
     QVERIFY(model.index(0, VariablesModel::ValueColumn).data().toString().endsWith("[a, b]"));

@@ -205,7 +205,7 @@ void TestWorkbenchLooks::nothingIsCut_data()
     // A screen of 1280 x 720 at 100, 150 and 200 %.
     for (const QSize size : {QSize(1280, 720), QSize(853, 480), QSize(640, 360)}) {
         for (const char *language : {"en", "zh_CN"}) {
-            for (const char *pane : {"variablesDock", "logDock", "problemsDock"}) {
+            for (const char *pane : {"variablesDock", "logDock", "problemsDock", "searchDock"}) {
                 QTest::addRow("%s, %d, %s", language, size.width(), pane)
                     << language << QPalette() << size << pane;
             }

@@ -164,6 +164,37 @@ void ChangeSettingCommand::undo()
     apply(m_before);
 }
 
+ChangeScriptCommand::ChangeScriptCommand(ScriptDocument &document,
+                                         const QVector<StepHost::SettingChange> &settings,
+                                         const VariableScope &variables, const QString &text)
+    : QUndoCommand(menuText(text)), m_document(document), m_settingsAfter(settings),
+      m_variablesBefore(document.variables()), m_variablesAfter(variables)
+{
+    for (const StepHost::SettingChange &change : settings) {
+        const Operation &step = document.model().step(change.row);
+        m_settingsBefore.append(
+            {change.row, change.property, step.property(change.property.toUtf8().constData())});
+    }
+}
+
+void ChangeScriptCommand::apply(const QVector<StepHost::SettingChange> &settings,
+                                const VariableScope &variables)
+{
+    for (const StepHost::SettingChange &change : settings)
+        m_document.model().setSetting(change.row, change.property, change.value);
+    m_document.showVariables(variables);
+}
+
+void ChangeScriptCommand::redo()
+{
+    apply(m_settingsAfter, m_variablesAfter);
+}
+
+void ChangeScriptCommand::undo()
+{
+    apply(m_settingsBefore, m_variablesBefore);
+}
+
 ChangeVariablesCommand::ChangeVariablesCommand(ScriptDocument &document, const VariableScope &variables,
                                                const QString &text)
     : QUndoCommand(menuText(text)), m_document(document), m_before(document.variables()), m_after(variables)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/scripts/Script.h"
+#include "host/scripts/VariableUses.h"
 #include "hostapi/VariableScope.h"
 
 #include <QList>
@@ -113,6 +114,25 @@ private:
     QString m_property;
     QVariant m_before;
     QVariant m_after;
+};
+
+/// Changes settings of any steps, and the variables that the script starts with, at once.
+class ChangeScriptCommand : public QUndoCommand
+{
+public:
+    ChangeScriptCommand(ScriptDocument &document, const QVector<StepHost::SettingChange> &settings,
+                        const VariableScope &variables, const QString &text);
+    void undo() override;
+    void redo() override;
+
+private:
+    void apply(const QVector<StepHost::SettingChange> &settings, const VariableScope &variables);
+
+    ScriptDocument &m_document;
+    QVector<StepHost::SettingChange> m_settingsBefore;
+    QVector<StepHost::SettingChange> m_settingsAfter;
+    VariableScope m_variablesBefore;
+    VariableScope m_variablesAfter;
 };
 
 /// Changes the variables that the script starts with.

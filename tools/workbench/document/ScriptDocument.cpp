@@ -144,15 +144,14 @@ void ScriptDocument::insertScript(const QByteArray &script, int row)
 
 void ScriptDocument::readInto(const QByteArray &script, int row)
 {
-    StepHost::Result<StepHost::Script> read = StepHost::readAnyScript(script, m_catalogue);
-    if (!read) {
-        emit refused(tr("These are no steps: %1").arg(read.error()));
-        return;
-    }
-    const int count = int(read->steps.size());
-    if (count > 0)
-        m_undoStack.push(new InsertStepsCommand(*this, row, std::move(read->steps),
-                                                tr("Paste %n step(s)", nullptr, count)));
+    const StepHost::Result<void> pasted = ScriptEdits::paste(*this, script, row, m_clashQuestion);
+    if (!pasted)
+        emit refused(pasted.error());
+}
+
+void ScriptDocument::setClashQuestion(const ScriptEdits::ClashQuestion &question)
+{
+    m_clashQuestion = question;
 }
 
 void ScriptDocument::duplicateSteps(const QList<int> &rows, int target)

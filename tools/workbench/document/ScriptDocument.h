@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ScriptEdits.h"
 #include "WatchedFile.h"
 #include "host/scripts/ScriptFile.h"
 #include "hostapi/VariableScope.h"
@@ -56,8 +57,12 @@ public:
     /// Places a new step of type \a typeId in front of \a row. Does nothing for a type that there is not.
     void placeStep(const QString &typeId, int row);
 
-    /// Places the steps of \a script, in either form, in front of \a row. If it cannot be read, emits refused().
+    /// Places the steps of \a script, in either form, in front of \a row, as ScriptEdits::paste() does. If it cannot be
+    /// read, emits refused().
     void insertScript(const QByteArray &script, int row);
+
+    /// Has insertScript() ask \a question.
+    void setClashQuestion(const ScriptEdits::ClashQuestion &question);
 
     /// Puts copies of the steps of \a rows in front of the row \a target.
     void duplicateSteps(const QList<int> &rows, int target);
@@ -128,6 +133,7 @@ signals:
     void remarked(const QString &remark);
 
 private:
+    friend class ChangeScriptCommand;
     friend class ChangeVariablesCommand;
 
     void showVariables(const VariableScope &variables);
@@ -144,6 +150,7 @@ private:
     WatchedFile m_file;
     StepHost::StepTrial *m_trial = nullptr;
     std::unique_ptr<TriedSettings> m_triedSettings; ///< Null without a trial.
+    ScriptEdits::ClashQuestion m_clashQuestion;
     // Declared last: its commands hold steps and refer to the document.
     QUndoStack m_undoStack;
 };

@@ -24,13 +24,6 @@
 <context>
     <name>Workbench::ScriptDocument</name>
     <message numerus="yes">
-        <source>Paste %n step(s)</source>
-        <translation>
-            <numerusform>Paste %n step</numerusform>
-            <numerusform>Paste %n steps</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
         <source>Duplicate %n step(s)</source>
         <translation>
             <numerusform>Duplicate %n step</numerusform>
@@ -63,6 +56,60 @@
         <translation>
             <numerusform>Disable %n step</numerusform>
             <numerusform>Disable %n steps</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>Workbench::ScriptEdits</name>
+    <message numerus="yes">
+        <source>Paste %n step(s)</source>
+        <translation>
+            <numerusform>Paste %n step</numerusform>
+            <numerusform>Paste %n steps</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>Workbench::ScriptPane</name>
+    <message numerus="yes">
+        <source>The steps bring %n variable(s) along of which this script has another one: %1</source>
+        <translation>
+            <numerusform>The steps bring %n variable along of which this script has another one: %1</numerusform>
+            <numerusform>The steps bring %n variables along of which this script has others: %1</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>Workbench::SearchModel</name>
+    <message numerus="yes">
+        <source>Start value, %n time(s)</source>
+        <translation>
+            <numerusform>Start value, %n time</numerusform>
+            <numerusform>Start value, %n times</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>Workbench::SearchPane</name>
+    <message numerus="yes">
+        <source>Found in %n place(s)</source>
+        <translation>
+            <numerusform>Found in %n place</numerusform>
+            <numerusform>Found in %n places</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Replaced in %n text(s)</source>
+        <translation>
+            <numerusform>Replaced in %n text</numerusform>
+            <numerusform>Replaced in %n texts</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>“%1” is used in %n setting(s)</source>
+        <translation>
+            <numerusform>“%1” is used in %n setting</numerusform>
+            <numerusform>“%1” is used in %n settings</numerusform>
         </translation>
     </message>
 </context>
@@ -107,6 +154,16 @@
         <translation>
             <numerusform>%n item: %1</numerusform>
             <numerusform>%n items: %1</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>Workbench::VariablesPane</name>
+    <message numerus="yes">
+        <source>“%1” is used by %n step(s): %2. Without it they may skip their work.</source>
+        <translation>
+            <numerusform>“%1” is used by %n step: %2. Without it that may skip its work.</numerusform>
+            <numerusform>“%1” is used by %n steps: %2. Without it they may skip their work.</numerusform>
         </translation>
     </message>
 </context>

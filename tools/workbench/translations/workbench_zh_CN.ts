@@ -871,6 +871,13 @@
     </message>
 </context>
 <context>
+    <name>StepHost::VariableUses</name>
+    <message>
+        <source>Step %1 uses the variable as %2, which cannot be said of one called %3.</source>
+        <translation>第 %1 步以 %2 使用此变量，名为 %3 的变量不能这样写。</translation>
+    </message>
+</context>
+<context>
     <name>Workbench::BoolEditor</name>
     <message>
         <source>Yes</source>
@@ -1173,6 +1180,10 @@
         <source>Changes that are not saved would be lost in a crash: %1</source>
         <translation>程序崩溃时，未保存的更改会丢失：%1</translation>
     </message>
+    <message>
+        <source>&amp;Find and replace</source>
+        <translation>查找和替换(&amp;F)</translation>
+    </message>
 </context>
 <context>
     <name>Workbench::PalettePane</name>
@@ -1222,6 +1233,10 @@
     <message>
         <source>Problems (%1)</source>
         <translation>问题 (%1)</translation>
+    </message>
+    <message>
+        <source>Find</source>
+        <translation>查找</translation>
     </message>
 </context>
 <context>
@@ -1410,16 +1425,6 @@
         <source>Place “%1”</source>
         <translation>放置“%1”</translation>
     </message>
-    <message>
-        <source>These are no steps: %1</source>
-        <translation>这不是步骤：%1</translation>
-    </message>
-    <message numerus="yes">
-        <source>Paste %n step(s)</source>
-        <translation>
-            <numerusform>粘贴 %n 个步骤</numerusform>
-        </translation>
-    </message>
     <message numerus="yes">
         <source>Duplicate %n step(s)</source>
         <translation>
@@ -1480,6 +1485,27 @@
     </message>
 </context>
 <context>
+    <name>Workbench::ScriptEdits</name>
+    <message>
+        <source>Rename “%1” to “%2”</source>
+        <translation>将“%1”重命名为“%2”</translation>
+    </message>
+    <message>
+        <source>These are no steps: %1</source>
+        <translation>这不是步骤：%1</translation>
+    </message>
+    <message numerus="yes">
+        <source>Paste %n step(s)</source>
+        <translation>
+            <numerusform>粘贴 %n 个步骤</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Replace “%1”</source>
+        <translation>替换“%1”</translation>
+    </message>
+</context>
+<context>
     <name>Workbench::ScriptPane</name>
     <message>
         <source>Steps of the script</source>
@@ -1522,6 +1548,106 @@ Drag one here from the palette, or double-click it there.</source>
     <message>
         <source>&amp;Move up</source>
         <translation>上移(&amp;M)</translation>
+    </message>
+    <message>
+        <source>Paste steps</source>
+        <translation>粘贴步骤</translation>
+    </message>
+    <message numerus="yes">
+        <source>The steps bring %n variable(s) along of which this script has another one: %1</source>
+        <translation>
+            <numerusform>这些步骤带来 %n 个变量，而此脚本已有同名的不同变量：%1</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Use the one here</source>
+        <translation>使用此处的变量</translation>
+    </message>
+    <message>
+        <source>Bring under a new name</source>
+        <translation>以新名称带入</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+</context>
+<context>
+    <name>Workbench::SearchModel</name>
+    <message>
+        <source>Step</source>
+        <translation>步骤</translation>
+    </message>
+    <message>
+        <source>Name of the variable</source>
+        <translation>变量的名称</translation>
+    </message>
+    <message numerus="yes">
+        <source>Start value, %n time(s)</source>
+        <translation>
+            <numerusform>初始值，%n 处</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Where</source>
+        <translation>位置</translation>
+    </message>
+    <message>
+        <source>What</source>
+        <translation>内容</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>文本</translation>
+    </message>
+</context>
+<context>
+    <name>Workbench::SearchPane</name>
+    <message>
+        <source>Find</source>
+        <translation>查找</translation>
+    </message>
+    <message>
+        <source>Replace with</source>
+        <translation>替换为</translation>
+    </message>
+    <message>
+        <source>Match case</source>
+        <translation>区分大小写</translation>
+    </message>
+    <message>
+        <source>Whole texts only</source>
+        <translation>仅整个文本</translation>
+    </message>
+    <message>
+        <source>Replace all</source>
+        <translation>全部替换</translation>
+    </message>
+    <message>
+        <source>Replace in settings and start values; “Undo” takes it back as a whole</source>
+        <translation>在设置和初始值中替换；“撤销”可整体还原</translation>
+    </message>
+    <message>
+        <source>Places found</source>
+        <translation>找到的位置</translation>
+    </message>
+    <message numerus="yes">
+        <source>Found in %n place(s)</source>
+        <translation>
+            <numerusform>在 %n 处找到</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Replaced in %n text(s)</source>
+        <translation>
+            <numerusform>已在 %n 个文本中替换</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>“%1” is used in %n setting(s)</source>
+        <translation>
+            <numerusform>%n 个设置使用了“%1”</numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -1801,10 +1927,6 @@ After the last run: %2</source>
 上次运行之后：%2</translation>
     </message>
     <message>
-        <source>Rename variable</source>
-        <translation>重命名变量</translation>
-    </message>
-    <message>
         <source>Change type of “%1”</source>
         <translation>更改“%1”的类型</translation>
     </message>
@@ -1890,6 +2012,32 @@ After the last run: %2</source>
     <message>
         <source>Make the values after the last run those that the script starts with (%1)</source>
         <translation>把上次运行之后的值作为脚本的初始值（%1）</translation>
+    </message>
+    <message>
+        <source>&amp;Where it is used</source>
+        <translation>使用位置(&amp;W)</translation>
+    </message>
+    <message>
+        <source>Uses</source>
+        <translation>使用位置</translation>
+    </message>
+    <message>
+        <source>Remove variable</source>
+        <translation>移除变量</translation>
+    </message>
+    <message numerus="yes">
+        <source>“%1” is used by %n step(s): %2. Without it they may skip their work.</source>
+        <translation>
+            <numerusform>%n 个步骤使用了“%1”：%2。没有它，这些步骤可能会跳过。</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Show uses</source>
+        <translation>显示使用位置</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
     </message>
 </context>
 </TS>

@@ -224,8 +224,11 @@ bool VariablesModel::setData(const QModelIndex &index, const QVariant &value, in
         if (value.toString() == name)
             return true;
         changed = VariableEdits::rename(m_variables, name, value.toString());
-        action = tr("Rename variable");
-        break;
+        if (!changed)
+            break;
+        // What steps use it has to change, too.
+        emit renameRequested(name, value.toString());
+        return true;
     case TypeColumn:
         if (VarType(value.toInt()) == type(index.row()))
             return true;

@@ -58,6 +58,9 @@ signals:
     /// The user wants the script's variables to be \a variables; \a action names what was done, for undo.
     void changeRequested(const VariableScope &variables, const QString &action);
 
+    /// The user wants the script's variable \a from to be called \a to, which none is.
+    void renameRequested(const QString &from, const QString &to);
+
     /// An edit was not carried out, for \a reason.
     void refused(const QString &reason);
 

@@ -2,6 +2,7 @@
 
 #include "VariablesModel.h"
 #include "host/scripts/VariableEdits.h"
+#include "host/values/QuotedText.h"
 #include "host/values/VarTypes.h"
 #include "host/values/VariableName.h"
 #include "tools/workbench/document/RunSession.h"
@@ -10,6 +11,7 @@
 #include "tools/workbench/look/Colors.h"
 #include "tools/workbench/look/PaneView.h"
 #include "tools/workbench/look/ThemedIcon.h"
+#include "tools/workbench/look/ToolTipText.h"
 #include "tools/workbench/look/TypeNames.h"
 #include "tools/workbench/values/ValueDialog.h"
 
@@ -17,6 +19,8 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMenu>
+#include <QMessageBox>
+#include <QPushButton>
 #include <QTableView>
 #include <QToolBar>
 #include <QToolButton>
@@ -76,6 +80,7 @@ VariablesPane::VariablesPane(ScriptDocument &document, RunSession &session, QWid
     });
     connect(&session, &RunSession::changed, this, &VariablesPane::showResult);
     connect(m_model, &VariablesModel::changeRequested, &document, &ScriptDocument::setVariables);
+    connect(m_model, &VariablesModel::renameRequested, this, &VariablesPane::renameVariable);
     connect(m_model, &VariablesModel::refused, this, &VariablesPane::refused);
     connect(m_view->selectionModel(), &QItemSelectionModel::currentChanged, this,
             &VariablesPane::updateActions);
@@ -108,6 +113,10 @@ void VariablesPane::createActions()
     m_edit = addEditAction(tr("&Edit value…"), tr("Edit value…"), QStringLiteral("edit"),
                            Qt::CTRL | Qt::Key_E, QStringLiteral("editValue"));
     connect(m_edit, &QAction::triggered, this, [this] { editValue(m_view->currentIndex().row()); });
+    m_uses = addEditAction(tr("&Where it is used"), tr("Uses"), QStringLiteral("search"),
+                           Qt::CTRL | Qt::Key_U, QStringLiteral("findUses"));
+    connect(m_uses, &QAction::triggered, this,
+            [this] { emit usesRequested(m_model->name(m_view->currentIndex().row())); });
     m_editActions.append(nullptr);
     m_keep = addEditAction(tr("&Keep results"), tr("Keep results"), QStringLiteral("keep"),
                            Qt::CTRL | Qt::Key_K, QStringLiteral("keepResults"));
@@ -174,6 +183,7 @@ void VariablesPane::updateActions()
     const bool isOfScript = current.isValid() && m_model->isOfScript(current.row());
     m_remove->setEnabled(isOfScript);
     m_edit->setEnabled(isOfScript);
+    m_uses->setEnabled(current.isValid());
     m_keep->setEnabled(m_session.hasResult() && !m_session.isRunning());
 }
 
@@ -214,11 +224,54 @@ void VariablesPane::addVariable(const QString &name, VarType type)
 void VariablesPane::removeVariable()
 {
     const int row = m_view->currentIndex().row();
-    if (row < 0 || !m_model->isOfScript(row))
+    if (row < 0 || !m_model->isOfScript(row) || !mayRemove(m_model->name(row)))
         return;
     VariableScope variables = m_document.variables();
     variables.remove(StepHost::referenceTo(m_model->name(row)));
     m_document.setVariables(variables, tr("Remove variable “%1”").arg(m_model->name(row)));
+}
+
+bool VariablesPane::mayRemove(const QString &name)
+{
+    QStringList steps;
+    const QVector<StepHost::VariableUse> uses = ScriptEdits::usesOf(m_document, name);
+    for (const StepHost::VariableUse &use : uses) {
+        if (use.isShown)
+            steps.append(QString::number(use.row + 1));
+    }
+    steps.removeDuplicates();
+    if (steps.isEmpty())
+        return true;
+    const QString shown = StepHost::inOneLine(shortened(name));
+    QMessageBox box(
+        QMessageBox::Question, tr("Remove variable"),
+        tr("“%1” is used by %n step(s): %2. Without it they may skip their work.", nullptr, steps.size())
+            .arg(shown, shortened(steps.join(QLatin1String(", ")))),
+        QMessageBox::NoButton, this);
+    box.setTextFormat(Qt::PlainText);
+    const QAbstractButton *remove = box.addButton(tr("Remove"), QMessageBox::DestructiveRole);
+    const QAbstractButton *show = box.addButton(tr("Show uses"), QMessageBox::ActionRole);
+    box.setDefaultButton(box.addButton(tr("Cancel"), QMessageBox::RejectRole));
+    box.exec();
+    if (box.clickedButton() == show)
+        emit usesRequested(name);
+    return box.clickedButton() == remove;
+}
+
+void VariablesPane::renameVariable(const QString &from, const QString &to)
+{
+    const StepHost::Result<int> renamed = ScriptEdits::renameVariable(m_document, from, to);
+    if (!renamed)
+        emit refused(renamed.error());
+}
+
+void VariablesPane::setCurrentVariable(const QString &name)
+{
+    const int row = m_model->rowOf(name);
+    if (row < 0)
+        return;
+    m_view->setCurrentIndex(m_model->index(row, VariablesModel::NameColumn));
+    m_view->setFocus(Qt::OtherFocusReason);
 }
 
 void VariablesPane::activate(const QModelIndex &index)

@@ -28,12 +28,17 @@ public:
     /// Adds an empty variable \a name of the type \a type, or says why it cannot be.
     void addVariable(const QString &name, VarType type);
 
+    /// Makes the variable \a name the current one.
+    void setCurrentVariable(const QString &name);
+
     /// The actions on variables, for a menu; null stands for a separator.
     QList<QAction *> editActions() const;
 
 signals:
     /// An edit was not carried out, for \a reason.
     void refused(const QString &reason);
+    /// The user wants to see where the variable \a name is used.
+    void usesRequested(const QString &name);
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -47,6 +52,8 @@ private:
     void updateActions();
     void addNewVariable();
     void removeVariable();
+    bool mayRemove(const QString &name);
+    void renameVariable(const QString &from, const QString &to);
     void activate(const QModelIndex &index);
     void editValue(int row);
     void keepResults();
@@ -58,6 +65,7 @@ private:
     QList<QAction *> m_editActions;
     QAction *m_remove = nullptr;
     QAction *m_edit = nullptr;
+    QAction *m_uses = nullptr;
     QAction *m_keep = nullptr;
 };
 } // namespace Workbench

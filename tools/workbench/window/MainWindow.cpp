@@ -11,6 +11,7 @@
 #include "tools/workbench/document/ScriptModel.h"
 #include "tools/workbench/look/ThemedIcon.h"
 #include "tools/workbench/look/ToolTipText.h"
+#include "tools/workbench/search/SearchPane.h"
 #include "tools/workbench/settings/PropertyPane.h"
 #include "tools/workbench/variables/VariablesPane.h"
 
@@ -52,7 +53,8 @@ MainWindow::MainWindow(const StepHost::StepCatalogue &catalogue, QSettings &sett
       m_recoveryOffer(m_recovery, *m_recoveryBar, m_files), m_script(new ScriptPane(m_document)),
       m_runActions(m_session, m_document, *m_script, this), m_palette(new PalettePane(catalogue)),
       m_properties(new PropertyPane), m_variables(new VariablesPane(m_document, m_session)),
-      m_problems(new ProblemsPane(m_document.model())), m_toolBar(addToolBar(tr("Tools")))
+      m_problems(new ProblemsPane(m_document.model())), m_search(new SearchPane(m_document)),
+      m_toolBar(addToolBar(tr("Tools")))
 {
     m_toolBar->setObjectName(QStringLiteral("toolBar"));
     m_toolBar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
@@ -114,7 +116,7 @@ void MainWindow::createDocks()
     auto *log = new LogPane(m_log);
     connect(log, &LogPane::stepRequested, this, &MainWindow::goToStep);
     m_docks = std::make_unique<PaneDocks>(
-        *this, PaneDocks::Panes{m_palette, m_properties, m_variables, log, m_problems}, *viewMenu);
+        *this, PaneDocks::Panes{m_palette, m_properties, m_variables, log, m_problems, m_search}, *viewMenu);
     if (PaneDocks::isOnSmallScreen(*this))
         m_toolBar->setToolButtonStyle(Qt::ToolButtonIconOnly);
     m_docks->readState(m_settings);
@@ -152,6 +154,10 @@ void MainWindow::createEditMenu()
     menu->addAction(redo);
     menu->addSeparator();
     fillMenu(menu, m_script->editActions());
+    menu->addSeparator();
+    menu->addAction(themedIcon(QStringLiteral("search")), tr("&Find and replace"), this,
+                    [this] { m_docks->showSearch(); })
+        ->setShortcut(QKeySequence::Find);
     m_toolBar->addAction(undo);
     m_toolBar->addAction(redo);
     m_toolBar->addSeparator();
@@ -210,6 +216,17 @@ void MainWindow::connectPanes()
     connect(&m_document.undoStack(), &QUndoStack::cleanChanged, this,
             [this](bool clean) { setWindowModified(!clean); });
     connect(&m_runActions, &RunActions::done, this, &MainWindow::showMessage);
+    connectSearch();
+}
+
+void MainWindow::connectSearch()
+{
+    connect(m_search, &SearchPane::settingRequested, this, &MainWindow::goToSetting);
+    connect(m_search, &SearchPane::variableRequested, m_variables, &VariablesPane::setCurrentVariable);
+    connect(m_variables, &VariablesPane::usesRequested, this, [this](const QString &name) {
+        m_docks->showSearch();
+        m_search->showUses(name);
+    });
 }
 
 void MainWindow::openFile(const QString &fileName)
@@ -244,6 +261,10 @@ void MainWindow::goToSetting(int row, const QString &property)
     if (row < 0)
         return;
     m_script->setCurrentRow(row);
+    if (property.isEmpty()) {
+        m_script->setFocus();
+        return;
+    }
     m_docks->showSettings();
     m_properties->focusSetting(property);
 }

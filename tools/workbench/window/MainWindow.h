@@ -23,6 +23,7 @@ class PaneDocks;
 class ProblemsPane;
 class PropertyPane;
 class ScriptPane;
+class SearchPane;
 class VariablesPane;
 
 /// The program's window: puts the panes together and offers their actions.
@@ -59,6 +60,7 @@ private:
     void createDocks();
     void createHelpMenu();
     void connectPanes();
+    void connectSearch();
 
     void showFileName();
     void goToStep(const Operation *step);
@@ -85,6 +87,7 @@ private:
     PropertyPane *m_properties = nullptr;
     VariablesPane *m_variables = nullptr;
     ProblemsPane *m_problems = nullptr;
+    SearchPane *m_search = nullptr;
     std::unique_ptr<PaneDocks> m_docks;
     QToolBar *m_toolBar;
 };

@@ -13,7 +13,7 @@ namespace Workbench
 namespace
 {
 // Counted up when docks or tool bars change, so that an older state is not applied to them.
-constexpr int stateVersion = 2;
+constexpr int stateVersion = 3;
 
 QString geometryKey()
 {
@@ -33,7 +33,8 @@ PaneDocks::PaneDocks(QMainWindow &window, const Panes &panes, QMenu &viewMenu)
       m_variables(
           add(tr("Variables"), QStringLiteral("variablesDock"), panes.variables, Qt::CTRL | Qt::Key_4)),
       m_log(add(tr("Log"), QStringLiteral("logDock"), panes.log, Qt::CTRL | Qt::Key_5)),
-      m_problems(add(tr("Problems"), QStringLiteral("problemsDock"), panes.problems, Qt::CTRL | Qt::Key_6))
+      m_problems(add(tr("Problems"), QStringLiteral("problemsDock"), panes.problems, Qt::CTRL | Qt::Key_6)),
+      m_search(add(tr("Find"), QStringLiteral("searchDock"), panes.search, Qt::CTRL | Qt::Key_7))
 {
     arrange();
     connect(qApp, &QApplication::focusChanged, this, &PaneDocks::showFocused);
@@ -43,7 +44,7 @@ PaneDocks::~PaneDocks()
 {
     // The focus changes until the last of them is gone.
     disconnect(qApp, nullptr, this, nullptr);
-    for (const QDockWidget *dock : {m_palette, m_settings, m_variables, m_log, m_problems})
+    for (const QDockWidget *dock : {m_palette, m_settings, m_variables, m_log, m_problems, m_search})
         delete dock;
 }
 
@@ -78,14 +79,16 @@ void PaneDocks::arrange()
     m_window.setCorner(Qt::BottomRightCorner, Qt::BottomDockWidgetArea);
     m_window.addDockWidget(Qt::LeftDockWidgetArea, m_palette);
     m_window.addDockWidget(Qt::RightDockWidgetArea, m_settings);
-    for (QDockWidget *dock : {m_variables, m_log, m_problems})
+    for (QDockWidget *dock : {m_variables, m_log, m_problems, m_search})
         m_window.addDockWidget(Qt::BottomDockWidgetArea, dock);
     m_window.tabifyDockWidget(m_log, m_problems);
+    m_window.tabifyDockWidget(m_problems, m_search);
     m_log->raise();
     if (isOnSmallScreen(m_window)) {
         // The middle is what the window is for: the docks give way to it.
         m_window.tabifyDockWidget(m_variables, m_log);
         m_window.tabifyDockWidget(m_log, m_problems);
+        m_window.tabifyDockWidget(m_problems, m_search);
         m_variables->raise();
         m_window.resizeDocks({m_palette, m_settings}, {140, 180}, Qt::Horizontal);
         m_window.resizeDocks({m_variables}, {110}, Qt::Vertical);
@@ -109,6 +112,13 @@ void PaneDocks::showSettings()
 {
     m_settings->show();
     m_settings->raise();
+}
+
+void PaneDocks::showSearch()
+{
+    m_search->show();
+    m_search->raise();
+    m_search->widget()->setFocus(Qt::ShortcutFocusReason);
 }
 
 void PaneDocks::showProblemCount(int count)

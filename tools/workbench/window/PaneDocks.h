@@ -26,6 +26,7 @@ public:
         QWidget *variables;
         QWidget *log;
         QWidget *problems;
+        QWidget *search;
     };
 
     /// Adds docks with \a panes, which then belong to the docks, to \a window, and to \a viewMenu what shows and hides
@@ -40,6 +41,9 @@ public:
 
     /// Brings the pane of the settings to the front.
     void showSettings();
+
+    /// Brings the pane of the search to the front and gives it the keyboard.
+    void showSearch();
 
     void showProblemCount(int count);
 
@@ -59,5 +63,6 @@ private:
     QDockWidget *m_variables;
     QDockWidget *m_log;
     QDockWidget *m_problems;
+    QDockWidget *m_search;
 };
 } // namespace Workbench

@@ -1,11 +1,13 @@
 #include "ScriptPane.h"
 
 #include "StepDelegate.h"
+#include "host/values/QuotedText.h"
 #include "tools/workbench/document/ScriptDocument.h"
 #include "tools/workbench/document/ScriptModel.h"
 #include "tools/workbench/document/StepMime.h"
 #include "tools/workbench/look/Colors.h"
 #include "tools/workbench/look/ThemedIcon.h"
+#include "tools/workbench/look/ToolTipText.h"
 
 #include <QAction>
 #include <QApplication>
@@ -13,6 +15,8 @@
 #include <QContextMenuEvent>
 #include <QDrag>
 #include <QMenu>
+#include <QMessageBox>
+#include <QPushButton>
 #include <QMimeData>
 #include <QPainter>
 
@@ -62,6 +66,7 @@ ScriptPane::ScriptPane(ScriptDocument &document, QWidget *parent)
     m_selectionActions +=
         addEditAction(tr("&Enable or disable"), QString(), Qt::Key_Space, &ScriptPane::toggleEnabled);
 
+    document.setClashQuestion([this](const QStringList &names) { return askOnClash(names); });
     connect(&document, &ScriptDocument::touched, this, &ScriptPane::showTouched);
     connect(&document.model(), &QAbstractItemModel::modelReset, this, [this] {
         updateActions();
@@ -137,8 +142,8 @@ void ScriptPane::copy()
     if (rows.isEmpty())
         return;
     // JSON for other programs; the binary form holds what a step keeps beside its properties, too.
-    const QByteArray json = m_document.stepsAs(StepHost::ScriptForm::Json, rows);
-    const QByteArray binary = m_document.stepsAs(StepHost::ScriptForm::Binary, rows);
+    const QByteArray json = ScriptEdits::copyOf(m_document, StepHost::ScriptForm::Json, rows);
+    const QByteArray binary = ScriptEdits::copyOf(m_document, StepHost::ScriptForm::Binary, rows);
     auto *steps = new QMimeData;
     steps->setData(StepMime::steps(), binary.isEmpty() ? json : binary);
     steps->setText(QString::fromUtf8(json));
@@ -152,6 +157,26 @@ void ScriptPane::paste()
         m_document.insertScript(copied->data(StepMime::steps()), rowBehindCurrent());
     else if (copied->hasText())
         m_document.insertScript(copied->text().toUtf8(), rowBehindCurrent());
+}
+
+std::optional<StepHost::Clash> ScriptPane::askOnClash(const QStringList &names)
+{
+    const QString shown = StepHost::inOneLine(shortened(names.join(QLatin1String(", "))));
+    QMessageBox box(QMessageBox::Question, tr("Paste steps"),
+                    tr("The steps bring %n variable(s) along of which this script has another one: %1",
+                       nullptr, names.size())
+                        .arg(shown),
+                    QMessageBox::NoButton, this);
+    box.setTextFormat(Qt::PlainText);
+    const QAbstractButton *present = box.addButton(tr("Use the one here"), QMessageBox::AcceptRole);
+    const QAbstractButton *renamed = box.addButton(tr("Bring under a new name"), QMessageBox::ActionRole);
+    box.setDefaultButton(box.addButton(tr("Cancel"), QMessageBox::RejectRole));
+    box.exec();
+    if (box.clickedButton() == present)
+        return StepHost::Clash::UsePresent;
+    if (box.clickedButton() == renamed)
+        return StepHost::Clash::BringRenamed;
+    return std::nullopt;
 }
 
 void ScriptPane::duplicate()

@@ -1,8 +1,11 @@
 #pragma once
 
+#include "host/scripts/ScriptMerge.h"
 #include "tools/workbench/look/PaneView.h"
 
 #include <QListView>
+
+#include <optional>
 
 namespace Workbench
 {
@@ -52,6 +55,7 @@ private:
     void moveUp();
     void moveDown();
     void toggleEnabled();
+    std::optional<StepHost::Clash> askOnClash(const QStringList &names);
     void updateActions();
     void showTouched(int row, int count);
 
