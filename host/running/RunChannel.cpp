@@ -4,6 +4,7 @@
 #include "host/plugins/StepRecord.h"
 #include "host/plugins/StepSettings.h"
 #include "host/values/ErrorTexts.h"
+#include "host/values/ItemValue.h"
 #include "host/values/QuotedText.h"
 #include "host/values/VariableName.h"
 
@@ -132,8 +133,8 @@ QByteArray packed(const RunRequest &request)
     QByteArray bytes;
     QDataStream stream(&bytes, QIODevice::WriteOnly);
     stream.setVersion(streamVersion);
-    stream << request.plugins << quint8(request.task) << request.scripts << qint32(request.setting.number)
-           << request.setting.property << request.setting.value;
+    stream << request.plugins << quint8(request.task) << request.waits << request.scripts
+           << qint32(request.setting.number) << request.setting.property << request.setting.value;
     writeAll(stream, request.variables);
     writeAll(stream, request.steps);
     return bytes;
@@ -155,9 +156,10 @@ bool isSendable(const QVariant &value)
 }
 
 Result<QByteArray> packRequest(const Script &script, const VariableScope &scope,
-                               const StepCatalogue &catalogue)
+                               const StepCatalogue &catalogue, bool waits)
 {
     RunRequest request = requestTo(RunRequest::Run, catalogue);
+    request.waits = waits;
     const QStringList names = scope.names();
     for (const QString &name : names) {
         const ScriptVariable variable{name, scope.typeOf(referenceTo(name)), scope.get(referenceTo(name))};
@@ -209,8 +211,8 @@ std::optional<RunRequest> unpackRequest(const QByteArray &bytes)
     qint32 number = 0;
     QDataStream stream(bytes);
     stream.setVersion(streamVersion);
-    stream >> request.plugins >> task >> request.scripts >> number >> request.setting.property
-        >> request.setting.value;
+    stream >> request.plugins >> task >> request.waits >> request.scripts >> number
+        >> request.setting.property >> request.setting.value;
     readAll(stream, request.variables);
     readAll(stream, request.steps);
     if (!isWhole(stream) || task >= RunRequest::TaskCount)
@@ -218,6 +220,34 @@ std::optional<RunRequest> unpackRequest(const QByteArray &bytes)
     request.task = RunRequest::Task(task);
     request.setting.number = number;
     return request;
+}
+
+QByteArray packAnswer(const RunAnswer &answer)
+{
+    QByteArray bytes;
+    QDataStream stream(&bytes, QIODevice::WriteOnly);
+    stream.setVersion(streamVersion);
+    stream << quint8(answer.kind) << qint32(answer.order);
+    writeAll(stream, answer.variables);
+    stream << answer.removed;
+    return bytes;
+}
+
+std::optional<RunAnswer> unpackAnswer(const QByteArray &bytes)
+{
+    RunAnswer answer;
+    quint8 kind = 0;
+    qint32 order = 0;
+    QDataStream stream(bytes);
+    stream.setVersion(streamVersion);
+    stream >> kind >> order;
+    readAll(stream, answer.variables);
+    stream >> answer.removed;
+    if (!isWhole(stream) || kind >= RunAnswer::KindCount || order < 0 || order > int(RunOrder::Stop))
+        return std::nullopt;
+    answer.kind = RunAnswer::Kind(kind);
+    answer.order = RunOrder(order);
+    return answer;
 }
 
 QByteArray packNote(const RunNote &note)
@@ -253,6 +283,40 @@ std::optional<RunNote> unpackNote(const QByteArray &bytes)
     note.result.outcome = StepOutcome(outcome);
     note.end = RunEnd(end);
     return note;
+}
+
+VariableChanges VariableChanges::between(const VariableScope &before, const VariableScope &now)
+{
+    VariableChanges changes;
+    const QStringList oldNames = before.names();
+    for (const QString &name : oldNames) {
+        if (!now.contains(referenceTo(name)))
+            changes.removed.append(name);
+    }
+    const QStringList names = now.names();
+    for (const QString &name : names) {
+        const QString reference = referenceTo(name);
+        const ScriptVariable variable{name, now.typeOf(reference), now.get(reference)};
+        if (!before.contains(reference) || before.typeOf(reference) != variable.type
+            || !ItemValue::same(before.get(reference), variable.value))
+            changes.variables.push_back(variable);
+    }
+    return changes;
+}
+
+void VariableChanges::apply(const std::vector<ScriptVariable> &variables, const QStringList &removed,
+                            VariableScope &scope)
+{
+    for (const QString &name : removed)
+        scope.remove(referenceTo(name));
+    for (const ScriptVariable &variable : variables) {
+        const QString reference = referenceTo(variable.name);
+        if (scope.contains(reference) && scope.typeOf(reference) != variable.type)
+            scope.remove(reference);
+        if (!scope.contains(reference))
+            scope.declare(reference, variable.type);
+        scope.set(reference, variable.value);
+    }
 }
 
 QByteArray MessageReader::framed(const QByteArray &message)

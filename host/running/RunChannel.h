@@ -49,6 +49,23 @@ struct RunRequest
     Task task = Run;
     QList<QByteArray> scripts; ///< Each in either form.
     SentSetting setting;
+    bool waits = false; ///< Before each enabled step, tell RunNote::Waiting and wait for an answer.
+};
+
+/// What a run is told while it goes on.
+struct RunAnswer
+{
+    enum Kind : quint8 {
+        EndSoon, ///< End before the next step.
+        Wait, ///< From now on, wait as with RunRequest::waits.
+        Order, ///< What to do with the step that it waits before: `order`, once `variables` and `removed` are changed.
+        KindCount
+    };
+
+    Kind kind = EndSoon;
+    RunOrder order = RunOrder::GoOn;
+    std::vector<ScriptVariable> variables;
+    QStringList removed;
 };
 
 /// What a run tells while it goes on.
@@ -57,6 +74,7 @@ struct RunNote
     enum Kind : quint8 {
         Work, ///< What is being done now: `text`, which fits behind "while".
         Refused, ///< The run cannot begin, or a trial failed, for the reason `text`. Nothing follows.
+        Waiting, ///< The run waits before the step `index` for an answer.
         Starting, ///< The step `index` begins.
         Finished, ///< The step `index` had its turn: `result`, `variables` that changed and the `removed` ones.
         Ended, ///< It is over: `end`; what a probe or a trial has to say is in `result.warnings`. Nothing follows.
@@ -76,10 +94,10 @@ struct RunNote
 /// nested no more than 1,000 deep.
 bool isSendable(const QVariant &value);
 
-/// The request to run \a script on \a scope. Refused are a step that throws when it saves its record, and values that
+/// The request to run \a script on \a scope, and to wait before each step if it \a waits. Refused are a step that throws when it saves its record, and values that
 /// are not sendable.
 Result<QByteArray> packRequest(const Script &script, const VariableScope &scope,
-                               const StepCatalogue &catalogue);
+                               const StepCatalogue &catalogue, bool waits = false);
 
 /// The request to try \a scripts, which are in either form.
 QByteArray packTrial(const QList<QByteArray> &scripts, const StepCatalogue &catalogue);
@@ -95,10 +113,28 @@ QByteArray packProbe(const QString &plugin);
 /// The request in \a bytes; nothing when they are none.
 std::optional<RunRequest> unpackRequest(const QByteArray &bytes);
 
+QByteArray packAnswer(const RunAnswer &answer);
+
+/// The answer in \a bytes; nothing when they are none.
+std::optional<RunAnswer> unpackAnswer(const QByteArray &bytes);
+
 QByteArray packNote(const RunNote &note);
 
 /// The note in \a bytes; nothing when they are none.
 std::optional<RunNote> unpackNote(const QByteArray &bytes);
+
+/// What differs in \a now from \a before.
+struct VariableChanges
+{
+    std::vector<ScriptVariable> variables; ///< That are new or have another type or value.
+    QStringList removed;
+
+    static VariableChanges between(const VariableScope &before, const VariableScope &now);
+
+    /// Makes \a scope, which is as the one before, as the one after.
+    static void apply(const std::vector<ScriptVariable> &variables, const QStringList &removed,
+                      VariableScope &scope);
+};
 
 /// Makes of the bytes of a stream the messages that were sent, each behind its length.
 class MessageReader

@@ -6,7 +6,6 @@
 #include "host/plugins/StepCatalogue.h"
 #include "host/values/ErrorTexts.h"
 #include "host/values/QuotedText.h"
-#include "host/values/VariableName.h"
 
 #include <QElapsedTimer>
 #include <QFileInfo>
@@ -18,19 +17,9 @@ namespace
 constexpr int pollIntervalMs = 50;
 constexpr int maxPrinted = 10000;
 
-// Makes `scope` what the run told of its own.
-void applyChanges(const RunNote &note, VariableScope &scope)
+bool wantsToWait(const RunObserver &observer)
 {
-    for (const QString &name : note.removed)
-        scope.remove(referenceTo(name));
-    for (const ScriptVariable &variable : note.variables) {
-        const QString reference = referenceTo(variable.name);
-        if (scope.contains(reference) && scope.typeOf(reference) != variable.type)
-            scope.remove(reference);
-        if (!scope.contains(reference))
-            scope.declare(reference, variable.type);
-        scope.set(reference, variable.value);
-    }
+    return observer.before && (!observer.wantsToWait || observer.wantsToWait());
 }
 } // namespace
 
@@ -38,8 +27,8 @@ void applyChanges(const RunNote &note, VariableScope &scope)
 class RunProcess::Session
 {
 public:
-    Session(const RunObserver &observer, int stepCount, VariableScope &scope)
-        : m_observer(observer), m_scope(scope)
+    Session(const RunObserver &observer, int stepCount, VariableScope &scope, bool waits)
+        : m_observer(observer), m_scope(scope), m_isWaiting(waits)
     {
         m_result.steps.resize(std::size_t(stepCount));
         m_worker.setProcessChannelMode(QProcess::SeparateChannels);
@@ -99,10 +88,34 @@ private:
                 endEarly(tr("it was stopped in the middle"));
         } else if (!m_isAskedToStop && m_observer.shouldStop && m_observer.shouldStop()) {
             m_isAskedToStop = true;
-            m_worker.write("s");
-            // While the process has something to tell, waiting for that alone would write nothing.
-            m_worker.waitForBytesWritten(pollIntervalMs);
+            send(RunAnswer());
+        } else if (!m_isWaiting && wantsToWait(m_observer)) {
+            m_isWaiting = true;
+            RunAnswer answer;
+            answer.kind = RunAnswer::Wait;
+            send(answer);
         }
+    }
+
+    void send(const RunAnswer &answer)
+    {
+        m_worker.write(MessageReader::framed(packAnswer(answer)));
+        // While the process has something to tell, waiting for that alone would write nothing.
+        m_worker.waitForBytesWritten(pollIntervalMs);
+    }
+
+    // The process waits before the step `index` for what to do with it.
+    void sendOrder(int index)
+    {
+        RunAnswer answer;
+        answer.kind = RunAnswer::Order;
+        const VariableScope before = m_scope;
+        if (m_observer.before)
+            answer.order = m_observer.before(index, m_scope);
+        VariableChanges changes = VariableChanges::between(before, m_scope);
+        answer.variables = std::move(changes.variables);
+        answer.removed = changes.removed;
+        send(answer);
     }
 
     void readNotes()
@@ -133,6 +146,11 @@ private:
         case RunNote::Work:
             m_work = note.text;
             break;
+        case RunNote::Waiting:
+            m_hasBegun = true;
+            if (isStep)
+                sendOrder(note.index);
+            break;
         case RunNote::Starting:
             m_running = isStep ? note.index : -1;
             m_hasBegun = true;
@@ -158,7 +176,7 @@ private:
         m_running = -1;
         m_hasBegun = true;
         m_result.steps[std::size_t(note.index)] = note.result;
-        applyChanges(note, m_scope);
+        VariableChanges::apply(note.variables, note.removed, m_scope);
         if (m_observer.finished)
             m_observer.finished(note.index, note.result);
         if (m_observer.progress)
@@ -214,13 +232,15 @@ private:
     bool m_isRefused = false;
     bool m_hasBegun = false;
     bool m_isAskedToStop = false;
+    bool m_isWaiting; ///< The process waits before each step.
     bool m_isOver = false;
 };
 
 RunResult RunProcess::run(const Script &script, VariableScope &scope, const StepCatalogue &catalogue,
                           const RunObserver &observer)
 {
-    const Result<QByteArray> request = packRequest(script, scope, catalogue);
+    const bool waits = wantsToWait(observer);
+    const Result<QByteArray> request = packRequest(script, scope, catalogue, waits);
     if (!request) {
         RunResult result;
         result.steps.resize(script.steps.size());
@@ -228,7 +248,7 @@ RunResult RunProcess::run(const Script &script, VariableScope &scope, const Step
         result.error = request.error();
         return result;
     }
-    return Session(observer, int(script.steps.size()), scope).carryOut(*request);
+    return Session(observer, int(script.steps.size()), scope, waits).carryOut(*request);
 }
 
 Result<QStringList> RunProcess::probe(const QString &fileName, int timeLimit)
@@ -239,7 +259,7 @@ Result<QStringList> RunProcess::probe(const QString &fileName, int timeLimit)
     RunObserver observer;
     observer.shouldEnd = [&clock, timeLimit] { return clock.hasExpired(timeLimit); };
     VariableScope scope;
-    Session session(observer, 0, scope);
+    Session session(observer, 0, scope, false);
     const RunResult result = session.carryOut(packProbe(QFileInfo(fileName).absoluteFilePath()));
     if (result.end == RunEnd::Stopped)
         return failure(tr("%1: it took longer than %2 s, while %3")

@@ -6,12 +6,13 @@
 #include "StepProbe.h"
 #include "host/plugins/StepCatalogue.h"
 #include "host/values/ErrorTexts.h"
-#include "host/values/ItemValue.h"
 #include "host/values/QuotedText.h"
 #include "host/values/VariableName.h"
 
 #include <QCoreApplication>
+#include <QMutex>
 #include <QThread>
+#include <QWaitCondition>
 #include <QtEndian>
 
 #include <atomic>
@@ -19,6 +20,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <optional>
 
 namespace StepHost
 {
@@ -28,6 +30,7 @@ constexpr int exitOrphaned = 1;
 
 std::FILE *channel = nullptr;
 std::atomic<bool> shouldStop{false};
+std::atomic<bool> shouldWait{false};
 
 void tell(const RunNote &note)
 {
@@ -59,23 +62,61 @@ void tellWork(const QString &work)
     tell(note);
 }
 
-QByteArray readRequest()
+// The next message of who asked for the run. Ends the program when there is nobody any more.
+QByteArray readMessage()
 {
     char length[sizeof(quint32)];
     if (std::fread(length, 1, sizeof length, stdin) != sizeof length)
         std::_Exit(exitOrphaned);
-    QByteArray request(int(qFromBigEndian<quint32>(length)), Qt::Uninitialized);
-    if (std::fread(request.data(), 1, std::size_t(request.size()), stdin) != std::size_t(request.size()))
+    QByteArray message(int(qFromBigEndian<quint32>(length)), Qt::Uninitialized);
+    if (std::fread(message.data(), 1, std::size_t(message.size()), stdin) != std::size_t(message.size()))
         std::_Exit(exitOrphaned);
-    return request;
+    return message;
 }
 
-// Waits for the one thing that can still come, the wish to stop, and for the end of who would send it.
-void listen()
+/// The orders that have come, for the step that waits for one.
+class Orders
 {
-    while (std::fgetc(stdin) != EOF)
-        shouldStop = true;
-    std::_Exit(exitOrphaned);
+public:
+    void put(const RunAnswer &order)
+    {
+        const QMutexLocker locker(&m_mutex);
+        m_order = order;
+        m_hasCome.wakeAll();
+    }
+
+    RunAnswer take()
+    {
+        const QMutexLocker locker(&m_mutex);
+        while (!m_order)
+            m_hasCome.wait(&m_mutex);
+        const RunAnswer order = std::move(*m_order);
+        m_order.reset();
+        return order;
+    }
+
+private:
+    QMutex m_mutex;
+    QWaitCondition m_hasCome;
+    std::optional<RunAnswer> m_order;
+};
+
+Orders orders;
+
+// Takes what can still come: the wish to stop, and orders for the step that waits.
+[[noreturn]] void listen()
+{
+    for (;;) {
+        const std::optional<RunAnswer> answer = unpackAnswer(readMessage());
+        if (!answer)
+            std::_Exit(exitOrphaned);
+        if (answer->kind == RunAnswer::EndSoon)
+            shouldStop = true;
+        else if (answer->kind == RunAnswer::Wait)
+            shouldWait = true;
+        else
+            orders.put(*answer);
+    }
 }
 
 Script makeScript(const RunRequest &request, const StepCatalogue &catalogue)
@@ -105,7 +146,7 @@ Script makeScript(const RunRequest &request, const StepCatalogue &catalogue)
         else
             note.text = tried.error();
         tell(note);
-        std::optional<RunRequest> next = unpackRequest(readRequest());
+        std::optional<RunRequest> next = unpackRequest(readMessage());
         if (!next)
             refuse(ErrorTexts::tr("the run was not understood"));
         request = std::move(*next);
@@ -115,31 +156,34 @@ Script makeScript(const RunRequest &request, const StepCatalogue &catalogue)
 // Notes what differs in `now` from `before`.
 void noteChanges(const VariableScope &before, const VariableScope &now, RunNote &note)
 {
-    const QStringList oldNames = before.names();
-    for (const QString &name : oldNames) {
-        if (!now.contains(referenceTo(name)))
-            note.removed.append(name);
-    }
-    const QStringList names = now.names();
-    for (const QString &name : names) {
-        const QString reference = referenceTo(name);
-        ScriptVariable variable{name, now.typeOf(reference), now.get(reference)};
-        const bool isChanged = !before.contains(reference) || before.typeOf(reference) != variable.type
-            || !ItemValue::same(before.get(reference), variable.value);
-        if (!isChanged)
+    VariableChanges changes = VariableChanges::between(before, now);
+    for (ScriptVariable &variable : changes.variables) {
+        if (isSendable(variable.value))
             continue;
-        if (!isSendable(variable.value)) {
-            note.result.warnings.append(ErrorTexts::tr("the value of %1 cannot be shown: its type is %2")
-                                            .arg(quoted(name), QLatin1String(variable.value.typeName())));
-            variable.value = QVariant();
-        }
-        note.variables.push_back(variable);
+        note.result.warnings.append(
+            ErrorTexts::tr("the value of %1 cannot be shown: its type is %2")
+                .arg(quoted(variable.name), QLatin1String(variable.value.typeName())));
+        variable.value = QVariant();
     }
+    note.variables = std::move(changes.variables);
+    note.removed = changes.removed;
+}
+
+// Waits before the step `index` for what to do with it.
+RunOrder orderFor(int index, VariableScope &scope)
+{
+    RunNote note;
+    note.kind = RunNote::Waiting;
+    note.index = index;
+    tell(note);
+    const RunAnswer answer = orders.take();
+    VariableChanges::apply(answer.variables, answer.removed, scope);
+    return answer.order;
 }
 
 [[noreturn]] void work()
 {
-    const std::optional<RunRequest> request = unpackRequest(readRequest());
+    const std::optional<RunRequest> request = unpackRequest(readMessage());
     if (!request)
         refuse(ErrorTexts::tr("the run was not understood"));
     if (request->task != RunRequest::Trial) {
@@ -167,6 +211,14 @@ void noteChanges(const VariableScope &before, const VariableScope &now, RunNote 
     VariableScope told = scope;
     RunObserver observer;
     observer.shouldStop = [] { return shouldStop.load(); };
+    if (request->waits)
+        shouldWait = true;
+    observer.wantsToWait = [] { return shouldWait.load(); };
+    observer.before = [&told](int index, VariableScope &variables) {
+        const RunOrder order = orderFor(index, variables);
+        told = variables;
+        return order;
+    };
     observer.starting = [](int index) {
         RunNote note;
         note.kind = RunNote::Starting;

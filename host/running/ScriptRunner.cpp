@@ -54,6 +54,28 @@ int RunResult::count(StepOutcome outcome) const
                              [outcome](const StepResult &step) { return step.outcome == outcome; }));
 }
 
+namespace
+{
+RunOrder orderBefore(int index, VariableScope &scope, const RunObserver &observer)
+{
+    if (!observer.before || (observer.wantsToWait && !observer.wantsToWait()))
+        return RunOrder::GoOn;
+    return observer.before(index, scope);
+}
+
+// Runs `step`, whose turn it is.
+StepResult resultOf(const ScriptStep &step, int index, VariableScope &scope, const RunObserver &observer,
+                    WarningCapture &capture)
+{
+    StepResult result;
+    if (observer.starting)
+        observer.starting(index);
+    runStep(*step.operation, scope, result);
+    result.warnings = capture.takeLines();
+    return result;
+}
+} // namespace
+
 RunResult runScript(const Script &script, VariableScope &scope, const RunObserver &observer)
 {
     RunResult result;
@@ -67,14 +89,15 @@ RunResult runScript(const Script &script, VariableScope &scope, const RunObserve
         }
         const ScriptStep &step = script.steps[i];
         StepResult &stepResult = result.steps[i];
-        if (step.enabled) {
-            if (observer.starting)
-                observer.starting(i);
-            runStep(*step.operation, scope, stepResult);
-            stepResult.warnings = capture.takeLines();
-        } else {
-            stepResult.outcome = StepOutcome::Disabled;
+        const RunOrder order = step.enabled ? orderBefore(i, scope, observer) : RunOrder::GoOn;
+        if (order == RunOrder::Stop) {
+            result.end = RunEnd::Stopped;
+            break;
         }
+        if (!step.enabled)
+            stepResult.outcome = StepOutcome::Disabled;
+        else if (order == RunOrder::GoOn)
+            stepResult = resultOf(step, i, scope, observer, capture);
         if (observer.finished)
             observer.finished(i, stepResult);
         if (observer.progress)

@@ -12,7 +12,7 @@ namespace StepHost
 {
 /// What became of a step.
 enum class StepOutcome {
-    NotRun, ///< The run ended before it.
+    NotRun, ///< The run ended before it, or passed it over.
     Disabled, ///< It is not enabled.
     Wrote, ///< It wrote a variable.
     Skipped, ///< It ran and wrote nothing.
@@ -52,6 +52,13 @@ struct RunResult
     int count(StepOutcome outcome) const;
 };
 
+/// What a run that waited before a step does next.
+enum class RunOrder {
+    GoOn, ///< Runs the step.
+    PassOver, ///< Leaves the step out this time.
+    Stop, ///< Ends the run.
+};
+
 /// What a run tells its caller, and asks it.
 struct RunObserver
 {
@@ -63,6 +70,12 @@ struct RunObserver
     std::function<void(int done, int total)> progress;
     /// Called before each step; true ends the run.
     std::function<bool()> shouldStop;
+    /// Called before each enabled step, with its index and the variables as they are then, which it may change. The run
+    /// waits until it returns.
+    std::function<RunOrder(int index, VariableScope &variables)> before;
+    /// Whether `before` is to be called; without this it always is. RunProcess asks again and again until that is so, and
+    /// notices it a moment later.
+    std::function<bool()> wantsToWait;
     /// True ends the run at once, in the middle of a step. Only RunProcess asks, again and again, from the thread that
     /// called it.
     std::function<bool()> shouldEnd;

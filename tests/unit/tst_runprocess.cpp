@@ -10,6 +10,10 @@
 
 using namespace StepHost;
 
+Q_DECLARE_METATYPE(StepHost::RunEnd)
+Q_DECLARE_METATYPE(StepHost::RunOrder)
+Q_DECLARE_METATYPE(StepHost::StepOutcome)
+
 namespace
 {
 /// A catalogue of the list steps and of the plug-in \a fixture, and a script of them on a scope.
@@ -58,6 +62,10 @@ private slots:
     void leavesOutWhatCannotBeHandedOver();
     void endsAreToldWithTheirStep_data();
     void endsAreToldWithTheirStep();
+    void waitsBeforeSteps_data();
+    void waitsBeforeSteps();
+    void takesVariablesThatWereChangedMeanwhile();
+    void waitsOnceItIsWanted();
     void stopsBetweenSteps();
     void endsAStepThatHangs();
     void tellsOfEachStepAsItBegins();
@@ -68,6 +76,7 @@ private slots:
     void longListsTravel();
     void messages();
     void notesThatAreNone();
+    void answersThatAreNone();
 };
 
 void TestRunProcess::runsAsHere()
@@ -187,6 +196,95 @@ void TestRunProcess::endsAreToldWithTheirStep()
     // What was done up to there is there.
     QCOMPARE(example.scope.get("n"), QVariant(QVariantList{1, 2}));
     QCOMPARE(told, QVector<int>({0, 1}));
+}
+
+void TestRunProcess::waitsBeforeSteps_data()
+{
+    QTest::addColumn<QVector<RunOrder>>("orders");
+    QTest::addColumn<RunEnd>("end");
+    QTest::addColumn<QVector<StepOutcome>>("outcomes");
+    const auto wrote = StepOutcome::Wrote;
+    const auto notRun = StepOutcome::NotRun;
+    const auto goOn = RunOrder::GoOn;
+    QTest::newRow("go on") << QVector<RunOrder>{goOn, goOn, goOn} << RunEnd::Completed
+                           << QVector<StepOutcome>{wrote, wrote, wrote};
+    QTest::newRow("pass over") << QVector<RunOrder>{goOn, RunOrder::PassOver, goOn} << RunEnd::Completed
+                               << QVector<StepOutcome>{wrote, notRun, wrote};
+    QTest::newRow("stop") << QVector<RunOrder>{goOn, RunOrder::Stop} << RunEnd::Stopped
+                          << QVector<StepOutcome>{wrote, notRun, notRun};
+}
+
+void TestRunProcess::waitsBeforeSteps()
+{
+    QFETCH(QVector<RunOrder>, orders);
+    for (const bool isHere : {true, false}) {
+        Example example(around("list.sort"));
+        example.script.steps.at(1).operation->setProperty("targetVar", "n");
+        QVector<int> asked;
+        RunObserver observer;
+        observer.before = [&](int index, VariableScope &variables) {
+            // What the steps before did is there.
+            if (index > 0 && variables.get("n") != QVariant(QVariantList{1, 2}))
+                QTest::qFail("the variables are those of before", __FILE__, __LINE__);
+            asked.append(index);
+            return orders.at(index);
+        };
+        const RunResult result =
+            isHere ? runScript(example.script, example.scope, observer) : example.run(observer);
+        QTEST(result.end, "end");
+        QVector<StepOutcome> outcomes;
+        for (const StepResult &step : result.steps)
+            outcomes.append(step.outcome);
+        QTEST(outcomes, "outcomes");
+        QCOMPARE(asked, QVector<int>({0, 1, 2}).mid(0, orders.size()));
+    }
+}
+
+void TestRunProcess::takesVariablesThatWereChangedMeanwhile()
+{
+    for (const bool isHere : {true, false}) {
+        Example example(R"({"variables": [{"name": "n", "type": "list", "value": [2, 1]},
+            {"name": "gone", "type": "int"}], "steps": [{"type": "list.sort", "targetVar": "n"},
+            {"type": "list.merge", "listA": "n", "listB": "made", "targetVar": "n"}]})");
+        RunObserver observer;
+        observer.before = [](int index, VariableScope &variables) {
+            if (index == 1) {
+                variables.set("n", QVariantList{"x"});
+                variables.set("made", QVariantList{"y"});
+                variables.remove("gone");
+            }
+            return RunOrder::GoOn;
+        };
+        const RunResult result =
+            isHere ? runScript(example.script, example.scope, observer) : example.run(observer);
+        QCOMPARE(int(result.steps.at(1).outcome), int(StepOutcome::Wrote));
+        QCOMPARE(example.scope.get("n"), QVariant(QVariantList{"x", "y"}));
+        QCOMPARE(example.scope.names(), QStringList({"n", "made"}));
+    }
+}
+
+void TestRunProcess::waitsOnceItIsWanted()
+{
+    // So many that the process waits for them to be told before it comes to the end.
+    constexpr int stepCount = 20000;
+    QByteArray json = R"({"variables": [{"name": "n", "type": "list"}], "steps": [)";
+    for (int i = 0; i < stepCount; ++i)
+        json += QByteArray(i > 0 ? "," : "") + R"({"type": "list.sort", "targetVar": "n"})";
+    Example example(json + "]}");
+    bool isWanted = false;
+    int waitedBefore = -1;
+    RunObserver observer;
+    observer.starting = [&isWanted](int) { isWanted = true; };
+    observer.wantsToWait = [&isWanted] { return isWanted; };
+    observer.before = [&waitedBefore](int index, VariableScope &) {
+        waitedBefore = index;
+        return RunOrder::Stop;
+    };
+    const RunResult result = example.run(observer);
+    QCOMPARE(int(result.end), int(RunEnd::Stopped));
+    QVERIFY(waitedBefore > 0);
+    QCOMPARE(result.count(StepOutcome::Wrote), waitedBefore);
+    QCOMPARE(int(result.steps.back().outcome), int(StepOutcome::NotRun));
 }
 
 void TestRunProcess::stopsBetweenSteps()
@@ -312,6 +410,30 @@ void TestRunProcess::messages()
     reader.append("\xff\xff\xff\xff");
     QVERIFY(!reader.next());
     QVERIFY(reader.isBroken());
+}
+
+void TestRunProcess::answersThatAreNone()
+{
+    RunAnswer answer;
+    answer.kind = RunAnswer::Order;
+    answer.order = RunOrder::PassOver;
+    answer.variables.push_back({"n", VarType::List, QVariantList{1}});
+    answer.removed.append("m");
+    const QByteArray bytes = packAnswer(answer);
+    const std::optional<RunAnswer> read = unpackAnswer(bytes);
+    QVERIFY(read);
+    QCOMPARE(int(read->order), int(RunOrder::PassOver));
+    QCOMPARE(read->variables.at(0).value, QVariant(QVariantList{1}));
+    QCOMPARE(read->removed, QStringList{"m"});
+    for (int size = 0; size < bytes.size(); ++size)
+        QVERIFY2(!unpackAnswer(bytes.left(size)), qPrintable(QString::number(size)));
+    QVERIFY(!unpackAnswer(bytes + '\0'));
+    constexpr int orderAt = 4; // The last of its four bytes.
+    for (const int at : {0, orderAt}) {
+        QByteArray unknown = bytes;
+        unknown[at] = 9;
+        QVERIFY(!unpackAnswer(unknown));
+    }
 }
 
 void TestRunProcess::notesThatAreNone()

@@ -97,6 +97,16 @@ private slots:
     void runsOneStepOnWhatTheLastRunLeft();
     void restoresTheVariables();
     void runLeavesTheScriptAlone();
+    void stepsThroughTheScript();
+    void waitsAtBreakpoints();
+    void passesAStepOver();
+    void startsOver();
+    void takesVariablesWhileItWaits();
+    void stopsWhileItWaits();
+    void breakpointsFollowTheirSteps();
+    void keepsBreakpointsBesideTheScript();
+    void readsBreakpointsOfAnyFile_data();
+    void readsBreakpointsOfAnyFile();
     void stopsBetweenSteps();
     void resultsFollowTheirSteps();
     void resultsBelongToTheSettingsOfTheRun();
@@ -113,6 +123,8 @@ private:
     void place(ScriptDocument &document, std::initializer_list<const char *> targets) const;
     QStringList targets(const ScriptDocument &document) const;
     void waitForEnd(const RunSession &session) const;
+    void waitForPause(const RunSession &session, const ScriptDocument &document, int row) const;
+    void placeMerges(ScriptDocument &document) const;
     StepHost::StepOutcome outcome(const ScriptDocument &document, int row) const;
 
     StepHost::StepCatalogue m_catalogue;
@@ -145,6 +157,30 @@ QStringList TestWorkbenchScript::targets(const ScriptDocument &document) const
 void TestWorkbenchScript::waitForEnd(const RunSession &session) const
 {
     QTRY_VERIFY_WITH_TIMEOUT(!session.isRunning(), 60000);
+}
+
+/// Waits until the run waits before the step in \a row.
+void TestWorkbenchScript::waitForPause(const RunSession &session, const ScriptDocument &document,
+                                       int row) const
+{
+    QTRY_VERIFY_WITH_TIMEOUT(
+        session.isPaused() && document.model().index(row).data(ScriptModel::NextRole).toBool(), 60000);
+}
+
+/// Three steps, each of which adds the list "b" to "a".
+void TestWorkbenchScript::placeMerges(ScriptDocument &document) const
+{
+    VariableScope variables;
+    variables.declare("a", VarType::List);
+    variables.declare("b", VarType::List);
+    variables.set("b", QVariantList{1});
+    document.setVariables(variables, "Set");
+    for (int row = 0; row < 3; ++row) {
+        document.placeStep("list.merge", row);
+        document.setSetting(row, "listA", "a");
+        document.setSetting(row, "listB", "b");
+        document.setSetting(row, "targetVar", "a");
+    }
 }
 
 StepHost::StepOutcome TestWorkbenchScript::outcome(const ScriptDocument &document, int row) const
@@ -600,6 +636,237 @@ std::vector<StepHost::ScriptStep> waitingSteps(int count, QSemaphore &begun, QSe
     return steps;
 }
 } // namespace
+
+void TestWorkbenchScript::stepsThroughTheScript()
+{
+    ScriptDocument document(m_catalogue);
+    LogModel log;
+    RunSession session(document, log);
+    placeMerges(document);
+    session.step();
+    waitForPause(session, document, 0);
+    QVERIFY(session.isRunning() && session.hasResult());
+    QCOMPARE(int(outcome(document, 0)), int(StepHost::StepOutcome::NotRun));
+    const int lastLine = log.rowCount() - 1;
+    QCOMPARE(log.index(lastLine, LogModel::MessageColumn).data().toString(),
+             QString("Paused before this step"));
+    QVERIFY(log.index(lastLine, LogModel::StepColumn).data().toString().startsWith("1  "));
+    session.step();
+    waitForPause(session, document, 1);
+    QCOMPARE(int(outcome(document, 0)), int(StepHost::StepOutcome::Wrote));
+    QCOMPARE(session.after().get("a").toList().size(), 1);
+    QCOMPARE(session.before().get("a").toList().size(), 0);
+    // To the step before it, there is nothing to go on to.
+    session.runTo(0);
+    QVERIFY(session.isPaused());
+    session.runTo(1);
+    waitForPause(session, document, 2);
+    QCOMPARE(session.after().get("a").toList().size(), 2);
+    session.step();
+    waitForEnd(session);
+    QCOMPARE(session.after().get("a").toList().size(), 3);
+    QVERIFY(!document.model().index(2).data(ScriptModel::NextRole).toBool());
+    QCOMPARE(int(outcome(document, 2)), int(StepHost::StepOutcome::Wrote));
+}
+
+void TestWorkbenchScript::waitsAtBreakpoints()
+{
+    ScriptDocument document(m_catalogue);
+    LogModel log;
+    RunSession session(document, log);
+    placeMerges(document);
+    session.breakpoints().toggle({1, 2});
+    session.runAll();
+    waitForPause(session, document, 1);
+    // One that is taken away meanwhile does not count any more.
+    session.breakpoints().toggle({2});
+    session.runAll();
+    waitForEnd(session);
+    QCOMPARE(session.after().get("a").toList().size(), 3);
+    // A single step is run because it is wanted.
+    session.runStep(1);
+    waitForEnd(session);
+    QCOMPARE(session.after().get("a").toList().size(), 4);
+}
+
+void TestWorkbenchScript::passesAStepOver()
+{
+    ScriptDocument document(m_catalogue);
+    LogModel log;
+    RunSession session(document, log);
+    placeMerges(document);
+    session.skip();
+    QVERIFY(!session.isRunning());
+    session.breakpoints().toggle({1});
+    session.runAll();
+    waitForPause(session, document, 1);
+    session.skip();
+    waitForPause(session, document, 2);
+    session.runAll();
+    waitForEnd(session);
+    QCOMPARE(int(outcome(document, 1)), int(StepHost::StepOutcome::NotRun));
+    QCOMPARE(int(outcome(document, 2)), int(StepHost::StepOutcome::Wrote));
+    QCOMPARE(session.after().get("a").toList().size(), 2);
+    QVERIFY(document.model().isEnabled(1));
+}
+
+void TestWorkbenchScript::startsOver()
+{
+    ScriptDocument document(m_catalogue);
+    LogModel log;
+    RunSession session(document, log);
+    placeMerges(document);
+    session.breakpoints().toggle({1});
+    session.runAll();
+    waitForPause(session, document, 1);
+    session.startOver();
+    waitForPause(session, document, 0);
+    QCOMPARE(session.after().get("a").toList().size(), 0);
+    QCOMPARE(int(outcome(document, 0)), int(StepHost::StepOutcome::NotRun));
+    session.breakpoints().clear();
+    session.runAll();
+    waitForEnd(session);
+    QCOMPARE(session.after().get("a").toList().size(), 3);
+}
+
+void TestWorkbenchScript::takesVariablesWhileItWaits()
+{
+    ScriptDocument document(m_catalogue);
+    LogModel log;
+    RunSession session(document, log);
+    placeMerges(document);
+    session.changeVariables(VariableScope(), "nothing");
+    session.step();
+    waitForPause(session, document, 0);
+    VariableScope variables = session.after();
+    variables.set("b", QVariantList{"x", "y"});
+    session.changeVariables(variables, "Change");
+    QCOMPARE(log.index(log.rowCount() - 1, LogModel::MessageColumn).data().toString(),
+             QString("While paused: Change"));
+    session.runAll();
+    waitForEnd(session);
+    QCOMPARE(session.after().get("a").toList(), QVariantList({"x", "y", "x", "y", "x", "y"}));
+    // What the script starts with stays as it is.
+    QCOMPARE(document.variables().get("b").toList(), QVariantList{1});
+}
+
+void TestWorkbenchScript::stopsWhileItWaits()
+{
+    ScriptDocument document(m_catalogue);
+    LogModel log;
+    auto session = std::make_unique<RunSession>(document, log);
+    placeMerges(document);
+    session->step();
+    waitForPause(*session, document, 0);
+    session->stop();
+    waitForEnd(*session);
+    QCOMPARE(int(outcome(document, 0)), int(StepHost::StepOutcome::NotRun));
+    QVERIFY(
+        log.index(log.rowCount() - 1, LogModel::MessageColumn).data().toString().startsWith("Run stopped"));
+    // Whoever waits ends with the session.
+    session->step();
+    waitForPause(*session, document, 0);
+    session.reset();
+}
+
+void TestWorkbenchScript::breakpointsFollowTheirSteps()
+{
+    ScriptDocument document(m_catalogue);
+    LogModel log;
+    RunSession session(document, log);
+    place(document, {"a", "b", "c"});
+    const auto marked = [&document] {
+        QList<int> rows;
+        for (int row = 0; row < document.model().rowCount(); ++row) {
+            if (document.model().index(row).data(ScriptModel::BreakpointRole).toBool())
+                rows.append(row);
+        }
+        return rows;
+    };
+    QVERIFY(document.model().setData(document.model().index(1), true, ScriptModel::BreakpointRole));
+    QCOMPARE(marked(), rows({1}));
+    QVERIFY(document.model().index(1).data(Qt::AccessibleTextRole).toString().contains("breakpoint"));
+    document.moveSteps({1}, 0);
+    QCOMPARE(marked(), rows({0}));
+    document.removeSteps({0});
+    QCOMPARE(marked(), rows({}));
+    document.undoStack().undo();
+    QCOMPARE(marked(), rows({0}));
+    session.breakpoints().toggle({0, 2});
+    QCOMPARE(marked(), rows({0, 2}));
+    session.breakpoints().toggle({0, 2});
+    QCOMPARE(marked(), rows({}));
+}
+
+void TestWorkbenchScript::keepsBreakpointsBesideTheScript()
+{
+    const QTemporaryDir folder;
+    const QString fileName = folder.filePath("clean.json");
+    const QString kept = Breakpoints::fileFor(fileName);
+    {
+        ScriptDocument document(m_catalogue);
+        LogModel log;
+        RunSession session(document, log);
+        place(document, {"a", "b", "c"});
+        session.breakpoints().toggle({1});
+        QVERIFY(!QFile::exists(kept));
+        QCOMPARE(document.save(fileName), QString());
+        QVERIFY(QFile::exists(kept));
+        // Their numbers are those of the saved script.
+        document.removeSteps({0});
+        session.breakpoints().toggle({1});
+        document.undoStack().undo();
+    }
+    ScriptDocument document(m_catalogue);
+    LogModel log;
+    RunSession session(document, log);
+    QCOMPARE(document.open(fileName), QString());
+    QVERIFY(session.breakpoints().contains(&document.model().step(1)));
+    QVERIFY(!session.breakpoints().contains(&document.model().step(2)));
+    session.breakpoints().clear();
+    QVERIFY(!QFile::exists(kept));
+    session.breakpoints().toggle({2});
+    QVERIFY(QFile::exists(kept));
+    document.clear();
+    QVERIFY(session.breakpoints().isEmpty());
+    QVERIFY(QFile::exists(kept));
+}
+
+void TestWorkbenchScript::readsBreakpointsOfAnyFile_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<int>("count");
+    QTest::newRow("one") << QByteArray(R"({"breakpoints": [{"step": 2, "type": "list.clear"}]})") << 1;
+    QTest::newRow("of another type") << QByteArray(R"({"breakpoints": [{"step": 2, "type": "list.sort"}]})")
+                                     << 0;
+    QTest::newRow("of no step") << QByteArray(R"({"breakpoints": [{"step": 3, "type": "list.clear"},
+        {"step": 0, "type": "list.clear"}, {"step": "2", "type": "list.clear"}, 2]})")
+                                << 0;
+    QTest::newRow("something else") << QByteArray(R"({"breakpoints": {"step": 2}})") << 0;
+    QTest::newRow("no JSON") << QByteArray("step 2") << 0;
+    QTest::newRow("nothing") << QByteArray() << 0;
+}
+
+void TestWorkbenchScript::readsBreakpointsOfAnyFile()
+{
+    QFETCH(QByteArray, content);
+    const QTemporaryDir folder;
+    const QString fileName = folder.filePath("clean.json");
+    ScriptDocument document(m_catalogue);
+    LogModel log;
+    RunSession session(document, log);
+    place(document, {"a", "b"});
+    QCOMPARE(document.save(fileName), QString());
+    QFile file(Breakpoints::fileFor(fileName));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write(content), qint64(content.size()));
+    file.close();
+    QCOMPARE(document.open(fileName), QString());
+    int count = 0;
+    for (int row = 0; row < document.model().rowCount(); ++row)
+        count += session.breakpoints().contains(&document.model().step(row)) ? 1 : 0;
+    QTEST(count, "count");
+}
 
 void TestWorkbenchScript::stopsBetweenSteps()
 {

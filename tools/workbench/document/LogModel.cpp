@@ -18,6 +18,11 @@ void LogModel::append(const QString &message)
     add({{QTime::currentTime(), StepHost::inLines(message), false, nullptr, QString()}});
 }
 
+void LogModel::append(const QString &message, const Operation *step, const QString &stepName)
+{
+    add({{QTime::currentTime(), StepHost::inLines(message), false, const_cast<Operation *>(step), stepName}});
+}
+
 void LogModel::appendWarning(const QString &message)
 {
     appendWarning(message, nullptr, QString());

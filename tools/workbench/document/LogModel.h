@@ -26,6 +26,9 @@ public:
     /// Adds the line \a message, with the present time. Beyond 10,000 lines the oldest are dropped.
     void append(const QString &message);
 
+    /// Adds the line \a message about \a step, which may be null and is called \a stepName.
+    void append(const QString &message, const Operation *step, const QString &stepName);
+
     /// A warning about a step.
     struct Warning
     {

@@ -5,15 +5,11 @@
 #include "ScriptModel.h"
 #include "host/plugins/StepTexts.h"
 #include "host/running/RunProcess.h"
-#include "host/running/StartedProcesses.h"
 #include "host/scripts/StepProblems.h"
 
 #include <QHash>
-#include <QThread>
 
 #include <algorithm>
-#include <atomic>
-#include <optional>
 
 namespace Workbench
 {
@@ -31,46 +27,8 @@ QString nameOf(const Operation &step, int row)
 }
 } // namespace
 
-/// A run that goes on. Its thread alone uses the script, the variables and the result until it has ended.
-struct RunSession::Run
-{
-    StepHost::Script script;
-    QVector<const Operation *>
-        originals; ///< The document's steps that were copied; just for telling them apart.
-    int firstRow = 0; ///< Where the first of them stood.
-    VariableScope variables;
-    StepHost::RunResult result;
-    int reported = 0; ///< Of how many steps the result has been told.
-    int left = 0; ///< How many processes the steps have left running.
-    std::atomic<int> done{0};
-    std::atomic<int> current{-1}; ///< The step that has begun last.
-    std::atomic<bool> shouldStop{false};
-    std::atomic<bool> shouldEnd{false};
-    QElapsedTimer clock;
-    std::optional<StepHost::StartedProcesses> started{std::in_place};
-    std::unique_ptr<QThread> thread;
-
-    ~Run()
-    {
-        shouldStop = true;
-        shouldEnd = true;
-        if (thread)
-            thread->wait();
-    }
-
-    void execute(const Runner &runner)
-    {
-        StepHost::RunObserver observer;
-        observer.starting = [this](int index) { current = index; };
-        observer.progress = [this](int count, int) { done = count; };
-        observer.shouldStop = [this] { return shouldStop.load(); };
-        observer.shouldEnd = [this] { return shouldEnd.load(); };
-        result = runner(script, variables, observer);
-    }
-};
-
 RunSession::RunSession(ScriptDocument &document, LogModel &log, const Runner &runner, QObject *parent)
-    : QObject(parent), m_document(document), m_log(log), m_runner(runner)
+    : QObject(parent), m_document(document), m_breakpoints(document), m_log(log), m_runner(runner)
 {
     if (!m_runner) {
         m_runner = [&document](const StepHost::Script &script, VariableScope &variables,
@@ -84,13 +42,24 @@ RunSession::RunSession(ScriptDocument &document, LogModel &log, const Runner &ru
     connect(&m_reportTimer, &QTimer::timeout, this, &RunSession::report);
     connect(&m_progressTimer, &QTimer::timeout, this, &RunSession::showProgress);
     connect(&document, &ScriptDocument::replaced, this, &RunSession::abandon);
+    connect(&m_breakpoints, &Breakpoints::changed, this, &RunSession::showPauses);
 }
 
 RunSession::~RunSession() = default;
 
+Breakpoints &RunSession::breakpoints()
+{
+    return m_breakpoints;
+}
+
 bool RunSession::isRunning() const
 {
     return m_run != nullptr;
+}
+
+bool RunSession::isPaused() const
+{
+    return m_run && m_run->waitingBefore() >= 0;
 }
 
 bool RunSession::hasResult() const
@@ -110,11 +79,20 @@ const VariableScope &RunSession::after() const
 
 void RunSession::runAll()
 {
-    runTo(m_document.model().rowCount() - 1);
+    if (isPaused())
+        goOn(StepHost::RunOrder::GoOn, -1);
+    else
+        runTo(m_document.model().rowCount() - 1);
 }
 
 void RunSession::runTo(int row)
 {
+    if (isPaused()) {
+        const int behind = m_run->originals.indexOf(&m_document.model().step(row)) + 1;
+        if (behind > m_run->waitingBefore())
+            goOn(StepHost::RunOrder::GoOn, behind);
+        return;
+    }
     if (m_run)
         return;
     m_document.model().clearResults();
@@ -126,12 +104,48 @@ void RunSession::runStep(int row)
     start(row, row, m_hasResult ? m_after : m_document.variables());
 }
 
-void RunSession::start(int firstRow, int lastRow, const VariableScope &variables)
+void RunSession::step()
+{
+    if (isPaused()) {
+        goOn(StepHost::RunOrder::GoOn, 0);
+    } else if (!m_run) {
+        m_document.model().clearResults();
+        start(0, m_document.model().rowCount() - 1, m_document.variables(), 0);
+    }
+}
+
+void RunSession::skip()
+{
+    if (!isPaused())
+        return;
+    const int index = m_run->waitingBefore();
+    m_log.append(tr("Passed over this once"), m_run->originals.at(index),
+                 nameOf(*m_run->script.steps.at(size_t(index)).operation, m_run->firstRow + index));
+    goOn(StepHost::RunOrder::PassOver, 0);
+}
+
+void RunSession::startOver()
+{
+    giveUp();
+    step();
+}
+
+void RunSession::changeVariables(const VariableScope &variables, const QString &action)
+{
+    if (!isPaused())
+        return;
+    m_run->variables = variables;
+    m_after = variables;
+    m_log.append(tr("While paused: %1").arg(action));
+    emit changed();
+}
+
+void RunSession::start(int firstRow, int lastRow, const VariableScope &variables, int pauseFrom)
 {
     ScriptModel &model = m_document.model();
     if (m_run || firstRow < 0 || lastRow < firstRow || lastRow >= model.rowCount())
         return;
-    auto next = std::make_unique<Run>();
+    auto next = std::make_unique<ScriptRun>();
     next->firstRow = firstRow;
     for (int row = firstRow; row <= lastRow; ++row) {
         const Operation &step = model.step(row);
@@ -145,11 +159,59 @@ void RunSession::start(int firstRow, int lastRow, const VariableScope &variables
     m_run = std::move(next);
     m_run->variables = variables;
     m_before = variables;
-    m_run->clock.start();
-    m_run->thread.reset(QThread::create([this, run = m_run.get()] { run->execute(m_runner); }));
-    connect(m_run->thread.get(), &QThread::finished, this, &RunSession::finish);
+    m_after = variables;
+    connect(m_run.get(), &ScriptRun::finished, this, &RunSession::finish);
+    connect(m_run.get(), &ScriptRun::paused, this, &RunSession::pause, Qt::QueuedConnection);
+    // A single step is run because it is wanted.
+    if (firstRow != lastRow || pauseFrom >= 0)
+        showPauses();
+    m_run->setPauseFrom(pauseFrom);
     m_progressTimer.start();
-    m_run->thread->start();
+    m_run->start(m_runner);
+    emit changed();
+}
+
+void RunSession::showPauses()
+{
+    if (!m_run)
+        return;
+    QSet<int> indexes;
+    for (int i = 0; i < m_run->originals.size(); ++i) {
+        if (m_breakpoints.contains(m_run->originals.at(i)))
+            indexes.insert(i);
+    }
+    m_run->setPauses(indexes);
+}
+
+void RunSession::pause()
+{
+    // The run that waited may have been given up since.
+    if (!isPaused())
+        return;
+    const int index = m_run->waitingBefore();
+    m_run->tellable = index;
+    m_after = m_run->variables;
+    m_hasResult = true;
+    const Operation *next = m_run->originals.at(index);
+    ScriptModel &model = m_document.model();
+    const int row = model.rowOf(next);
+    model.setRunningRow(-1);
+    model.setNextRow(row);
+    m_log.append(tr("Paused before this step"), row >= 0 ? next : nullptr,
+                 nameOf(*m_run->script.steps.at(size_t(index)).operation, m_run->firstRow + index));
+    m_progressTimer.stop();
+    emit progressed(index, m_run->originals.size());
+    emit changed();
+    if (!m_reportTimer.isActive())
+        report();
+}
+
+void RunSession::goOn(StepHost::RunOrder order, int pauseFrom)
+{
+    m_document.model().setNextRow(-1);
+    m_run->setPauseFrom(pauseFrom);
+    m_run->goOn(order);
+    m_progressTimer.start();
     emit changed();
 }
 
@@ -165,15 +227,20 @@ void RunSession::showProgress()
 
 void RunSession::finish()
 {
-    const auto isOver = [](const std::unique_ptr<Run> &run) { return run->thread->isFinished(); };
+    const auto isOver = [](const std::unique_ptr<ScriptRun> &run) { return run->isFinished(); };
     m_abandoned.erase(std::remove_if(m_abandoned.begin(), m_abandoned.end(), isOver), m_abandoned.end());
-    if (!m_run || !isOver(m_run) || m_reportTimer.isActive())
+    if (!m_run || !isOver(m_run))
         return;
     m_progressTimer.stop();
     m_run->left = StepHost::StartedProcesses::end();
     m_run->started.reset();
+    m_run->stepResults = m_run->result.steps;
+    m_run->tellable = m_run->originals.size();
+    m_after = m_run->variables;
     m_document.model().setRunningRow(-1);
-    report();
+    m_document.model().setNextRow(-1);
+    if (!m_reportTimer.isActive())
+        report();
 }
 
 QStringList RunSession::reasonsOfSilence(const Operation &step, const VariableScope &variables)
@@ -189,18 +256,20 @@ QStringList RunSession::reasonsOfSilence(const Operation &step, const VariableSc
 
 void RunSession::report()
 {
+    if (!m_run)
+        return;
     ScriptModel &model = m_document.model();
     QHash<const Operation *, int> rows;
     for (int row = 0; row < model.rowCount(); ++row)
         rows.insert(&model.step(row), row);
     QVector<ScriptModel::Result> results;
     QVector<LogModel::Warning> warnings;
-    const int end = qMin(m_run->reported + reportedAtOnce, m_run->originals.size());
-    for (int &i = m_run->reported; i < end; ++i) {
+    const int end = qMin(m_run->told + reportedAtOnce, m_run->tellable);
+    for (int &i = m_run->told; i < end; ++i) {
         const StepHost::ScriptStep &step = m_run->script.steps.at(size_t(i));
-        StepHost::StepResult result = m_run->result.steps.at(size_t(i));
+        StepHost::StepResult result = m_run->stepResults.at(size_t(i));
         if (result.outcome == StepHost::StepOutcome::Skipped && result.warnings.isEmpty())
-            result.warnings = reasonsOfSilence(*step.operation, m_run->variables);
+            result.warnings = reasonsOfSilence(*step.operation, m_after);
         const int row = rows.value(m_run->originals.at(i), -1);
         if (row >= 0 && result.outcome != StepHost::StepOutcome::NotRun)
             results.append({row, result, &step});
@@ -216,16 +285,15 @@ void RunSession::report()
     }
     model.setResults(results);
     m_log.appendWarnings(warnings);
-    if (m_run->reported < m_run->originals.size())
+    if (m_run->told < m_run->tellable)
         m_reportTimer.start();
-    else
+    else if (m_run->isFinished())
         endRun();
 }
 
 void RunSession::endRun()
 {
-    const std::unique_ptr<Run> run = std::move(m_run);
-    m_after = run->variables;
+    const std::unique_ptr<ScriptRun> run = std::move(m_run);
     m_hasResult = true;
     if (!run->result.printed.isEmpty())
         m_log.append(tr("The plug-ins printed: %1").arg(QString::fromUtf8(run->result.printed).trimmed()));
@@ -235,7 +303,7 @@ void RunSession::endRun()
     emit changed();
 }
 
-void RunSession::reportEnd(const Run &run)
+void RunSession::reportEnd(const ScriptRun &run)
 {
     using StepHost::StepOutcome;
     QString counts = tr("%1 wrote, %2 skipped, %3 disabled, in %4 ms")
@@ -263,8 +331,12 @@ void RunSession::reportEnd(const Run &run)
 
 void RunSession::stop()
 {
-    if (m_run && m_run->shouldStop.exchange(true))
-        m_run->shouldEnd = true;
+    if (!m_run)
+        return;
+    if (m_run->isAskedToStop())
+        m_run->end();
+    else
+        m_run->stop();
 }
 
 void RunSession::restore()
@@ -278,17 +350,23 @@ void RunSession::restore()
     emit changed();
 }
 
-void RunSession::abandon()
+void RunSession::giveUp()
 {
     m_progressTimer.stop();
     m_reportTimer.stop();
     if (m_run) {
-        m_run->shouldStop = true;
-        m_run->shouldEnd = true;
+        m_run->end();
         // Where the system allows, that ends the run's process, too.
         m_run->started.reset();
         m_abandoned.push_back(std::move(m_run));
     }
+    m_document.model().setRunningRow(-1);
+    m_document.model().setNextRow(-1);
+}
+
+void RunSession::abandon()
+{
+    giveUp();
     restore();
 }
 } // namespace Workbench

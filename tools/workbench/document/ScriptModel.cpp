@@ -212,6 +212,32 @@ void ScriptModel::setRunningRow(int row)
     }
 }
 
+void ScriptModel::setNextRow(int row)
+{
+    const int before = m_next ? rowOf(m_next) : -1;
+    m_next = row >= 0 ? &step(row) : nullptr;
+    for (const int changed : {before, row}) {
+        if (changed >= 0)
+            showStep(changed);
+    }
+}
+
+void ScriptModel::setBreakpoints(const QSet<const Operation *> &steps)
+{
+    m_breakpoints = steps;
+    rowsChanged(0, rowCount() - 1);
+}
+
+QString ScriptModel::spokenText(int row) const
+{
+    QStringList parts{at(row).spokenText(row + 1, row == m_runningRow)};
+    if (&step(row) == m_next)
+        parts.append(tr("the run waits before it"));
+    if (m_breakpoints.contains(&step(row)))
+        parts.append(tr("with a breakpoint"));
+    return parts.join(QLatin1String("; "));
+}
+
 const std::optional<QByteArray> &ScriptModel::keptStep(int row) const
 {
     return at(row).kept;
@@ -279,7 +305,7 @@ QVariant ScriptModel::data(const QModelIndex &index, int role) const
     case Qt::ToolTipRole:
         return row.toolTip();
     case Qt::AccessibleTextRole:
-        return row.spokenText(index.row() + 1, index.row() == m_runningRow);
+        return spokenText(index.row());
     case Qt::CheckStateRole:
         return int(row.isEnabled() ? Qt::Checked : Qt::Unchecked);
     case NumberRole:
@@ -298,6 +324,10 @@ QVariant ScriptModel::data(const QModelIndex &index, int role) const
         return row.messages().size() + row.problemLines().size();
     case RunningRole:
         return index.row() == m_runningRow;
+    case NextRole:
+        return &row.operation() == m_next;
+    case BreakpointRole:
+        return m_breakpoints.contains(&row.operation());
     default:
         return QVariant();
     }
@@ -305,8 +335,12 @@ QVariant ScriptModel::data(const QModelIndex &index, int role) const
 
 bool ScriptModel::setData(const QModelIndex &index, const QVariant &value, int role)
 {
-    if (role != Qt::CheckStateRole || !isStep(index))
+    if (!isStep(index))
         return false;
+    if (role == BreakpointRole)
+        emit breakpointRequested(index.row());
+    if (role != Qt::CheckStateRole)
+        return role == BreakpointRole;
     emit enableRequested(index.row(), value.toInt() == Qt::Checked);
     return true;
 }

@@ -6,6 +6,7 @@
 #include <QAbstractListModel>
 #include <QHash>
 #include <QIcon>
+#include <QSet>
 #include <QTimer>
 #include <QUuid>
 
@@ -33,6 +34,8 @@ public:
         ///< that ran with these settings, or that is not enabled.
         LineCountRole, ///< `int`: how many lines WarningsRole and ProblemsRole have.
         RunningRole, ///< `bool`: it is this step's turn in a run that goes on.
+        NextRole, ///< `bool`: the run waits before this step.
+        BreakpointRole, ///< `bool`: runs wait before this step. To set it is a request.
     };
     /// `Qt::AccessibleTextRole` has all that is drawn of a step, in words.
 
@@ -89,6 +92,12 @@ public:
     /// Marks the step in \a row as the one that is running; -1 marks none.
     void setRunningRow(int row);
 
+    /// Marks the step in \a row as the one that a run waits before; -1 marks none.
+    void setNextRow(int row);
+
+    /// Marks \a steps as those that runs wait before.
+    void setBreakpoints(const QSet<const Operation *> &steps);
+
     /// What Recovery keeps of the step in \a row; nothing when the step was changed since it was set.
     const std::optional<QByteArray> &keptStep(int row) const;
     void setKeptStep(int row, const QByteArray &bytes);
@@ -113,6 +122,8 @@ signals:
     void problemsChanged();
     /// The user wants the step in \a row to be run, or not.
     void enableRequested(int row, bool enabled);
+    /// The user wants the step in \a row to have a breakpoint, or none any more.
+    void breakpointRequested(int row);
     /// The user dropped a step of type \a typeId in front of \a row.
     void placeRequested(const QString &typeId, int row);
     /// The user dropped the steps of \a rows in front of \a row.
@@ -127,6 +138,7 @@ private:
     StepRow &at(int row);
     const StepRow &at(int row) const;
     QIcon icon(const QString &path) const;
+    QString spokenText(int row) const;
     void rowsChanged(int first, int last);
     bool check(StepRow &row);
     void checkRest();
@@ -135,6 +147,8 @@ private:
     std::vector<std::unique_ptr<StepRow>> m_rows;
     VariableScope m_variables;
     int m_runningRow = -1;
+    const Operation *m_next = nullptr; ///< Just for telling it apart.
+    QSet<const Operation *> m_breakpoints; ///< The same.
     QHash<const QMetaObject *, StepHost::EditorSchema> m_schemas; ///< Of the classes of the steps.
     QTimer m_checkTimer; ///< Looks at the steps that are not checked yet, some at a time.
     mutable QHash<QString, QIcon> m_icons; ///< By path, so that a drawing is rendered once.

@@ -889,6 +889,13 @@
     </message>
 </context>
 <context>
+    <name>Workbench::Breakpoints</name>
+    <message>
+        <source>The breakpoints are not kept: %1: %2</source>
+        <translation>断点未能保存：%1：%2</translation>
+    </message>
+</context>
+<context>
     <name>Workbench::DifferenceDialog</name>
     <message>
         <source>Difference</source>
@@ -1346,10 +1353,6 @@
         <translation>停止(&amp;T)</translation>
     </message>
     <message>
-        <source>Run the whole script on its start values (%1)</source>
-        <translation>从初始值开始运行整个脚本（%1）</translation>
-    </message>
-    <message>
         <source>Run the script up to the current step (%1)</source>
         <translation>运行脚本到当前步骤为止（%1）</translation>
     </message>
@@ -1372,6 +1375,50 @@
     <message>
         <source>The run stops before its next step. Stop again to end it at once.</source>
         <translation>将在下一步之前停止运行。再按一次“停止”则立即结束。</translation>
+    </message>
+    <message>
+        <source>Run the whole script on its start values, or go on with a run that waits (%1)</source>
+        <translation>用初始值运行整个脚本，或继续暂停的运行 (%1)</translation>
+    </message>
+    <message>
+        <source>St&amp;ep</source>
+        <translation>单步(&amp;E)</translation>
+    </message>
+    <message>
+        <source>Begin a run that waits before each step, or run the step that is next (%1)</source>
+        <translation>开始在每个步骤前暂停的运行，或运行下一个步骤 (%1)</translation>
+    </message>
+    <message>
+        <source>S&amp;kip once</source>
+        <translation>跳过一次(&amp;K)</translation>
+    </message>
+    <message>
+        <source>Leave the step that is next out this once (%1)</source>
+        <translation>本次不运行下一个步骤 (%1)</translation>
+    </message>
+    <message>
+        <source>Start &amp;over</source>
+        <translation>重新开始(&amp;O)</translation>
+    </message>
+    <message>
+        <source>Give the run up and wait before the first step of a new one (%1)</source>
+        <translation>放弃本次运行，从头开始并停在第一个步骤之前 (%1)</translation>
+    </message>
+    <message>
+        <source>&amp;Breakpoint</source>
+        <translation>断点(&amp;B)</translation>
+    </message>
+    <message>
+        <source>Have runs wait before the selected steps, or not any more (%1)</source>
+        <translation>让运行在所选步骤前暂停，或不再暂停 (%1)</translation>
+    </message>
+    <message>
+        <source>C&amp;lear breakpoints</source>
+        <translation>清除断点(&amp;L)</translation>
+    </message>
+    <message>
+        <source>Take all breakpoints away (%1)</source>
+        <translation>清除所有断点 (%1)</translation>
     </message>
 </context>
 <context>
@@ -1417,6 +1464,18 @@
     <message>
         <source>The run could not begin: %1</source>
         <translation>无法开始运行：%1</translation>
+    </message>
+    <message>
+        <source>Passed over this once</source>
+        <translation>本次跳过此步骤</translation>
+    </message>
+    <message>
+        <source>While paused: %1</source>
+        <translation>暂停时：%1</translation>
+    </message>
+    <message>
+        <source>Paused before this step</source>
+        <translation>已在此步骤前暂停</translation>
     </message>
 </context>
 <context>
@@ -1503,6 +1562,17 @@
     <message>
         <source>Replace “%1”</source>
         <translation>替换“%1”</translation>
+    </message>
+</context>
+<context>
+    <name>Workbench::ScriptModel</name>
+    <message>
+        <source>the run waits before it</source>
+        <translation>运行停在此步骤之前</translation>
+    </message>
+    <message>
+        <source>with a breakpoint</source>
+        <translation>有断点</translation>
     </message>
 </context>
 <context>
@@ -1655,6 +1725,10 @@ Drag one here from the palette, or double-click it there.</source>
     <message>
         <source>running…</source>
         <translation>运行中…</translation>
+    </message>
+    <message>
+        <source>next</source>
+        <translation>下一步</translation>
     </message>
 </context>
 <context>
@@ -1953,6 +2027,10 @@ After the last run: %2</source>
     <message>
         <source>%1, changed by the last run</source>
         <translation>%1，上次运行更改了它</translation>
+    </message>
+    <message>
+        <source>Now, in the run</source>
+        <translation>运行中的当前值</translation>
     </message>
 </context>
 <context>

@@ -44,6 +44,8 @@ void VariablesModel::setVariables(const VariableScope &variables)
 
 void VariablesModel::setResult(const VariableScope &before, const VariableScope &after)
 {
+    m_isPaused = false;
+    emit headerDataChanged(Qt::Horizontal, ResultColumn, ResultColumn);
     m_before = before;
     m_after = after;
     m_changed.clear();
@@ -53,6 +55,13 @@ void VariablesModel::setResult(const VariableScope &before, const VariableScope 
             m_changed.insert(name);
     }
     updateNames();
+}
+
+void VariablesModel::setPaused(const VariableScope &before, const VariableScope &now)
+{
+    setResult(before, now);
+    m_isPaused = true;
+    emit headerDataChanged(Qt::Horizontal, ResultColumn, ResultColumn);
 }
 
 void VariablesModel::clearResult()
@@ -138,13 +147,34 @@ Qt::ItemFlags VariablesModel::flags(const QModelIndex &index) const
     if (!isVariable(index))
         return Qt::NoItemFlags;
     Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemNeverHasChildren;
-    // The value of a list or table is more than a cell can hold.
-    const VarType variableType = type(index.row());
-    const bool isCell =
-        index.column() != ValueColumn || (variableType != VarType::List && variableType != VarType::Table);
-    if (isOfScript(index.row()) && index.column() != ResultColumn && isCell)
+    if (isInCell(index))
         flags |= Qt::ItemIsEditable;
     return flags;
+}
+
+// Whether what is at `index` can be edited there.
+bool VariablesModel::isInCell(const QModelIndex &index) const
+{
+    const bool isValue = index.column() == ValueColumn || index.column() == ResultColumn;
+    const VarType variableType = type(index.row());
+    // The value of a list or table is more than a cell can hold.
+    if (isValue && (variableType == VarType::List || variableType == VarType::Table))
+        return false;
+    if (index.column() == ResultColumn)
+        return m_isPaused && m_after.contains(referenceTo(m_names.at(index.row())));
+    return isOfScript(index.row());
+}
+
+bool VariablesModel::setRunValue(const QString &name, const QString &text)
+{
+    const auto changed = VariableEdits::setText(m_after, name, text);
+    if (!changed) {
+        emit refused(changed.error());
+        return false;
+    }
+    if (!ItemValue::same(changed->get(referenceTo(name)), m_after.get(referenceTo(name))))
+        emit runChangeRequested(*changed, tr("Change value of “%1”").arg(name));
+    return true;
 }
 
 QVariant VariablesModel::display(int row, int column) const
@@ -190,6 +220,8 @@ QVariant VariablesModel::data(const QModelIndex &index, int role) const
             return int(type(row));
         if (index.column() == ValueColumn)
             return ItemValue::editText(m_variables.get(referenceTo(m_names.at(row))));
+        if (index.column() == ResultColumn)
+            return ItemValue::editText(m_after.get(referenceTo(m_names.at(row))));
         return display(row, index.column());
     case Qt::AccessibleTextRole:
         if (changed && index.column() == ResultColumn)
@@ -217,6 +249,8 @@ bool VariablesModel::setData(const QModelIndex &index, const QVariant &value, in
     if (role != Qt::EditRole || !isVariable(index) || !flags(index).testFlag(Qt::ItemIsEditable))
         return false;
     const QString name = m_names.at(index.row());
+    if (index.column() == ResultColumn)
+        return setRunValue(name, value.toString());
     StepHost::Result<VariableScope> changed = m_variables;
     QString action;
     switch (index.column()) {
@@ -262,7 +296,7 @@ QVariant VariablesModel::headerData(int section, Qt::Orientation orientation, in
     case ValueColumn:
         return tr("Start value");
     case ResultColumn:
-        return tr("After the last run");
+        return m_isPaused ? tr("Now, in the run") : tr("After the last run");
     default:
         return QVariant();
     }

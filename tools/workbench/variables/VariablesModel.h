@@ -35,6 +35,10 @@ public:
     /// below those of the script.
     void setResult(const VariableScope &before, const VariableScope &after);
 
+    /// Shows \a now as the variables of a run that waits and began with \a before. Values that fit into a cell can be
+    /// edited there.
+    void setPaused(const VariableScope &before, const VariableScope &now);
+
     /// Forgets the last run.
     void clearResult();
 
@@ -55,6 +59,9 @@ public:
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
 signals:
+    /// The user wants the variables of the run that waits to be \a variables; \a action names what was done.
+    void runChangeRequested(const VariableScope &variables, const QString &action);
+
     /// The user wants the script's variables to be \a variables; \a action names what was done, for undo.
     void changeRequested(const VariableScope &variables, const QString &action);
 
@@ -66,6 +73,8 @@ signals:
 
 private:
     bool isVariable(const QModelIndex &index) const;
+    bool isInCell(const QModelIndex &index) const;
+    bool setRunValue(const QString &name, const QString &text);
     VarType type(int row) const;
     QVariant display(int row, int column) const;
     QString resultToolTip(int row) const;
@@ -76,5 +85,6 @@ private:
     VariableScope m_after;
     QSet<QString> m_changed;
     QStringList m_names;
+    bool m_isPaused = false; ///< The result is that of a run that waits.
 };
 } // namespace Workbench

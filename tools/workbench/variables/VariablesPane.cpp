@@ -80,6 +80,7 @@ VariablesPane::VariablesPane(ScriptDocument &document, RunSession &session, QWid
     });
     connect(&session, &RunSession::changed, this, &VariablesPane::showResult);
     connect(m_model, &VariablesModel::changeRequested, &document, &ScriptDocument::setVariables);
+    connect(m_model, &VariablesModel::runChangeRequested, &session, &RunSession::changeVariables);
     connect(m_model, &VariablesModel::renameRequested, this, &VariablesPane::renameVariable);
     connect(m_model, &VariablesModel::refused, this, &VariablesPane::refused);
     connect(m_view->selectionModel(), &QItemSelectionModel::currentChanged, this,
@@ -170,7 +171,9 @@ VariablesModel &VariablesPane::model() const
 
 void VariablesPane::showResult()
 {
-    if (m_session.hasResult())
+    if (m_session.isPaused())
+        m_model->setPaused(m_session.before(), m_session.after());
+    else if (m_session.hasResult())
         m_model->setResult(m_session.before(), m_session.after());
     else
         m_model->clearResult();
@@ -280,6 +283,8 @@ void VariablesPane::activate(const QModelIndex &index)
         m_view->edit(index);
     else if (index.column() == VariablesModel::ValueColumn)
         editValue(index.row());
+    else if (index.column() == VariablesModel::ResultColumn && m_session.isPaused())
+        editRunValue(index.row());
 }
 
 void VariablesPane::editValue(int row)
@@ -295,16 +300,34 @@ void VariablesPane::editValue(int row)
         m_view->edit(index);
         return;
     }
-    const QVariantList before = m_document.variables().get(reference).toList();
-    ValueDialog dialog(name, type, before, this);
-    if (dialog.exec() != QDialog::Accepted)
+    if (const std::optional<VariableScope> edited = editedIn(m_document.variables(), name))
+        m_document.setVariables(*edited, tr("Change value of “%1”").arg(name));
+}
+
+void VariablesPane::editRunValue(int row)
+{
+    const QString name = m_model->name(row);
+    const VariableScope variables = m_session.after();
+    if (!isContainer(variables.typeOf(StepHost::referenceTo(name))))
         return;
+    if (const std::optional<VariableScope> edited = editedIn(variables, name))
+        m_session.changeVariables(*edited, tr("Change value of “%1”").arg(name));
+}
+
+// `variables` with the value that the user gives the list or table `name`; nothing when it stays.
+std::optional<VariableScope> VariablesPane::editedIn(const VariableScope &variables, const QString &name)
+{
+    const QString reference = StepHost::referenceTo(name);
+    const QVariantList before = variables.get(reference).toList();
+    ValueDialog dialog(name, variables.typeOf(reference), before, this);
+    if (dialog.exec() != QDialog::Accepted)
+        return std::nullopt;
     const QVariantList after = dialog.value();
     if (StepHost::ItemValue::same(QVariant(after), QVariant(before)))
-        return;
-    VariableScope variables = m_document.variables();
-    variables.set(reference, QVariant(after));
-    m_document.setVariables(variables, tr("Change value of “%1”").arg(name));
+        return std::nullopt;
+    VariableScope edited = variables;
+    edited.set(reference, QVariant(after));
+    return edited;
 }
 
 void VariablesPane::keepResults()

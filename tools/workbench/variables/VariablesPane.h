@@ -4,6 +4,8 @@
 
 #include <QWidget>
 
+#include <optional>
+
 class QAction;
 class QKeySequence;
 class QModelIndex;
@@ -56,6 +58,8 @@ private:
     void renameVariable(const QString &from, const QString &to);
     void activate(const QModelIndex &index);
     void editValue(int row);
+    void editRunValue(int row);
+    std::optional<VariableScope> editedIn(const VariableScope &variables, const QString &name);
     void keepResults();
 
     ScriptDocument &m_document;

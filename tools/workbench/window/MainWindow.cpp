@@ -170,12 +170,8 @@ void MainWindow::createVariablesMenu()
 
 void MainWindow::createRunMenu()
 {
-    const QList<QAction *> actions = m_runActions.actions();
-    fillMenu(menuBar()->addMenu(tr("&Run")), actions);
-    for (QAction *action : actions) {
-        if (action)
-            m_toolBar->addAction(action);
-    }
+    fillMenu(menuBar()->addMenu(tr("&Run")), m_runActions.actions());
+    m_toolBar->addActions(m_runActions.toolBarActions());
 }
 
 void MainWindow::createHelpMenu()
@@ -216,6 +212,8 @@ void MainWindow::connectPanes()
     connect(&m_document.undoStack(), &QUndoStack::cleanChanged, this,
             [this](bool clean) { setWindowModified(!clean); });
     connect(&m_runActions, &RunActions::done, this, &MainWindow::showMessage);
+    connect(&m_session.breakpoints(), &Breakpoints::failed, &m_log,
+            [this](const QString &reason) { m_log.appendWarning(reason); });
     connectSearch();
 }
 

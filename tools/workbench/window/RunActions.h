@@ -13,7 +13,7 @@ class RunSession;
 class ScriptDocument;
 class ScriptPane;
 
-/// The actions that start and end runs and forget their results, each enabled while it can do something, and the bar that
+/// The actions that start, step and end runs and forget their results, each enabled while it can do something, and the bar that
 /// shows how far a run is.
 class RunActions : public QObject
 {
@@ -28,6 +28,9 @@ public:
     /// For a menu; null stands for a separator.
     QList<QAction *> actions() const;
 
+    /// Those that are at hand in a tool bar.
+    QList<QAction *> toolBarActions() const;
+
     /// Shown while a run goes on. It belongs to whoever gives it a parent.
     QProgressBar *progressBar() const;
 
@@ -39,6 +42,7 @@ private:
     QAction *addAction(const QString &text, const QString &icon, const QKeySequence &key, const QString &name,
                        const QString &toolTip);
     void createActions();
+    void createSteppingActions();
     void showSession();
     void showProgress(int done, int total);
     void stop();
@@ -49,6 +53,11 @@ private:
     QAction *m_runAll = nullptr;
     QAction *m_runTo = nullptr;
     QAction *m_runStep = nullptr;
+    QAction *m_step = nullptr;
+    QAction *m_skip = nullptr;
+    QAction *m_startOver = nullptr;
+    QAction *m_toggleBreakpoint = nullptr;
+    QAction *m_clearBreakpoints = nullptr;
     QAction *m_stop = nullptr;
     QAction *m_restore = nullptr;
     QProgressBar *m_progressBar;

@@ -16,9 +16,9 @@
 #include <QDrag>
 #include <QMenu>
 #include <QMessageBox>
-#include <QPushButton>
 #include <QMimeData>
 #include <QPainter>
+#include <QPushButton>
 
 #include <algorithm>
 

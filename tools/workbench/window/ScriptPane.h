@@ -28,6 +28,9 @@ public:
     /// Places a new step of type \a typeId behind the current one, or at the end.
     void placeStep(const QString &typeId);
 
+    /// The rows of the selected steps, in ascending order.
+    QList<int> selectedRows() const;
+
     /// The actions on steps, for a menu; null stands for a separator.
     QList<QAction *> editActions() const;
 
@@ -45,7 +48,6 @@ protected:
 private:
     QAction *addEditAction(const QString &text, const QString &icon, const QKeySequence &key,
                            void (ScriptPane::*slot)());
-    QList<int> selectedRows() const;
     int rowBehindCurrent() const;
     void cut();
     void copy();

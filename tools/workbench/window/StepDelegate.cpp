@@ -14,11 +14,13 @@ namespace
 {
 constexpr int padding = 6;
 constexpr int iconSize = 28;
+constexpr int markSize = 11;
 
 /// Where the parts of a row are drawn.
 struct RowLayout
 {
     QRect checkBox;
+    QRect mark;
     QRect number;
     QRect icon;
     QRect outcome;
@@ -36,7 +38,9 @@ struct RowLayout
 
         checkBox = QRect(line.left(), line.top() + (lineHeight - boxHeight) / 2, boxWidth, boxHeight);
         const int numberWidth = option.fontMetrics.horizontalAdvance(QStringLiteral("0000"));
-        number = QRect(checkBox.right() + padding, line.top(), numberWidth, lineHeight);
+        mark =
+            QRect(checkBox.right() + padding, line.top() + (lineHeight - markSize) / 2, markSize, markSize);
+        number = QRect(mark.right() + 1, line.top(), numberWidth, lineHeight);
         icon = QRect(number.right() + padding, line.top() + (lineHeight - iconSize) / 2, iconSize, iconSize);
         outcome = QRect(line.right() - outcomeWidth, line.top(), outcomeWidth, lineHeight);
         const int summaryLeft = icon.right() + padding + 2;
@@ -68,6 +72,8 @@ QString outcomeSign(StepHost::StepOutcome outcome)
 
 QString outcomeText(const QModelIndex &index)
 {
+    if (index.data(ScriptModel::NextRole).toBool())
+        return StepDelegate::tr("next");
     if (index.data(ScriptModel::RunningRole).toBool())
         return StepDelegate::tr("running…");
     if (!index.data(ScriptModel::ProblemsRole).toStringList().isEmpty()
@@ -79,6 +85,8 @@ QString outcomeText(const QModelIndex &index)
 
 QColor outcomeColor(const QModelIndex &index, const QPalette &palette)
 {
+    if (index.data(ScriptModel::NextRole).toBool())
+        return Colors::changed(palette);
     if (index.data(ScriptModel::OutdatedRole).toBool())
         return Colors::subdued(palette);
     switch (outcomeOf(index)) {
@@ -90,6 +98,25 @@ QColor outcomeColor(const QModelIndex &index, const QPalette &palette)
     default:
         return Colors::subdued(palette);
     }
+}
+
+// A dot for a breakpoint, an arrow for the step that a run waits before.
+void drawMarks(QPainter *painter, const QRect &rect, const QModelIndex &index, const QPalette &palette)
+{
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->setPen(QPen(palette.color(QPalette::Base), 1));
+    if (index.data(ScriptModel::BreakpointRole).toBool()) {
+        painter->setBrush(Colors::warning(palette));
+        painter->drawEllipse(rect);
+    }
+    if (index.data(ScriptModel::NextRole).toBool()) {
+        const QRectF arrow = QRectF(rect).adjusted(0, 1, 1, -1);
+        painter->setBrush(Colors::changed(palette));
+        painter->drawPolygon(
+            QPolygonF({arrow.topLeft(), QPointF(arrow.right(), arrow.center().y()), arrow.bottomLeft()}));
+    }
+    painter->restore();
 }
 
 QString elided(const QStyleOptionViewItem &option, const QString &text, int width)
@@ -128,6 +155,7 @@ void StepDelegate::paint(QPainter *painter, const QStyleOptionViewItem &viewOpti
     box.state |= isEnabled ? QStyle::State_On : QStyle::State_Off;
     style.drawPrimitive(QStyle::PE_IndicatorItemViewItemCheck, &box, painter, option.widget);
 
+    drawMarks(painter, layout.mark, index, palette);
     painter->setFont(option.font);
     painter->setPen(isSelected ? selectedText : Colors::subdued(palette));
     painter->drawText(layout.number, Qt::AlignRight | Qt::AlignVCenter,
@@ -176,8 +204,15 @@ bool StepDelegate::editorEvent(QEvent *event, QAbstractItemModel *model,
         const auto *mouse = static_cast<QMouseEvent *>(event);
         QStyleOptionViewItem option = viewOption;
         initStyleOption(&option, index);
-        const QRect box = RowLayout(option, 0).checkBox.adjusted(-padding, -padding, padding / 2, padding);
-        if (mouse->button() != Qt::LeftButton || !box.contains(mouse->pos()))
+        const RowLayout layout(option, 0);
+        const QRect box = layout.checkBox.adjusted(-padding, -padding, padding / 2, padding);
+        const QRect mark = layout.mark.united(layout.number);
+        if (mouse->button() != Qt::LeftButton)
+            return false;
+        if (mark.contains(mouse->pos()))
+            return model->setData(index, !index.data(ScriptModel::BreakpointRole).toBool(),
+                                  ScriptModel::BreakpointRole);
+        if (!box.contains(mouse->pos()))
             return false;
         const bool isChecked = index.data(Qt::CheckStateRole).toInt() == Qt::Checked;
         return model->setData(index, int(isChecked ? Qt::Unchecked : Qt::Checked), Qt::CheckStateRole);
