@@ -6,11 +6,13 @@
 #include "tests/support/ErrorOf.h"
 #include "tests/support/TestPaths.h"
 
+#include <QCheckBox>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLayout>
 #include <QLineEdit>
 #include <QScreen>
+#include <QStyleOptionButton>
 #include <QTabBar>
 #include <QToolButton>
 #include <QtTest>
@@ -58,6 +60,10 @@ private slots:
 
     void hintsAreToBeRead_data();
     void hintsAreToBeRead();
+    void partsOfRowsAreToBeSeen_data();
+    void partsOfRowsAreToBeSeen();
+    void checkBoxesAreToBeSeen_data();
+    void checkBoxesAreToBeSeen();
     void warningsAreWhole();
     void firstWindowFitsTheScreen();
     void nothingIsCut_data();
@@ -96,6 +102,80 @@ void TestWorkbenchLooks::hintsAreToBeRead()
     auto *hint = fixture.window.findChild<PropertyPane *>()->findChild<QLabel *>("hint");
     QVERIFY(!hint->text().isEmpty());
     QVERIFY2(contrastOf(pictureOf(hint)) > 100, qPrintable(QString::number(contrastOf(pictureOf(hint)))));
+}
+
+namespace
+{
+/// A part of a row of the script.
+struct RowPart
+{
+    const char *name;
+    int row;
+    QRect rect; ///< In the row; a left side below 0 counts from the row's right side.
+};
+
+const RowPart rowParts[] = {
+    {"warning", 0, QRect(100, 32, 150, 14)},
+    {"outcome that was skipped", 0, QRect(-60, 5, 50, 25)},
+    {"outcome that wrote", 1, QRect(-60, 5, 50, 25)},
+    {"checked box", 1, QRect(3, 3, 22, 28)},
+    {"number", 1, QRect(30, 5, 40, 25)},
+    {"unchecked box", 2, QRect(3, 3, 22, 28)},
+    {"outcome of a disabled step", 2, QRect(-60, 5, 50, 25)},
+    {"mark of the focus", 3, QRect(100, 0, 100, 4)},
+};
+} // namespace
+
+void TestWorkbenchLooks::partsOfRowsAreToBeSeen_data()
+{
+    hintsAreToBeRead_data();
+}
+
+void TestWorkbenchLooks::partsOfRowsAreToBeSeen()
+{
+    QFETCH(QPalette, palette);
+    WindowFixture fixture(m_catalogue);
+    fixture.setVariable("names", QVariantList{"b", "a"}, VarType::List);
+    for (const char *list : {"missing", "names", "names", "names"})
+        fixture.place("list.sort", {{"targetVar", list}});
+    fixture.window.document().setEnabled({2}, false);
+    fixture.run();
+    ScriptPane *pane = fixture.scriptPane();
+    pane->setCurrentRow(3);
+    pane->setFocus();
+    pane->clearSelection();
+    QApplication::setPalette(palette);
+    QApplication::processEvents();
+    for (const RowPart &part : rowParts) {
+        const QRect row = pane->visualRect(fixture.script().index(part.row));
+        QRect rect = part.rect.translated(0, row.top());
+        if (rect.left() < 0)
+            rect.moveLeft(row.right() + rect.left());
+        const int contrast = contrastOf(pane->viewport()->grab(rect).toImage());
+        QVERIFY2(contrast > 50, qPrintable(QString("%1: %2").arg(part.name).arg(contrast)));
+    }
+}
+
+void TestWorkbenchLooks::checkBoxesAreToBeSeen_data()
+{
+    hintsAreToBeRead_data();
+}
+
+void TestWorkbenchLooks::checkBoxesAreToBeSeen()
+{
+    QFETCH(QPalette, palette);
+    QApplication::setPalette(palette);
+    WindowFixture fixture(m_catalogue);
+    fixture.place("list.sort", {{"ascending", false}});
+    fixture.scriptPane()->setCurrentRow(0);
+    QApplication::processEvents();
+    auto *box = fixture.window.findChild<PropertyPane *>()->findChild<QCheckBox *>();
+    QVERIFY(!box->isChecked());
+    QStyleOptionButton option;
+    option.initFrom(box);
+    const QRect indicator = box->style()->subElementRect(QStyle::SE_CheckBoxIndicator, &option, box);
+    const QImage image = box->grab(indicator).toImage();
+    QVERIFY2(contrastOf(image) > 50, qPrintable(QString::number(contrastOf(image))));
 }
 
 namespace

@@ -1,11 +1,12 @@
 #include "BoolEditor.h"
 
-#include <QCheckBox>
+#include "tools/workbench/look/FramedCheckBox.h"
+
 #include <QHBoxLayout>
 
 namespace Workbench
 {
-BoolEditor::BoolEditor(QWidget *parent) : PropertyEditor(parent), m_box(new QCheckBox)
+BoolEditor::BoolEditor(QWidget *parent) : PropertyEditor(parent), m_box(new FramedCheckBox)
 {
     auto *layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);

@@ -2,6 +2,7 @@
 
 #include "tools/workbench/document/ScriptModel.h"
 #include "tools/workbench/look/Colors.h"
+#include "tools/workbench/look/FramedCheckBox.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -154,6 +155,7 @@ void StepDelegate::paint(QPainter *painter, const QStyleOptionViewItem &viewOpti
     box.state &= ~QStyle::State_HasFocus;
     box.state |= isEnabled ? QStyle::State_On : QStyle::State_Off;
     style.drawPrimitive(QStyle::PE_IndicatorItemViewItemCheck, &box, painter, option.widget);
+    drawCheckBoxFrame(*painter, layout.checkBox, palette);
 
     drawMarks(painter, layout.mark, index, palette);
     painter->setFont(option.font);
