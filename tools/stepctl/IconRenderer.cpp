@@ -5,8 +5,6 @@
 #include <QGuiApplication>
 #include <QImage>
 #include <QImageReader>
-#include <QPainter>
-#include <QSvgRenderer>
 
 using namespace StepHost;
 
@@ -26,19 +24,7 @@ bool isBlank(const QImage &image)
     return true;
 }
 
-QImage drawSvg(const QString &path)
-{
-    QSvgRenderer renderer(path);
-    if (!renderer.isValid())
-        return QImage();
-    QImage image(drawnSize, QImage::Format_ARGB32);
-    image.fill(Qt::transparent);
-    QPainter painter(&image);
-    renderer.render(&painter);
-    return image;
-}
-
-QImage drawOther(const QString &path)
+QImage draw(const QString &path)
 {
     QImageReader reader(path);
     reader.setScaledSize(drawnSize);
@@ -48,12 +34,11 @@ QImage drawOther(const QString &path)
 IconDrawing drawIcon(const QString &path)
 {
     const QByteArray suffix = QFileInfo(path).suffix().toLower().toLatin1();
-    const bool isSvg = suffix == "svg" || suffix == "svgz";
     IconDrawing drawing;
-    drawing.isSupported = isSvg || QImageReader::supportedImageFormats().contains(suffix);
+    drawing.isSupported = QImageReader::supportedImageFormats().contains(suffix);
     if (!drawing.isSupported)
         return drawing;
-    const QImage image = isSvg ? drawSvg(path) : drawOther(path);
+    const QImage image = draw(path);
     drawing.isImage = !image.isNull();
     drawing.isBlank = image.isNull() || isBlank(image);
     return drawing;
