@@ -1,5 +1,6 @@
-# What is installed and packaged: the contract's library and the authors' kit with their headers and a CMake package, the
-# list plug-in and the programs. The tree can be moved: nothing in it names its own place.
+# What is installed, in components: Runtime, the contract's library; ListSteps, the list plug-in; Tools, stepctl; Workbench;
+# Development, what plug-ins are built with. Whatever is installed names its component, and each is a package in debian/.
+# The tree can be moved: nothing in it names its own place.
 include(CMakePackageConfigHelpers)
 
 set(QUILLMAP_INSTALL_CMAKEDIR ${CMAKE_INSTALL_LIBDIR}/cmake/OperationCore)
@@ -32,23 +33,20 @@ if(NOT WIN32)
     set_target_properties(OperationCore PROPERTIES BUILD_WITH_INSTALL_RPATH ON)
 endif()
 
-install(TARGETS OperationCore OperationKit stepctl EXPORT OperationCoreTargets)
-install(TARGETS ListOperPlugin EXPORT OperationCoreTargets DESTINATION ${QUILLMAP_INSTALL_PLUGINDIR})
-if(TARGET workbench)
-    install(TARGETS workbench)
-    if(UNIX AND NOT APPLE) # where desktops look for programs, their icons, and kinds of files
-        set(desktop tools/workbench/desktop/com.tallowby.Quillmap)
-        install(FILES ${desktop}.Workbench.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
-        install(FILES ${desktop}.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/mime/packages)
-        install(FILES tools/workbench/images/workbench.svg
-            DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps
-            RENAME com.tallowby.Quillmap.Workbench.svg)
-    endif()
-endif()
+install(TARGETS OperationCore EXPORT OperationCoreTargets
+    RUNTIME COMPONENT Runtime
+    LIBRARY COMPONENT Runtime NAMELINK_COMPONENT Development
+    ARCHIVE COMPONENT Development)
+install(TARGETS OperationKit EXPORT OperationCoreTargets COMPONENT Development)
+install(TARGETS stepctl EXPORT OperationCoreTargets COMPONENT Tools)
+install(TARGETS ListOperPlugin EXPORT OperationCoreTargets
+    DESTINATION ${QUILLMAP_INSTALL_PLUGINDIR}
+    COMPONENT ListSteps)
 
 install(EXPORT OperationCoreTargets
     NAMESPACE OperationCore::
-    DESTINATION ${QUILLMAP_INSTALL_CMAKEDIR})
+    DESTINATION ${QUILLMAP_INSTALL_CMAKEDIR}
+    COMPONENT Development)
 configure_package_config_file(cmake/OperationCoreConfig.cmake.in OperationCoreConfig.cmake
     INSTALL_DESTINATION ${QUILLMAP_INSTALL_CMAKEDIR})
 get_target_property(contract_version OperationCore VERSION)
@@ -59,7 +57,8 @@ install(FILES
     ${PROJECT_BINARY_DIR}/OperationCoreConfig.cmake
     ${PROJECT_BINARY_DIR}/OperationCoreConfigVersion.cmake
     cmake/OperationCorePlugin.cmake
-    DESTINATION ${QUILLMAP_INSTALL_CMAKEDIR})
+    DESTINATION ${QUILLMAP_INSTALL_CMAKEDIR}
+    COMPONENT Development)
 
 # For those who build plug-ins without CMake.
 set(QUILLMAP_INSTALL_PKGCONFIGDIR ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
@@ -67,26 +66,21 @@ file(RELATIVE_PATH QUILLMAP_PC_TO_PREFIX /prefix/${QUILLMAP_INSTALL_PKGCONFIGDIR
 string(REGEX REPLACE "/$" "" QUILLMAP_PC_TO_PREFIX "${QUILLMAP_PC_TO_PREFIX}")
 foreach(library IN ITEMS OperationCore OperationKit)
     configure_file(cmake/${library}.pc.in ${library}.pc @ONLY)
-    install(FILES ${PROJECT_BINARY_DIR}/${library}.pc DESTINATION ${QUILLMAP_INSTALL_PKGCONFIGDIR})
+    install(FILES ${PROJECT_BINARY_DIR}/${library}.pc
+        DESTINATION ${QUILLMAP_INSTALL_PKGCONFIGDIR}
+        COMPONENT Development)
 endforeach()
 
 set(CPACK_PACKAGE_NAME quillmap-steps)
 set(CPACK_PACKAGE_VENDOR Quillmap)
-set(CPACK_PACKAGE_CONTACT "The Quillmap step developers <steps@quillmap.example>")
 set(CPACK_PACKAGE_DIRECTORY ${PROJECT_BINARY_DIR}/packages)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_VERBATIM_VARIABLES ON)
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
     OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
-set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
-set(CPACK_DEBIAN_PACKAGE_SECTION devel)
-set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR}/${CMAKE_INSTALL_LIBDIR})
-# To build plug-ins.
-set(CPACK_DEBIAN_PACKAGE_SUGGESTS "cmake, qtbase5-dev")
 if(WIN32)
     set(CPACK_GENERATOR ZIP)
 else()
-    set(CPACK_GENERATOR DEB TGZ)
+    set(CPACK_GENERATOR TGZ) # Debian packages are made by debian/rules.
 endif()
 include(CPack)

