@@ -1,5 +1,5 @@
-# Makes sure that the installed programs and each command of stepctl have a man page that can be set, and that bash
-# completes what stepctl offers.
+# Makes sure that the installed programs and each command of stepctl have a man page that can be set, and that bash, zsh and
+# fish, those of them that there are, complete what stepctl offers.
 cmake_minimum_required(VERSION 3.21)
 
 set(stepctl ${PREFIX}/bin/stepctl)
@@ -52,8 +52,8 @@ function(complete expected)
     endif()
 endfunction()
 
+list(JOIN commands " " all)
 if(BASH)
-    list(JOIN commands " " all)
     complete("${all}" "")
     complete("convert" co)
     complete("--plugin --plugin-path" run --plug)
@@ -62,4 +62,55 @@ if(BASH)
     complete("" run --plugin "")
     complete("" run "")
     complete("clone.parent" explain clone.par)
+endif()
+
+# The completion function of zsh, with what zsh offers to such functions put in place by what prints it.
+find_program(ZSH zsh)
+# complete_in_zsh(<expected> <word>...)
+function(complete_in_zsh expected)
+    list(JOIN ARGN "' '" words)
+    execute_process(
+        COMMAND ${ZSH} -f -c "
+            compadd() { shift; print -r -- \"$@\" }
+            _describe() { local -a all; all=(\${(P)2}); print -r -- \${all%%:*} }
+            _files() { print -r -- files }
+            words=(${stepctl} '${words}'); CURRENT=$#words
+            source ${PREFIX}/share/zsh/site-functions/_stepctl"
+        OUTPUT_VARIABLE output
+        OUTPUT_STRIP_TRAILING_WHITESPACE
+        COMMAND_ERROR_IS_FATAL ANY)
+    if(NOT output STREQUAL expected)
+        message(SEND_ERROR "zsh: '${words}' is completed with '${output}' instead of '${expected}'")
+    endif()
+endfunction()
+
+if(ZSH)
+    complete_in_zsh("${all}" "")
+    complete_in_zsh("text json" run a.json --format "")
+    complete_in_zsh("text json junit" check --format "")
+    complete_in_zsh("files" run --plugin "")
+    complete_in_zsh("files" run "")
+endif()
+
+find_program(FISH fish)
+# complete_in_fish(<expected> <line>)
+function(complete_in_fish expected line)
+    execute_process(
+        COMMAND ${FISH} --no-config -c "source ${PREFIX}/share/fish/vendor_completions.d/stepctl.fish
+            set -x PATH ${PREFIX}/bin $PATH
+            complete -C '${line}' | cut -f 1"
+        OUTPUT_VARIABLE output
+        OUTPUT_STRIP_TRAILING_WHITESPACE
+        COMMAND_ERROR_IS_FATAL ANY)
+    string(REPLACE "\n" " " output "${output}")
+    if(NOT output STREQUAL expected)
+        message(SEND_ERROR "fish: '${line}' is completed with '${output}' instead of '${expected}'")
+    endif()
+endfunction()
+
+if(FISH)
+    complete_in_fish("convert" "stepctl co")
+    complete_in_fish("--plugin --plugin-path" "stepctl run --plug")
+    complete_in_fish("json text" "stepctl run a.json --format ")
+    complete_in_fish("clone.parent" "stepctl explain clone.par")
 endif()
