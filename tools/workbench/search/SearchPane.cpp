@@ -34,11 +34,12 @@ SearchPane::SearchPane(ScriptDocument &document, QWidget *parent)
     m_replace->setToolTip(tr("Replace in settings and start values; “Undo” takes it back as a whole"));
     createView();
     auto *content = new QWidget;
-    auto *layout = new QVBoxLayout(content);
+    // Side by side, so that in a low dock the places have its whole height.
+    auto *layout = new QHBoxLayout(content);
     layout->setContentsMargins(4, 4, 4, 4);
-    layout->setSpacing(2);
-    layout->addWidget(createFields());
-    layout->addWidget(m_view, 1);
+    layout->setSpacing(6);
+    layout->addWidget(createFields(), 2);
+    layout->addWidget(m_view, 3);
     setWidget(content);
     setWidgetResizable(true);
     setFrameShape(QFrame::NoFrame);
@@ -64,6 +65,9 @@ QLineEdit *SearchPane::createField(const QString &name, const QString &text)
     field->setObjectName(name);
     field->setPlaceholderText(text);
     field->setAccessibleName(text);
+    // The frame and a little more.
+    constexpr int margin = 28;
+    field->setMinimumWidth(field->fontMetrics().horizontalAdvance(text) + margin);
     return field;
 }
 
@@ -91,6 +95,7 @@ QWidget *SearchPane::createFields()
     grid->addWidget(m_isWhole, 1, 2);
     grid->addWidget(m_summary, 2, 0, 1, 3);
     grid->setColumnStretch(0, 1);
+    grid->setRowStretch(3, 1);
     return fields;
 }
 
