@@ -66,10 +66,12 @@ private slots:
     void waitsBeforeSteps();
     void takesVariablesThatWereChangedMeanwhile();
     void waitsOnceItIsWanted();
+    void theFirstStepMayEndTheProcess();
     void stopsBetweenSteps();
     void endsAStepThatHangs();
     void tellsOfEachStepAsItBegins();
     void keepsWhatIsPrinted();
+    void keepsTheFirstOfMuchThatIsPrinted();
     void refusesAPluginThatIsGone();
     void probesPlugins_data();
     void probesPlugins();
@@ -287,6 +289,15 @@ void TestRunProcess::waitsOnceItIsWanted()
     QCOMPARE(int(result.steps.back().outcome), int(StepOutcome::NotRun));
 }
 
+void TestRunProcess::theFirstStepMayEndTheProcess()
+{
+    Example example(R"({"steps": [{"type": "fixture.leave"}]})", "FatalSteps");
+    const RunResult result = example.run();
+    QCOMPARE(int(result.end), int(RunEnd::StepFailed));
+    QCOMPARE(result.error, QString());
+    QCOMPARE(int(result.steps.at(0).outcome), int(StepOutcome::Failed));
+}
+
 void TestRunProcess::stopsBetweenSteps()
 {
     // So many that the process waits for them to be told before it comes to the end.
@@ -341,6 +352,21 @@ void TestRunProcess::keepsWhatIsPrinted()
     QCOMPARE(result.printed, QByteArray("printed on standard output"));
 }
 
+void TestRunProcess::keepsTheFirstOfMuchThatIsPrinted()
+{
+    constexpr int stepCount = 500;
+    QByteArray json = R"({"steps": [{"type": "fixture.moment"})";
+    for (int i = 1; i < stepCount; ++i)
+        json += R"(,{"type": "fixture.moment"})";
+    Example example(json + "]}", "FaultyMoments");
+    qputenv("FIXTURE_FAULT", "run:print");
+    const RunResult result = example.run();
+    qunsetenv("FIXTURE_FAULT");
+    QCOMPARE(int(result.end), int(RunEnd::Completed));
+    QCOMPARE(result.printed.size(), 10000);
+    QVERIFY(result.printed.startsWith("printed on standard output"));
+}
+
 void TestRunProcess::refusesAPluginThatIsGone()
 {
     const QTemporaryDir folder;
@@ -365,21 +391,30 @@ void TestRunProcess::probesPlugins_data()
 {
     QTest::addColumn<QString>("plugin");
     QTest::addColumn<QString>("reason");
-    QTest::newRow("sound") << TestPaths::listPlugin() << "";
-    QTest::newRow("throws in texts") << TestPaths::fixture("RudeSteps") << "";
-    QTest::newRow("refused") << TestPaths::fixture("NoMetadata") << "";
-    QTest::newRow("crashes in a text") << TestPaths::fixture("FatalSteps") << "fixture.summary";
-    QTest::newRow("exits in a text") << TestPaths::fixture("ExitingTexts") << "ended with status";
+    QTest::addColumn<QString>("remark");
+    const auto row = [](const char *name, const QString &plugin, const char *reason, const char *remark) {
+        QTest::newRow(name) << plugin << reason << remark;
+    };
+    row("sound", TestPaths::listPlugin(), "", "");
+    row("throws in texts", TestPaths::fixture("ThrowingTexts"), "", "it threw an exception");
+    row("refused", TestPaths::fixture("NoMetadata"), "", "");
+    row("crashes in a text", TestPaths::fixture("FatalSteps"), "fixture.summary", "");
+    row("exits in a text", TestPaths::fixture("ExitingTexts"), "ended with status", "");
 }
 
 void TestRunProcess::probesPlugins()
 {
     QFETCH(QString, plugin);
     QFETCH(QString, reason);
+    QFETCH(QString, remark);
     const auto probed = RunProcess::probe(plugin);
     QCOMPARE(bool(probed), reason.isEmpty());
-    if (!probed)
+    if (!probed) {
         QVERIFY2(probed.error().contains(reason), qPrintable(probed.error()));
+        return;
+    }
+    QCOMPARE(probed->isEmpty(), remark.isEmpty());
+    QVERIFY2(probed->join('\n').contains(remark), qPrintable(probed->join('\n')));
 }
 
 void TestRunProcess::longListsTravel()
