@@ -1,9 +1,10 @@
 #include "ValueFile.h"
 
-#include "InputFile.h"
 #include "OutputFile.h"
 #include "host/values/CsvText.h"
+#include "host/values/ErrorTexts.h"
 #include "host/values/ItemValue.h"
+#include "host/values/JsonValue.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -12,19 +13,16 @@ namespace StepHost
 {
 namespace
 {
-// What `read` makes of the bytes of a file.
-template<typename Values>
-Result<Values> readFile(const QString &fileName, Result<Values> (*read)(const QByteArray &))
-{
-    return readInputFile(fileName).and_then([&](const QByteArray &bytes) {
-        return read(bytes).map_error(
-            [&](const QString &error) { return QStringLiteral("%1: %2").arg(fileName, error); });
-    });
-}
+enum class Form { Lines, Csv, Tsv, Json };
 
-Result<QVector<QStringList>> readCsv(const QByteArray &utf8)
+Form formOf(const QString &fileName)
 {
-    return readText(utf8).and_then(parseCsv);
+    const QString suffix = QFileInfo(fileName).suffix().toLower();
+    if (suffix == QLatin1String("csv"))
+        return Form::Csv;
+    if (suffix == QLatin1String("tsv"))
+        return Form::Tsv;
+    return suffix == QLatin1String("json") ? Form::Json : Form::Lines;
 }
 
 QStringList rowTexts(const QVariant &row)
@@ -37,82 +35,77 @@ QStringList rowTexts(const QVariant &row)
         texts.append(ItemValue::editText(cell));
     return texts;
 }
-} // namespace
 
-ValueFile::Form ValueFile::formOf(const QString &fileName)
-{
-    const bool isCsv = QFileInfo(fileName).suffix().compare(QLatin1String("csv"), Qt::CaseInsensitive) == 0;
-    return isCsv ? Form::Csv : Form::Lines;
-}
-
-Result<QVariantList> ValueFile::readList(const QString &fileName)
-{
-    if (formOf(fileName) == Form::Lines)
-        return readFile(fileName, readLines);
-    return readFile(fileName, readCsv).map([](const QVector<QStringList> &rows) {
-        QVariantList items;
-        for (const QStringList &row : rows) {
-            for (const QString &cell : row)
-                items.append(cell);
-        }
-        return items;
-    });
-}
-
-Result<QVariantList> ValueFile::readTable(const QString &fileName)
-{
-    if (formOf(fileName) == Form::Lines) {
-        return readFile(fileName, readLines).map([](QVariantList lines) {
-            for (QVariant &line : lines)
-                line = QVariantList{line};
-            return lines;
-        });
-    }
-    return readFile(fileName, readCsv).map([](const QVector<QStringList> &rows) {
-        QVariantList table;
-        for (const QStringList &row : rows)
-            table.append(QVariant(QVariant(row).toList()));
-        return table;
-    });
-}
-
-Result<QString> ValueFile::write(const QString &fileName, const QString &text)
-{
-    const Result<QString> written = writeOutputFile(fileName, text.toUtf8());
-    const auto named = [&fileName](const QString &message) {
-        return tr("%1: %2").arg(QDir::toNativeSeparators(fileName), message);
-    };
-    if (!written)
-        return failure(named(written.error()));
-    return written->isEmpty() ? QString() : named(*written);
-}
-
-Result<QString> ValueFile::writeList(const QString &fileName, const QVariantList &list)
-{
-    QVector<QStringList> rows;
-    rows.reserve(list.size());
-    for (const QVariant &item : list)
-        rows.append(QStringList(ItemValue::editText(item)));
-    if (formOf(fileName) == Form::Csv)
-        return write(fileName, formatCsv(rows));
-    QString text;
-    for (int i = 0; i < rows.size(); ++i) {
-        const QString &line = rows.at(i).first();
-        if (line.contains(QLatin1Char('\n')) || line.contains(QLatin1Char('\r')))
-            return failure(tr("Item %1 has a line break, which a text file with one item a line cannot hold. "
-                              "Choose a .csv file.")
-                               .arg(i));
-        text.append(line).append(QLatin1Char('\n'));
-    }
-    return write(fileName, text);
-}
-
-Result<QString> ValueFile::writeTable(const QString &fileName, const QVariantList &rows)
+Result<QByteArray> rowsText(const QVariantList &rows, const CsvForm &form)
 {
     QVector<QStringList> texts;
     texts.reserve(rows.size());
     for (const QVariant &row : rows)
         texts.append(rowTexts(row));
-    return write(fileName, formatCsv(texts));
+    return formatCsv(texts, form).map([](const QString &text) { return text.toUtf8(); });
+}
+
+Result<QByteArray> linesText(const QVariantList &list)
+{
+    QString text;
+    for (int i = 0; i < list.size(); ++i) {
+        const QString line = ItemValue::editText(list.at(i));
+        if (line.contains(QLatin1Char('\n')) || line.contains(QLatin1Char('\r')))
+            return failure(
+                ErrorTexts::tr("Item %1 has a line break, which a text file with one item a line cannot "
+                               "hold. Choose a .csv file.")
+                    .arg(i));
+        text.append(line).append(QLatin1Char('\n'));
+    }
+    return text.toUtf8();
+}
+
+Result<QString> write(const QString &fileName, const Result<QByteArray> &bytes)
+{
+    const auto named = [&fileName](const QString &message) {
+        return ErrorTexts::tr("%1: %2").arg(QDir::toNativeSeparators(fileName), message);
+    };
+    const Result<QString> written =
+        bytes.and_then([&](const QByteArray &all) { return writeOutputFile(fileName, all); });
+    if (!written)
+        return failure(named(written.error()));
+    return written->isEmpty() ? QString() : named(*written);
+}
+
+Result<QByteArray> jsonText(const QVariantList &values)
+{
+    return valueToJson(QVariant(values)).map([](const QByteArray &json) { return json + '\n'; });
+}
+
+constexpr QChar tabulator = QLatin1Char('\t');
+} // namespace
+
+Result<QString> writeList(const QString &fileName, const QVariantList &list)
+{
+    switch (formOf(fileName)) {
+    case Form::Csv:
+        return write(fileName, rowsText(list, CsvForm()));
+    case Form::Tsv:
+        return write(fileName, rowsText(list, {tabulator, CsvForm().quote}));
+    case Form::Json:
+        return write(fileName, jsonText(list));
+    case Form::Lines:
+        break;
+    }
+    return write(fileName, linesText(list));
+}
+
+Result<QString> writeTable(const QString &fileName, const QVariantList &rows)
+{
+    switch (formOf(fileName)) {
+    case Form::Csv:
+        return write(fileName, rowsText(rows, CsvForm()));
+    case Form::Json:
+        return write(fileName, jsonText(rows));
+    case Form::Tsv:
+    case Form::Lines:
+        break;
+    }
+    return write(fileName, rowsText(rows, {tabulator, QChar()}));
 }
 } // namespace StepHost

@@ -1,6 +1,6 @@
 #include "VariableInput.h"
 
-#include "host/files/ValueFile.h"
+#include "host/files/ValueImport.h"
 #include "host/values/ErrorTexts.h"
 #include "host/values/QuotedText.h"
 #include "host/values/ValueReader.h"
@@ -78,13 +78,16 @@ Result<void> assignList(Script &script, const QString &name, const QVariantList 
     return {};
 }
 
-Result<void> assignFile(Script &script, const QString &name, const QString &fileName)
+Result<void> assignFile(Script &script, const QString &name, const QString &fileName, const QString &options)
 {
     ScriptVariable *declared = script.findVariable(name);
-    const bool isCsv = ValueFile::formOf(fileName) == ValueFile::Form::Csv;
-    if (isCsv && declared && declared->type == VarType::Table)
-        return ValueFile::readTable(fileName).map([&](const QVariantList &rows) { declared->value = rows; });
-    const Result<QVariantList> list = ValueFile::readList(fileName);
+    const QVariantList present = declared ? declared->value.toList() : QVariantList();
+    // Lines are no rows, unless somebody says so.
+    if (declared && declared->type == VarType::Table && (holdsRows(fileName) || !options.isEmpty()))
+        return importFile(fileName, VarType::Table, options, present).map([&](const QVariantList &rows) {
+            declared->value = rows;
+        });
+    const Result<QVariantList> list = importFile(fileName, VarType::List, options, present);
     if (!list)
         return failure(list.error());
     return assignList(script, name, *list);

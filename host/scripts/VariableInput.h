@@ -26,8 +26,10 @@ Result<void> assignList(Script &script, const QString &name, const QVariantList 
 /// Sets the variable \a name of \a script to what the file \a fileName, or standard input for "-", holds.
 ///
 /// A variable that the script declares as a table takes the rows of a CSV file. Any other variable takes a list, as
-/// assignList() does: the cells of a CSV file one after the other, or the lines of another file.
+/// assignList() does: the cells of a CSV file with one column, or the lines of another file. \a options, those of
+/// chosenForm(), say what else it takes.
 ///
 /// When something is wrong, the script is unchanged.
-Result<void> assignFile(Script &script, const QString &name, const QString &fileName);
+Result<void> assignFile(Script &script, const QString &name, const QString &fileName,
+                        const QString &options = QString());
 } // namespace StepHost

@@ -191,8 +191,8 @@ void TestStepctlRun::takesCsvFiles()
          "\xEF\xBB\xBF"
          "李雷,\"b,c\"\r\n007\r\n");
     file("B.CSV", "\"two\nlines\"");
-    const Run result =
-        run({"run", script, "--list", "a=@a.csv", "--list", "$t=@a.csv", "--list", "new=@B.CSV"});
+    const Run result = run({"run", script, "--list", "a=as=cells,types=auto@a.csv", "--list", "$t=@a.csv",
+                            "--list", "new=@B.CSV"});
     QCOMPARE(result.errors, QString());
     QVERIFY2(result.output.contains(QString::fromUtf8("  list    a = [\"李雷\", \"b,c\", \"007\"]\n"
                                                       "  table   t = [[\"李雷\", \"b,c\"], [\"007\"]]\n"
@@ -318,20 +318,27 @@ void TestStepctlRun::badUsage_data()
         << QStringList{"run", "sort.json", "--list", "names=@"} << "--list names=@: the file has no name";
     QTest::newRow("list of a missing file") << QStringList{"run", "sort.json", "--list", "names=@missing.txt"}
                                             << "--list names=@missing.txt: missing.txt: ";
-    QTest::newRow("list that is not UTF-8")
-        << QStringList{"run", "sort.json", "--list", "names=@latin1.txt"}
-        << "--list names=@latin1.txt: latin1.txt: line 2 is not UTF-8 text";
+    QTest::newRow("list that is not UTF-8") << QStringList{"run", "sort.json", "--list", "names=@latin1.txt"}
+                                            << "--list names=@latin1.txt: latin1.txt: line 2, character 4 is "
+                                               "not UTF-8 text; it looks like Latin-1: ";
     QTest::newRow("list for another type")
         << QStringList{"run", "int.json", "--list", "n=@n.txt"}
         << "--list n=@n.txt: the script declares \"n\" with the type int, not as a list";
     QTest::newRow("table from lines")
         << QStringList{"run", "int.json", "--list", "t=@n.txt"}
         << "--list t=@n.txt: the script declares \"t\" with the type table, not as a list";
-    QTest::newRow("broken CSV")
-        << QStringList{"run", "sort.json", "--list", "names=@broken.csv"}
-        << "--list names=@broken.csv: broken.csv: line 2: the quotation mark that opens here is never closed";
-    QTest::newRow("CSV that is not UTF-8") << QStringList{"run", "int.json", "--list", "t=@latin1.csv"}
-                                           << "--list t=@latin1.csv: latin1.csv: line 2 is not UTF-8 text";
+    QTest::newRow("broken CSV") << QStringList{"run", "sort.json", "--list", "names=@broken.csv"}
+                                << "--list names=@broken.csv: broken.csv: line 2, column 1: the quotation "
+                                   "mark that opens here is never closed";
+    QTest::newRow("CSV that is not UTF-8")
+        << QStringList{"run", "int.json", "--list", "t=@latin1.csv"}
+        << "--list t=@latin1.csv: latin1.csv: line 2, character 4 is not UTF-8 text; ";
+    QTest::newRow("CSV with two columns")
+        << QStringList{"run", "sort.json", "--list", "names=@two.csv"}
+        << "--list names=@two.csv: two.csv: row 1 has 2 columns; choose what a list takes of them";
+    QTest::newRow("unknown option of a list")
+        << QStringList{"run", "sort.json", "--list", "names=flat@two.csv"}
+        << "--list names=flat@two.csv: there is no option \"flat\"; ";
     QTest::newRow("standard input twice")
         << QStringList{"run", "sort.json", "--list", "a=@-", "--list", "b=@-"}
         << "--list b=@-: standard input can be read only once";
@@ -378,6 +385,7 @@ void TestStepctlRun::badUsage()
     QFETCH(QString, error);
     file("sort.json", sortScript);
     file("int.json", R"({"variables": [{"name": "n", "type": "int"}, {"name": "t", "type": "table"}]})");
+    file("two.csv", "a,b\n");
     file("broken.csv", "a\n\"b\n");
     file("latin1.csv", "a\ncaf\xe9\n");
     file("n.txt", "a\n");

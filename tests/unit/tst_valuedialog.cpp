@@ -1,13 +1,18 @@
 #include "WindowFixture.h"
 
 #include "tools/workbench/look/ChoiceDelegate.h"
+#include "tools/workbench/values/ImportDialog.h"
 #include "tools/workbench/values/ValueDialog.h"
 
 #include "host/values/ItemValue.h"
 
+#include <QCheckBox>
 #include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QPushButton>
+#include <QSpinBox>
 #include <QStandardItemModel>
 #include <QTableView>
 
@@ -22,6 +27,12 @@ private slots:
     void undoes();
     void undoesATable();
     void importIsUndone();
+    void imports_data();
+    void imports();
+    void importTakesTypesOfColumns();
+    void importAppends();
+    void importSaysWhatIsWrong();
+    void importKeepsTheFolder();
     void asksBeforeItDiscards_data();
     void asksBeforeItDiscards();
     void choicesWaitForReturn_data();
@@ -110,10 +121,196 @@ void TestValueDialog::importIsUndone()
     file.write("x\ny\n");
     file.close();
     OpenDialog dialog(VarType::List, {"a"});
+    inNextDialog<ImportDialog>([](ImportDialog *import) { import->accept(); });
     dialog.importFile(file.fileName());
     QCOMPARE(dialog.value(), QVariantList({"x", "y"}));
+    QApplication::setActiveWindow(&dialog);
     QTest::keyClick(dialog.view, Qt::Key_Z, Qt::ControlModifier);
     QCOMPARE(dialog.value(), QVariantList{"a"});
+}
+
+namespace
+{
+/// A dialog about a file, with the ways to choose in it.
+struct OpenImport : ImportDialog
+{
+    OpenImport(const QString &fileName, const QByteArray &bytes, VarType type = VarType::List)
+        : ImportDialog(fileName, bytes, type)
+    {
+        show();
+        preview = findChild<QTableView *>("preview");
+        message = findChild<QLabel *>("message");
+    }
+
+    void choose(const QString &name, const QString &text)
+    {
+        auto *box = findChild<QComboBox *>(name);
+        QVERIFY2(box && box->isEnabled() && box->findText(text) >= 0, qPrintable(name + ": " + text));
+        box->setCurrentIndex(box->findText(text));
+        emit box->activated(box->currentIndex());
+    }
+
+    bool canImport() const
+    {
+        const QList<QPushButton *> buttons = findChildren<QPushButton *>();
+        return std::any_of(buttons.begin(), buttons.end(), [](const QPushButton *button) {
+            return button->text() == "Import" && button->isEnabled();
+        });
+    }
+
+    QTableView *preview;
+    void selectColumn(int column) const
+    {
+        preview->selectionModel()->setCurrentIndex(preview->model()->index(0, column),
+                                                   QItemSelectionModel::ClearAndSelect
+                                                       | QItemSelectionModel::Columns);
+    }
+
+    QLabel *message;
+};
+
+QVariantList rowsOf(const QVector<QVariantList> &rows)
+{
+    QVariantList value;
+    for (const QVariantList &row : rows)
+        value.append(QVariant(row));
+    return value;
+}
+} // namespace
+
+// The choices are "name=text" with bars between.
+void TestValueDialog::imports_data()
+{
+    QTest::addColumn<QString>("fileName");
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<bool>("isTable");
+    QTest::addColumn<QString>("choices");
+    QTest::addColumn<QVariantList>("value");
+    const QByteArray staff = "name;no\nA;007\nB;12\n";
+    QTest::newRow("lines") << "a.txt" << QByteArray("b\n007\n") << false << "" << QVariantList{"b", "007"};
+    QTest::newRow("numbers") << "a.txt" << QByteArray("2\n10\n") << false << "" << QVariantList{2, 10};
+    QTest::newRow("one column") << "a.csv" << QByteArray("b\n\"c,d\"\n") << false << ""
+                                << QVariantList{"b", "c,d"};
+    QTest::newRow("three columns are rows") << "a.csv" << QByteArray("a,b,c\nd,e,f\n") << false << ""
+                                            << rowsOf({{"a", "b", "c"}, {"d", "e", "f"}});
+    QTest::newRow("all cells, asked for")
+        << "a.csv" << QByteArray("a,b\nc,d\n") << false << "shape=All cells, row by row"
+        << QVariantList{"a", "b", "c", "d"};
+    QTest::newRow("another column") << "a.csv" << staff << false << "shape=One column|column=2"
+                                    << QVariantList{"no", "007", "12"};
+    QTest::newRow("header") << "a.csv" << QByteArray("no\n7\n") << false << "" << QVariantList{7};
+    QTest::newRow("header, chosen") << "a.csv" << staff << true << "header"
+                                    << rowsOf({{"A", "007"}, {"B", "12"}});
+    QTest::newRow("separator") << "a.csv" << QByteArray("a;b|c\n") << true << "separator=Vertical bar"
+                               << rowsOf({{"a;b", "c"}});
+    QTest::newRow("quotation marks") << "a.csv" << QByteArray("\"a\",b\n") << true << "quotes=None"
+                                     << rowsOf({{"\"a\"", "b"}});
+    QTest::newRow("GB18030, guessed")
+        << "a.txt" << QByteArray("\xC0\xEE\n") << false << "" << QVariantList{"李"};
+    QTest::newRow("Latin-1, chosen") << "a.txt" << QByteArray("\xC0\xEE\n") << false << "encoding=Latin-1"
+                                     << QVariantList{"Àî"};
+}
+
+void TestValueDialog::imports()
+{
+    QFETCH(QString, fileName);
+    QFETCH(QByteArray, bytes);
+    QFETCH(bool, isTable);
+    QFETCH(QString, choices);
+    QFETCH(QVariantList, value);
+    OpenImport dialog(fileName, bytes, isTable ? VarType::Table : VarType::List);
+
+    const QStringList chosen = choices.split('|', Qt::SkipEmptyParts);
+    for (const QString &choice : chosen) {
+        const QString name = choice.section('=', 0, 0);
+        if (name == "header")
+            dialog.findChild<QCheckBox *>(name)->setChecked(true);
+        else if (name == "column")
+            dialog.findChild<QSpinBox *>(name)->setValue(choice.section('=', 1).toInt());
+        else
+            dialog.choose(name, choice.section('=', 1));
+    }
+    QVERIFY(dialog.canImport());
+    dialog.accept();
+    QVERIFY2(!dialog.isVisible(), qPrintable(dialog.message->text()));
+    QVERIFY2(StepHost::ItemValue::same(dialog.value(), value),
+             qPrintable(StepHost::ItemValue::summary(dialog.value())));
+}
+
+void TestValueDialog::importTakesTypesOfColumns()
+{
+    OpenImport dialog("a.csv", "007,1\n8,2\n", VarType::Table);
+    QCOMPARE(dialog.preview->model()->headerData(0, Qt::Horizontal).toString(),
+             QString("1\nautomatic: Text"));
+    QCOMPARE(dialog.preview->model()->headerData(1, Qt::Horizontal).toString(),
+             QString("2\nautomatic: Integer"));
+    dialog.selectColumn(0);
+    dialog.choose("columnType", "Integer");
+    QCOMPARE(dialog.preview->model()->headerData(0, Qt::Horizontal).toString(), QString("1\nInteger"));
+    QCOMPARE(dialog.preview->selectionModel()->selectedColumns().size(), 1);
+    dialog.selectColumn(1);
+    dialog.choose("columnType", "Text");
+    dialog.accept();
+    QCOMPARE(dialog.message->text(), QString());
+    QVERIFY2(StepHost::ItemValue::same(dialog.value(), rowsOf({{7, "1"}, {8, "2"}})),
+             qPrintable(StepHost::ItemValue::editText(dialog.value())));
+}
+
+void TestValueDialog::importAppends()
+{
+    const QTemporaryDir folder;
+    QFile file(folder.filePath("a.txt"));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("b\n");
+    file.close();
+    OpenDialog dialog(VarType::List, {"a"});
+    inNextDialog<ImportDialog>([](ImportDialog *import) {
+        import->findChild<QComboBox *>("place")->setCurrentIndex(1);
+        import->accept();
+    });
+    dialog.importFile(file.fileName());
+    QCOMPARE(dialog.value(), QVariantList({"a", "b"}));
+    inNextDialog<ImportDialog>([](ImportDialog *import) { import->reject(); });
+    dialog.importFile(file.fileName());
+    QCOMPARE(dialog.value(), QVariantList({"a", "b"}));
+    dialog.hide();
+}
+
+void TestValueDialog::importSaysWhatIsWrong()
+{
+    OpenImport encoding("a.txt", "a\nb\xE9\n");
+    QVERIFY(encoding.message->text().contains("Latin-1"));
+    QVERIFY(encoding.canImport());
+    encoding.choose("encoding", "UTF-8");
+    QCOMPARE(encoding.message->text(), QString("line 2, character 2 is not UTF-8 text"));
+    QVERIFY(!encoding.canImport());
+    encoding.choose("encoding", "Latin-1");
+    QVERIFY(!encoding.message->isVisible());
+    QVERIFY(encoding.canImport());
+
+    OpenImport quotes("a.csv", "a,\"b\n");
+    QVERIFY(quotes.message->text().startsWith("line 1, column 2: "));
+    QVERIFY(!quotes.canImport());
+
+    // Behind the rows that are shown.
+    OpenImport types("a.txt", QByteArray("1\n").repeated(200) + "x\n");
+    types.choose("columnType", "Integer");
+    QVERIFY(types.canImport());
+    types.accept();
+    QVERIFY(types.isVisible());
+    QVERIFY2(types.message->text().startsWith("row 201, column 1: "), qPrintable(types.message->text()));
+}
+
+void TestValueDialog::importKeepsTheFolder()
+{
+    const QTemporaryDir folder;
+    QSettings settings(folder.filePath("settings.ini"), QSettings::IniFormat);
+    OpenDialog dialog(VarType::List, {"a"});
+    dialog.setSettings(settings);
+    dialog.exportFile(folder.filePath("none/a.txt"));
+    QVERIFY(settings.allKeys().isEmpty());
+    dialog.exportFile(folder.filePath("a.txt"));
+    QCOMPARE(settings.value("values/folder").toString(), QFileInfo(folder.path()).absoluteFilePath());
 }
 
 void TestValueDialog::asksBeforeItDiscards_data()

@@ -31,7 +31,7 @@ void TestValueModels::listIsEdited()
 {
     ListValueModel model;
     const QAbstractItemModelTester tester(&model);
-    model.setItems({"a", 2, 1.5, true, QVariant(), QVariant(QVariantList{1})});
+    model.setValue({"a", 2, 1.5, true, QVariant(), QVariant(QVariantList{1})});
     QCOMPARE(model.rowCount(), 6);
     QCOMPARE(model.index(1, ListValueModel::ValueColumn).data().toString(), QString("2"));
     QCOMPARE(model.index(1, ListValueModel::TypeColumn).data().toString(), QString("Integer"));
@@ -41,24 +41,26 @@ void TestValueModels::listIsEdited()
     QVERIFY(model.setData(model.index(1, ListValueModel::TypeColumn), int(ItemKind::Text), Qt::EditRole));
     QVERIFY(model.insertRows(6, 2));
     QVERIFY(model.removeRows(2, 2));
-    QVERIFY(ItemValue::same(model.items(),
+    QVERIFY(ItemValue::same(model.value(),
                             QVariantList({"b", "2", QVariant(), QVariant(QVariantList{1}), "", ""})));
 
     QVERIFY(!model.insertRows(7, 1));
     QVERIFY(!model.removeRows(5, 2));
-    QVERIFY(!model.flags(model.index(2, ListValueModel::ValueColumn)).testFlag(Qt::ItemIsEditable));
+    // What is typed into an empty item is a text.
+    QVERIFY(model.setData(model.index(2, ListValueModel::ValueColumn), "7", Qt::EditRole));
+    QVERIFY(ItemValue::same(model.value().at(2), QVariant("7")));
     QVERIFY(model.flags(model.index(2, ListValueModel::TypeColumn)).testFlag(Qt::ItemIsEditable));
 }
 
 void TestValueModels::listRefusesWhatIsNoValue()
 {
     ListValueModel model;
-    model.setItems({7});
+    model.setValue({7});
     const QSignalSpy refused(&model, &ListValueModel::refused);
     QVERIFY(!model.setData(model.index(0, ListValueModel::ValueColumn), "seven", Qt::EditRole));
     QCOMPARE(refused.count(), 1);
     QVERIFY(refused.first().first().toString().contains("seven"));
-    QCOMPARE(model.items(), QVariantList{7});
+    QCOMPARE(model.value(), QVariantList{7});
 }
 
 void TestValueModels::listRowsMove_data()
@@ -84,10 +86,10 @@ void TestValueModels::listRowsMove()
     QFETCH(QString, items);
     ListValueModel model;
     const QAbstractItemModelTester tester(&model);
-    model.setItems({"a", "b", "c", "d"});
+    model.setValue({"a", "b", "c", "d"});
     QCOMPARE(model.moveRows(QModelIndex(), row, count, QModelIndex(), target), items != "abcd");
     QString result;
-    const QVariantList moved = model.items();
+    const QVariantList moved = model.value();
     for (const QVariant &item : moved)
         result += item.toString();
     QCOMPARE(result, items);
@@ -97,10 +99,10 @@ void TestValueModels::listRemovesScatteredRows()
 {
     ListValueModel model;
     const QAbstractItemModelTester tester(&model);
-    model.setItems({0, 1, 2, 3, 4, 5, 6});
+    model.setValue({0, 1, 2, 3, 4, 5, 6});
     const QSignalSpy removed(&model, &QAbstractItemModel::rowsRemoved);
     removeModelRows(model, {4, 1, 5, 0});
-    QCOMPARE(model.items(), QVariantList({2, 3, 6}));
+    QCOMPARE(model.value(), QVariantList({2, 3, 6}));
     QCOMPARE(removed.count(), 2);
 }
 
@@ -126,15 +128,15 @@ void TestValueModels::listSorts()
     QFETCH(QVariantList, sorted);
     ListValueModel model;
     const QAbstractItemModelTester tester(&model);
-    model.setItems({"b", 10, QVariant(), true, 2, QVariant(QVariantList{1}), "A", 1.5, false});
+    model.setValue({"b", 10, QVariant(), true, 2, QVariant(QVariantList{1}), "A", 1.5, false});
     model.sort(column, order);
-    QVERIFY2(ItemValue::same(model.items(), sorted), qPrintable(ItemValue::summary(model.items())));
+    QVERIFY2(ItemValue::same(model.value(), sorted), qPrintable(ItemValue::summary(model.value())));
 }
 
 void TestValueModels::listSortKeepsPersistentIndexes()
 {
     ListValueModel model;
-    model.setItems({3, 1, 2});
+    model.setValue({3, 1, 2});
     const QPersistentModelIndex three(model.index(0, ListValueModel::ValueColumn));
     model.sort(ListValueModel::ValueColumn, Qt::AscendingOrder);
     QCOMPARE(three.row(), 2);
@@ -145,10 +147,10 @@ void TestValueModels::listConvertsWhatItCan()
 {
     ListValueModel model;
     const QAbstractItemModelTester tester(&model);
-    model.setItems({"1", "x", "3", "y"});
+    model.setValue({"1", "x", "3", "y"});
     const QSignalSpy refused(&model, &ListValueModel::refused);
     model.convertRows({0, 1, 2}, ItemKind::Int);
-    QVERIFY(ItemValue::same(model.items(), QVariantList({1, "x", 3, "y"})));
+    QVERIFY(ItemValue::same(model.value(), QVariantList({1, "x", 3, "y"})));
     QCOMPARE(refused.count(), 1);
     QVERIFY(refused.first().first().toString().contains(QString::fromUtf8("“x”")));
 }
@@ -157,7 +159,7 @@ void TestValueModels::tableIsEdited()
 {
     TableValueModel model;
     const QAbstractItemModelTester tester(&model);
-    model.setRows({QVariant(QVariantList{"a", 1}), QVariant(QVariantList{}), "lone"});
+    model.setValue({QVariant(QVariantList{"a", 1}), QVariant(QVariantList{}), "lone"});
     QCOMPARE(model.rowCount(), 3);
     QCOMPARE(model.columnCount(), 2);
     QCOMPARE(model.index(0, 1).data(TableValueModel::KindRole).toInt(), int(ItemKind::Int));
@@ -168,13 +170,13 @@ void TestValueModels::tableIsEdited()
     // Leaving a cell behind the end of its row empty does not make the row longer.
     QVERIFY(!model.setData(model.index(2, 1), "", Qt::EditRole));
     QVERIFY(ItemValue::same(
-        model.rows(),
+        model.value(),
         QVariantList({QVariant(QVariantList{"a", "1"}), QVariant(QVariantList{QVariant(), "new"}),
                       QVariant(QVariantList{"x"})})));
     QVERIFY(model.insertRows(3, 1));
     QVERIFY(model.removeRows(0, 2));
     QVERIFY(ItemValue::same(
-        model.rows(),
+        model.value(),
         QVariantList({QVariant(QVariantList{"x"}), QVariant(QVariantList{QVariant(), QVariant()})})));
     QVERIFY(model.removeRows(1, 1));
     QCOMPARE(model.columnCount(), 1);
@@ -186,18 +188,18 @@ void TestValueModels::tableColumns()
     TableValueModel model;
     const QAbstractItemModelTester tester(&model);
     QVERIFY(model.insertColumn(0));
-    QVERIFY(ItemValue::same(model.rows(), QVariantList{QVariant(QVariantList{QVariant()})}));
+    QVERIFY(ItemValue::same(model.value(), QVariantList{QVariant(QVariantList{QVariant()})}));
 
-    model.setRows({QVariant(QVariantList{1, 2, 3}), QVariant(QVariantList{4})});
+    model.setValue({QVariant(QVariantList{1, 2, 3}), QVariant(QVariantList{4})});
     QVERIFY(model.insertColumn(2));
     QVERIFY(model.insertColumn(4));
     QCOMPARE(model.columnCount(), 5);
     QVERIFY(ItemValue::same(
-        model.rows(),
+        model.value(),
         QVariantList({QVariant(QVariantList{1, 2, QVariant(), 3, QVariant()}), QVariant(QVariantList{4})})));
     QVERIFY(model.removeColumns(0, 2));
     QVERIFY(ItemValue::same(
-        model.rows(),
+        model.value(),
         QVariantList({QVariant(QVariantList{QVariant(), 3, QVariant()}), QVariant(QVariantList{})})));
     QCOMPARE(model.columnCount(), 3);
     QVERIFY(!model.insertColumn(4));
@@ -207,12 +209,12 @@ void TestValueModels::tableColumns()
 void TestValueModels::tableRefusesWhatIsNoValue()
 {
     TableValueModel model;
-    model.setRows({QVariant(QVariantList{7, "x"})});
+    model.setValue({QVariant(QVariantList{7, "x"})});
     const QSignalSpy refused(&model, &TableValueModel::refused);
     QVERIFY(!model.setData(model.index(0, 0), "seven", Qt::EditRole));
     model.convertCells({model.index(0, 0), model.index(0, 1)}, ItemKind::Double);
     QCOMPARE(refused.count(), 2);
-    QVERIFY(ItemValue::same(model.rows(), QVariantList{QVariant(QVariantList{7.0, "x"})}));
+    QVERIFY(ItemValue::same(model.value(), QVariantList{QVariant(QVariantList{7.0, "x"})}));
 }
 
 QTEST_GUILESS_MAIN(TestValueModels)

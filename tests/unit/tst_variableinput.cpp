@@ -213,8 +213,9 @@ void TestVariableInput::assignsFiles()
     const QVariantList table{QVariant(QVariantList{"a", "b"}), QVariant(QVariantList{"c"})};
     Script script;
     script.variables = {{"l", VarType::List, QVariantList{1}}, {"t", VarType::Table, QVariantList()}};
-    for (const char *name : {"$l", "t", "new"})
-        QCOMPARE(errorOf(assignFile(script, name, file("a.csv", "a,b\nc\n"))), QString());
+    for (const char *name : {"$l", "new"})
+        QCOMPARE(errorOf(assignFile(script, name, file("a.csv", "a,b\nc\n"), "as=cells")), QString());
+    QCOMPARE(errorOf(assignFile(script, "t", file("a.csv", "a,b\nc\n"))), QString());
     QCOMPARE(script.variables[0].value, QVariant(QVariantList{"a", "b", "c"}));
     QCOMPARE(script.variables[1].value, QVariant(table));
     QCOMPARE(int(script.variables.size()), 3);
@@ -223,6 +224,13 @@ void TestVariableInput::assignsFiles()
     QCOMPARE(errorOf(assignFile(script, "l", file("a.txt", "a,b\nc\n"))), QString());
     QCOMPARE(script.variables[0].value, QVariant(QVariantList{"a,b", "c"}));
 
+    QCOMPARE(errorOf(assignFile(script, "l", file("a.txt", "d\n"), "append")), QString());
+    QCOMPARE(script.variables[0].value, QVariant(QVariantList{"a,b", "c", "d"}));
+    QCOMPARE(errorOf(assignFile(script, "t", file("a.txt", "e\n"), "append,as=lines")), QString());
+    QCOMPARE(script.variables[1].value, QVariant(table + QVariantList{QVariant(QVariantList{"e"})}));
+    script.variables[1].value = table;
+
+    QVERIFY(!assignFile(script, "l", file("a.csv", "a,b\n")));
     QVERIFY(!assignFile(script, "t", file("broken.csv", "\"a")));
     QVERIFY(!assignFile(script, "t", folder.filePath("a.txt")));
     QVERIFY(!assignFile(script, "$$x", folder.filePath("a.csv")));

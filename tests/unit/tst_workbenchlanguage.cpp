@@ -2,6 +2,7 @@
 #include "WindowFixture.h"
 
 #include "tools/workbench/settings/PropertyPane.h"
+#include "tools/workbench/values/ImportDialog.h"
 #include "tools/workbench/values/ValueDialog.h"
 #include "tools/workbench/window/DifferenceDialog.h"
 
@@ -105,7 +106,8 @@ QString foreignWord(QString text)
         "JSON 语法错误（.*）|\"[^\"]*\"|“[^”]*”|(/[\\w$-]+)+(\\.json)?|\\$(signed "
         ")?\\w+|(list|fixture)\\.\\w+|"
         "[\\w-]+\\.json|\\[ListOp\\]|\\b("
-        "Quillmap|JSON|CSV|UTF|Base64|NUL|MiB|ms|asc|desc|ascending|index|listA|listB|mode|position|"
+        "Quillmap|JSON|CSV|UTF|GB18030|Latin|Base64|NUL|MiB|ms|asc|desc|ascending|index|listA|listB|mode|"
+        "position|"
         "sourceVar|"
         "targetVar|value|fixtures|Fixture|Set|Ctrl|Shift|Alt|Del|Return|Space|Backspace|Up|Down|Left|Right|"
         "F\\d+|int|double|float|string|bool|list|table|null|true|false|QString|names|count|cells|missing)"
@@ -224,6 +226,8 @@ void TestWorkbenchLanguage::dialogsOfValues()
     QFETCH(QVariantList, value);
     const ValueDialog dialog("names", type, value);
     verifyChinese(textsOf(dialog));
+    const ImportDialog import("names.csv", "names,007\n\xC0\xEE,1\n", type);
+    verifyChinese(textsOf(import));
 }
 
 void TestWorkbenchLanguage::questions()

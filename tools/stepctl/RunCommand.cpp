@@ -71,18 +71,20 @@ Result<void> assignVariables(Script &script, const RunArguments &arguments)
         if (!assignment)
             return failure(isList ? QStringLiteral("this should be NAME=@FILE")
                                   : QStringLiteral("this should be NAME=VALUE"));
-        if (isList && !assignment->value.startsWith(QLatin1Char('@')))
+        const int fileMark = assignment->value.indexOf(QLatin1Char('@'));
+        if (isList && fileMark < 0)
             return failure(QStringLiteral("this should be NAME=@FILE, with the mark @ before the file"));
         const QString name = withoutMark(assignment->name);
         if (given.contains(name))
             return failure(QStringLiteral("the variable %1 is given twice").arg(quoted(name)));
         given.insert(name);
-        if (isList && assignment->value == QLatin1String("@-")) {
+        const QString fileName = assignment->value.mid(fileMark + 1);
+        if (isList && fileName == QLatin1String("-")) {
             if (usesStandardInput)
                 return failure(QStringLiteral("standard input can be read only once"));
             usesStandardInput = true;
         }
-        return isList ? assignFile(script, assignment->name, assignment->value.mid(1))
+        return isList ? assignFile(script, assignment->name, fileName, assignment->value.left(fileMark))
                       : assignText(script, assignment->name, assignment->value);
     };
     for (const bool isList : {true, false}) {
@@ -197,8 +199,13 @@ void addRunCommand(CommandLine &commandLine)
     command.addOption(
         {"--list", "NAME=@FILE",
          "Give the list NAME the lines of the UTF-8 text file FILE, one item a line, or the\n"
-         "cells of a FILE that ends in .csv; a declared table takes its rows. @- reads standard\n"
-         "input. The list need not be declared. May be given more than once."},
+         "cells of a FILE that ends in .csv or .tsv and has one column; a declared table takes\n"
+         "its rows. @- reads standard input. The list need not be declared. May be given more\n"
+         "than once. NAME=OPTIONS@FILE says more, with commas between:\n"
+         "encoding=utf-8, gb18030, utf-16 or latin-1; as=lines, cells, rows or column:N;\n"
+         "separator=comma, semicolon, tab, bar or space; quotes=double, single or none; header,\n"
+         "when the first row names the columns; types=text, auto, int, double or bool, one a\n"
+         "column with + between; append, to what the script has."},
         arguments->lists);
     command.addOption(
         {"--set", "NAME=VALUE",

@@ -4,12 +4,20 @@
 <context>
     <name>StepHost::CsvReader</name>
     <message>
-        <source>line %1: a comma or the end of the line has to follow the closing quotation mark</source>
-        <translation>第 %1 行：右引号之后应为逗号或行尾</translation>
+        <source>here are more than %1 cells</source>
+        <translation>此处已超过 %1 个单元格</translation>
     </message>
     <message>
-        <source>line %1: the quotation mark that opens here is never closed</source>
-        <translation>第 %1 行：此处的左引号没有对应的右引号</translation>
+        <source>a separator or the end of the line has to follow the closing quotation mark</source>
+        <translation>右引号之后应为分隔符或行尾</translation>
+    </message>
+    <message>
+        <source>the quotation mark that opens here is never closed</source>
+        <translation>此处的左引号没有对应的右引号</translation>
+    </message>
+    <message>
+        <source>line %1, column %2: %3</source>
+        <translation>第 %1 行第 %2 列：%3</translation>
     </message>
 </context>
 <context>
@@ -640,6 +648,58 @@
         <source>there is no %1 %2; did you mean %3? There are %4</source>
         <translation>没有%1 %2；是不是 %3？可用的有：%4</translation>
     </message>
+    <message>
+        <source>choice for %1</source>
+        <translation>%1 的选项</translation>
+    </message>
+    <message>
+        <source>%1 should have the number of a column behind it, counted from 1</source>
+        <translation>%1 后面应为列号，从 1 开始</translation>
+    </message>
+    <message>
+        <source>option</source>
+        <translation>选项</translation>
+    </message>
+    <message>
+        <source>line %1, character %2 is not %3 text</source>
+        <translation>第 %1 行第 %2 个字符不是 %3 文本</translation>
+    </message>
+    <message>
+        <source>encoding</source>
+        <translation>编码</translation>
+    </message>
+    <message>
+        <source>this program cannot read %1</source>
+        <translation>本程序无法读取 %1</translation>
+    </message>
+    <message>
+        <source>Item %1 has a line break, which a text file with one item a line cannot hold. Choose a .csv file.</source>
+        <translation>第 %1 项含有换行，每行一项的文本文件无法保存。请选择 .csv 文件。</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1：%2</translation>
+    </message>
+    <message>
+        <source>row %1, column %2: %3</source>
+        <translation>第 %1 行第 %2 列：%3</translation>
+    </message>
+    <message>
+        <source>row %1 has %2 columns; choose what a list takes of them: all cells, the rows, or one column (as=cells, as=rows, as=column:1)</source>
+        <translation>第 %1 行有 %2 列；请选择列表取什么：所有单元格、各行或某一列（as=cells、as=rows、as=column:1）</translation>
+    </message>
+    <message>
+        <source>it looks like %1: choose the encoding, as with encoding=%2</source>
+        <translation>看起来是 %1：请选择编码，例如 encoding=%2</translation>
+    </message>
+    <message>
+        <source>line %1: here are more than %2 lines</source>
+        <translation>第 %1 行：已超过 %2 行</translation>
+    </message>
+    <message>
+        <source>row %1, column %2 holds a separator or a line break, which this form of text cannot; choose a .csv file</source>
+        <translation>第 %1 行第 %2 列含有分隔符或换行，这种文本无法保存；请选择 .csv 文件</translation>
+    </message>
 </context>
 <context>
     <name>StepHost::FileErrors</name>
@@ -710,10 +770,6 @@
     <message>
         <source>the file holds more than 256 MiB</source>
         <translation>文件超过 256 MiB</translation>
-    </message>
-    <message>
-        <source>line %1 is not UTF-8 text</source>
-        <translation>第 %1 行不是 UTF-8 文本</translation>
     </message>
     <message>
         <source>its record does not hold all its properties, so the binary form would lose some</source>
@@ -842,17 +898,6 @@
     <message>
         <source>The variable has no “%1”, so this is empty.</source>
         <translation>此变量没有“%1”，因此结果为空。</translation>
-    </message>
-</context>
-<context>
-    <name>StepHost::ValueFile</name>
-    <message>
-        <source>Item %1 has a line break, which a text file with one item a line cannot hold. Choose a .csv file.</source>
-        <translation>第 %1 项含有换行，每行一项的文本文件无法保存。请选择 .csv 文件。</translation>
-    </message>
-    <message>
-        <source>%1: %2</source>
-        <translation>%1：%2</translation>
     </message>
 </context>
 <context>
@@ -1049,6 +1094,140 @@
     <message>
         <source>None yet</source>
         <translation>暂无</translation>
+    </message>
+</context>
+<context>
+    <name>Workbench::ImportDialog</name>
+    <message>
+        <source>Import “%1”</source>
+        <translation>导入“%1”</translation>
+    </message>
+    <message>
+        <source>Import</source>
+        <translation>导入</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Encoding</source>
+        <translation>编码</translation>
+    </message>
+    <message>
+        <source>Take</source>
+        <translation>取用</translation>
+    </message>
+    <message>
+        <source>Lines</source>
+        <translation>各行文字</translation>
+    </message>
+    <message>
+        <source>Rows</source>
+        <translation>各行</translation>
+    </message>
+    <message>
+        <source>Rows, each as a list</source>
+        <translation>各行，每行成为一个列表</translation>
+    </message>
+    <message>
+        <source>All cells, row by row</source>
+        <translation>所有单元格，逐行排列</translation>
+    </message>
+    <message>
+        <source>One column</source>
+        <translation>某一列</translation>
+    </message>
+    <message>
+        <source>Column</source>
+        <translation>列</translation>
+    </message>
+    <message>
+        <source>Separator</source>
+        <translation>分隔符</translation>
+    </message>
+    <message>
+        <source>Comma</source>
+        <translation>逗号</translation>
+    </message>
+    <message>
+        <source>Semicolon</source>
+        <translation>分号</translation>
+    </message>
+    <message>
+        <source>Tabulator</source>
+        <translation>制表符</translation>
+    </message>
+    <message>
+        <source>Vertical bar</source>
+        <translation>竖线</translation>
+    </message>
+    <message>
+        <source>Blank</source>
+        <translation>空格</translation>
+    </message>
+    <message>
+        <source>Quotation marks</source>
+        <translation>引号</translation>
+    </message>
+    <message>
+        <source>Double: &quot;</source>
+        <translation>双引号：&quot;</translation>
+    </message>
+    <message>
+        <source>Single: &apos;</source>
+        <translation>单引号：&apos;</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>无</translation>
+    </message>
+    <message>
+        <source>The first row names the columns</source>
+        <translation>第一行是列名</translation>
+    </message>
+    <message>
+        <source>Type of the selected columns</source>
+        <translation>所选列的类型</translation>
+    </message>
+    <message>
+        <source>Present values</source>
+        <translation>现有的值</translation>
+    </message>
+    <message>
+        <source>Replace</source>
+        <translation>替换</translation>
+    </message>
+    <message>
+        <source>Keep, and append to them</source>
+        <translation>保留，追加在后面</translation>
+    </message>
+    <message>
+        <source>Preview</source>
+        <translation>预览</translation>
+    </message>
+    <message>
+        <source>The file is not certain to be %1. When characters look wrong, choose another encoding.</source>
+        <translation>文件的编码不一定是 %1。如果文字显示不正确，请选择其他编码。</translation>
+    </message>
+</context>
+<context>
+    <name>Workbench::ImportPreview</name>
+    <message>
+        <source>Automatic</source>
+        <translation>自动</translation>
+    </message>
+    <message>
+        <source>%1
+not taken</source>
+        <translation>%1
+不取用</translation>
+    </message>
+    <message>
+        <source>%1
+automatic: %2</source>
+        <translation>%1
+自动：%2</translation>
     </message>
 </context>
 <context>
@@ -1924,18 +2103,6 @@ Drag one here from the palette, or double-click it there.</source>
         <translation>导入</translation>
     </message>
     <message>
-        <source>Text and CSV files (*.txt *.csv);;All files (*)</source>
-        <translation>文本和 CSV 文件 (*.txt *.csv);;所有文件 (*)</translation>
-    </message>
-    <message>
-        <source>Text files (*.txt);;CSV files (*.csv)</source>
-        <translation>文本文件 (*.txt);;CSV 文件 (*.csv)</translation>
-    </message>
-    <message>
-        <source>CSV files (*.csv)</source>
-        <translation>CSV 文件 (*.csv)</translation>
-    </message>
-    <message>
         <source>Export</source>
         <translation>导出</translation>
     </message>
@@ -1974,6 +2141,25 @@ Drag one here from the palette, or double-click it there.</source>
     <message>
         <source>Redo</source>
         <translation>重做</translation>
+    </message>
+    <message>
+        <source>Text and CSV files (*.txt *.csv *.tsv);;All files (*)</source>
+        <translation>文本和 CSV 文件 (*.txt *.csv *.tsv);;所有文件 (*)</translation>
+    </message>
+    <message>
+        <source>Text files (*.txt);;CSV files (*.csv);;Tab-separated files (*.tsv);;JSON files (*.json)</source>
+        <translation>文本文件 (*.txt);;CSV 文件 (*.csv);;制表符分隔文件 (*.tsv);;JSON 文件 (*.json)</translation>
+    </message>
+</context>
+<context>
+    <name>Workbench::ValueModel</name>
+    <message>
+        <source>Yes</source>
+        <translation>是</translation>
+    </message>
+    <message>
+        <source>No</source>
+        <translation>否</translation>
     </message>
 </context>
 <context>

@@ -1,9 +1,9 @@
 #include "ListValueModel.h"
 
+#include "SortedRows.h"
 #include "tools/workbench/look/TypeNames.h"
 
 #include <algorithm>
-#include <numeric>
 #include <vector>
 
 namespace Workbench
@@ -12,39 +12,39 @@ using StepHost::ItemKind;
 using StepHost::ItemOrder;
 using StepHost::ItemValue;
 
-namespace
-{
-/// The rows of \a items in the order of what \a keyOf gives for each item; equal ones as they stand.
-template<typename KeyOf>
-std::vector<int> sortedRows(const QVariantList &items, Qt::SortOrder order, KeyOf keyOf)
-{
-    using Key = decltype(keyOf(items.first()));
-    std::vector<Key> keys;
-    keys.reserve(size_t(items.size()));
-    for (const QVariant &item : items)
-        keys.push_back(keyOf(item));
-    std::vector<int> rows(keys.size());
-    std::iota(rows.begin(), rows.end(), 0);
-    std::stable_sort(rows.begin(), rows.end(), [&keys, order](int a, int b) {
-        return order == Qt::AscendingOrder ? keys[size_t(a)] < keys[size_t(b)]
-                                           : keys[size_t(b)] < keys[size_t(a)];
-    });
-    return rows;
-}
-} // namespace
+ListValueModel::ListValueModel(QObject *parent) : ValueModel(parent) { }
 
-ListValueModel::ListValueModel(QObject *parent) : QAbstractTableModel(parent) { }
-
-QVariantList ListValueModel::items() const
+QVariantList ListValueModel::value() const
 {
     return m_items;
 }
 
-void ListValueModel::setItems(const QVariantList &items)
+void ListValueModel::setValue(const QVariantList &value)
 {
     beginResetModel();
-    m_items = items;
+    m_items = value;
     endResetModel();
+}
+
+int ListValueModel::valueColumns() const
+{
+    return TypeColumn;
+}
+
+QVariant ListValueModel::valueAt(int row, int column) const
+{
+    return column == ValueColumn ? m_items.value(row) : QVariant();
+}
+
+void ListValueModel::put(int row, int, const QVector<QVariantList> &cells)
+{
+    const int missing = row + cells.size() - m_items.size();
+    if (missing > 0)
+        insertRows(m_items.size(), missing);
+    for (int i = 0; i < cells.size(); ++i)
+        m_items[row + i] = cells.at(i).size() == 1 ? cells.at(i).first() : QVariant(cells.at(i));
+    if (!cells.isEmpty())
+        emit dataChanged(index(row, 0), index(row + cells.size() - 1, ColumnCount - 1));
 }
 
 void ListValueModel::convertRows(const QList<int> &rows, ItemKind kind)
@@ -75,58 +75,39 @@ int ListValueModel::columnCount(const QModelIndex &parent) const
     return parent.isValid() ? 0 : int(ColumnCount);
 }
 
-bool ListValueModel::isItem(const QModelIndex &index) const
-{
-    return index.isValid() && checkIndex(index, CheckIndexOption::ParentIsInvalid);
-}
-
 Qt::ItemFlags ListValueModel::flags(const QModelIndex &index) const
 {
-    if (!isItem(index))
+    if (!isCell(index))
         return Qt::NoItemFlags;
-    Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemNeverHasChildren;
-    const ItemKind kind = ItemValue::kind(m_items.at(index.row()));
-    if (index.column() == TypeColumn || (kind != ItemKind::Other && kind != ItemKind::Empty))
-        flags |= Qt::ItemIsEditable;
-    return flags;
+    const QVariant &item = m_items.at(index.row());
+    if (index.column() == ValueColumn)
+        return flagsOf(item);
+    return flagsOf(QVariant());
 }
 
 QVariant ListValueModel::data(const QModelIndex &index, int role) const
 {
-    if (!isItem(index))
+    if (!isCell(index))
         return QVariant();
     const QVariant &item = m_items.at(index.row());
+    if (index.column() == ValueColumn)
+        return shown(item, role);
     const ItemKind kind = ItemValue::kind(item);
-    if (index.column() == TypeColumn) {
-        if (role == Qt::DisplayRole)
-            return TypeNames::of(kind);
-        if (role == Qt::EditRole)
-            return int(kind);
-        return QVariant();
-    }
-    switch (role) {
-    case Qt::DisplayRole:
-        return ItemValue::summary(item);
-    case Qt::EditRole:
-        return ItemValue::editText(item);
-    case Qt::TextAlignmentRole:
-        if (kind == ItemKind::Int || kind == ItemKind::Double)
-            return int(Qt::AlignRight | Qt::AlignVCenter);
-        break;
-    default:
-        break;
-    }
-    return QVariant();
+    if (role == Qt::DisplayRole)
+        return TypeNames::of(kind);
+    return role == Qt::EditRole ? QVariant(int(kind)) : QVariant();
 }
 
 bool ListValueModel::setData(const QModelIndex &index, const QVariant &value, int role)
 {
-    if (role != Qt::EditRole || !isItem(index))
+    if (!isCell(index) || isReadOnly() || (role != Qt::EditRole && role != Qt::CheckStateRole))
         return false;
     QVariant &item = m_items[index.row()];
-    const auto changed = index.column() == TypeColumn
-        ? ItemValue::convert(item, ItemKind(value.toInt()))
-        : ItemValue::parse(value.toString(), ItemValue::kind(item));
+    // What is typed into an empty item is a text, as in an empty cell of a table.
+    const ItemKind kind = ItemValue::kind(item) == ItemKind::Empty ? ItemKind::Text : ItemValue::kind(item);
+    const auto changed = role == Qt::CheckStateRole ? StepHost::Result<QVariant>(value.toInt() == Qt::Checked)
+        : index.column() == TypeColumn              ? ItemValue::convert(item, ItemKind(value.toInt()))
+                                                    : parsed(value.toString(), kind);
     if (!changed) {
         emit refused(changed.error());
         return false;
@@ -189,8 +170,8 @@ void ListValueModel::sort(int column, Qt::SortOrder order)
     if (column < 0 || column >= ColumnCount)
         return;
     const std::vector<int> rows = column == TypeColumn
-        ? sortedRows(m_items, order, ItemValue::kind)
-        : sortedRows(m_items, order, [](const QVariant &item) { return ItemOrder(item); });
+        ? sortedRows(m_items.size(), order, [this](int row) { return ItemValue::kind(m_items.at(row)); })
+        : sortedRows(m_items.size(), order, [this](int row) { return ItemOrder(m_items.at(row)); });
 
     emit layoutAboutToBeChanged({}, VerticalSortHint);
     QVariantList sorted;

@@ -1,16 +1,13 @@
 #pragma once
 
-#include "host/values/ItemValue.h"
-
-#include <QAbstractTableModel>
-#include <QVariantList>
+#include "ValueModel.h"
 
 namespace Workbench
 {
 /// The items of a list, one a row: the value, and its type, both to be edited.
 ///
 /// Keeps the items themselves and makes texts only for the rows that a view asks for.
-class ListValueModel : public QAbstractTableModel
+class ListValueModel : public ValueModel
 {
     Q_OBJECT
 
@@ -20,11 +17,11 @@ public:
 
     explicit ListValueModel(QObject *parent = nullptr);
 
-    /// The items as they are now.
-    QVariantList items() const;
-
-    /// Shows \a items instead of the present ones.
-    void setItems(const QVariantList &items);
+    QVariantList value() const override;
+    void setValue(const QVariantList &value) override;
+    int valueColumns() const override;
+    QVariant valueAt(int row, int column) const override;
+    void put(int row, int column, const QVector<QVariantList> &cells) override;
 
     /// Converts the items of \a rows to \a kind. Items that cannot be converted stay, and refused() is
     /// emitted once with the number of them and the reason for the first.
@@ -44,13 +41,7 @@ public:
     /// Puts the items themselves in order. Items of equal value keep their order.
     void sort(int column, Qt::SortOrder order) override;
 
-signals:
-    /// An edit was not carried out, for \a reason.
-    void refused(const QString &reason);
-
 private:
-    bool isItem(const QModelIndex &index) const;
-
     QVariantList m_items;
 };
 } // namespace Workbench

@@ -1,5 +1,6 @@
 #include "TableValueModel.h"
 
+#include "SortedRows.h"
 #include "tools/workbench/look/TypeNames.h"
 
 #include <QBrush>
@@ -9,6 +10,7 @@
 namespace Workbench
 {
 using StepHost::ItemKind;
+using StepHost::ItemOrder;
 using StepHost::ItemValue;
 
 namespace
@@ -21,9 +23,9 @@ QVariantList padded(QVariantList row, int length)
 }
 } // namespace
 
-TableValueModel::TableValueModel(QObject *parent) : QAbstractTableModel(parent) { }
+TableValueModel::TableValueModel(QObject *parent) : ValueModel(parent) { }
 
-QVariantList TableValueModel::rows() const
+QVariantList TableValueModel::value() const
 {
     QVariantList rows;
     rows.reserve(m_rows.size());
@@ -32,12 +34,12 @@ QVariantList TableValueModel::rows() const
     return rows;
 }
 
-void TableValueModel::setRows(const QVariantList &rows)
+void TableValueModel::setValue(const QVariantList &value)
 {
     beginResetModel();
     m_rows.clear();
-    m_rows.reserve(rows.size());
-    for (const QVariant &row : rows)
+    m_rows.reserve(value.size());
+    for (const QVariant &row : value)
         m_rows.append(ItemValue::kind(row) == ItemKind::List ? row.toList() : QVariantList{row});
     m_columns = widest();
     endResetModel();
@@ -75,9 +77,35 @@ int TableValueModel::columnCount(const QModelIndex &parent) const
     return parent.isValid() ? 0 : m_columns;
 }
 
-bool TableValueModel::isCell(const QModelIndex &index) const
+int TableValueModel::valueColumns() const
 {
-    return index.isValid() && checkIndex(index, CheckIndexOption::ParentIsInvalid);
+    return m_columns;
+}
+
+QVariant TableValueModel::valueAt(int row, int column) const
+{
+    return m_rows.value(row).value(column);
+}
+
+void TableValueModel::put(int row, int column, const QVector<QVariantList> &cells)
+{
+    int width = 0;
+    for (const QVariantList &line : cells)
+        width = std::max(width, line.size());
+    if (width == 0)
+        return;
+    const int missingRows = row + cells.size() - m_rows.size();
+    if (missingRows > 0)
+        insertRows(m_rows.size(), missingRows);
+    const int missingColumns = column + width - m_columns;
+    if (missingColumns > 0)
+        insertColumns(m_columns, missingColumns);
+    for (int i = 0; i < cells.size(); ++i) {
+        QVariantList &line = m_rows[row + i];
+        line = padded(line, cells.at(i).isEmpty() ? 0 : column + cells.at(i).size());
+        std::copy(cells.at(i).cbegin(), cells.at(i).cend(), line.begin() + std::min(column, line.size()));
+    }
+    emit dataChanged(index(row, 0), index(row + cells.size() - 1, column + width - 1));
 }
 
 bool TableValueModel::hasValue(const QModelIndex &index) const
@@ -100,12 +128,7 @@ void TableValueModel::setCell(const QModelIndex &index, const QVariant &value)
 
 Qt::ItemFlags TableValueModel::flags(const QModelIndex &index) const
 {
-    if (!isCell(index))
-        return Qt::NoItemFlags;
-    Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemNeverHasChildren;
-    if (ItemValue::kind(cell(index)) != ItemKind::Other)
-        flags |= Qt::ItemIsEditable;
-    return flags;
+    return isCell(index) ? flagsOf(cell(index)) : Qt::NoItemFlags;
 }
 
 QVariant TableValueModel::data(const QModelIndex &index, int role) const
@@ -113,30 +136,22 @@ QVariant TableValueModel::data(const QModelIndex &index, int role) const
     if (!isCell(index))
         return QVariant();
     const QVariant value = cell(index);
-    const ItemKind kind = ItemValue::kind(value);
     switch (role) {
-    case Qt::DisplayRole:
-        return ItemValue::summary(value);
-    case Qt::EditRole:
-        return ItemValue::editText(value);
     case Qt::ToolTipRole:
-        return hasValue(index) ? TypeNames::of(kind) : tr("Behind the end of the row");
-    case Qt::TextAlignmentRole:
-        if (kind == ItemKind::Int || kind == ItemKind::Double)
-            return int(Qt::AlignRight | Qt::AlignVCenter);
-        return QVariant();
+        return hasValue(index) ? TypeNames::of(ItemValue::kind(value)) : tr("Behind the end of the row");
     case Qt::BackgroundRole:
         return hasValue(index) ? QVariant() : QVariant(QBrush(Qt::gray, Qt::Dense6Pattern));
     case KindRole:
-        return int(kind);
+        return int(ItemValue::kind(value));
     default:
-        return QVariant();
+        return shown(value, role);
     }
 }
 
 bool TableValueModel::setData(const QModelIndex &index, const QVariant &value, int role)
 {
-    if (!isCell(index) || (role != Qt::EditRole && role != KindRole))
+    if (!isCell(index) || isReadOnly()
+        || (role != Qt::EditRole && role != Qt::CheckStateRole && role != KindRole))
         return false;
     if (role == Qt::EditRole && !hasValue(index) && value.toString().isEmpty())
         return false;
@@ -145,7 +160,8 @@ bool TableValueModel::setData(const QModelIndex &index, const QVariant &value, i
     const ItemKind kind =
         ItemValue::kind(present) == ItemKind::Empty ? ItemKind::Text : ItemValue::kind(present);
     const auto changed = role == KindRole ? ItemValue::convert(present, ItemKind(value.toInt()))
-                                          : ItemValue::parse(value.toString(), kind);
+        : role == Qt::CheckStateRole      ? StepHost::Result<QVariant>(value.toInt() == Qt::Checked)
+                                          : parsed(value.toString(), kind);
     if (!changed) {
         emit refused(changed.error());
         return false;
@@ -216,5 +232,20 @@ bool TableValueModel::removeColumns(int column, int count, const QModelIndex &pa
     m_columns -= count;
     endRemoveColumns();
     return true;
+}
+
+void TableValueModel::sort(int column, Qt::SortOrder order)
+{
+    if (column < 0 || column >= m_columns)
+        return;
+    const std::vector<int> sorted =
+        sortedRows(m_rows.size(), order, [this, column](int row) { return ItemOrder(valueAt(row, column)); });
+    QVector<QVariantList> rows;
+    rows.reserve(m_rows.size());
+    for (const int row : sorted)
+        rows.append(m_rows.at(row));
+    m_rows.swap(rows);
+    if (!m_rows.isEmpty())
+        emit dataChanged(index(0, 0), index(m_rows.size() - 1, m_columns - 1));
 }
 } // namespace Workbench

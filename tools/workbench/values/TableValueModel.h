@@ -1,9 +1,6 @@
 #pragma once
 
-#include "host/values/ItemValue.h"
-
-#include <QAbstractTableModel>
-#include <QVariantList>
+#include "ValueModel.h"
 
 namespace Workbench
 {
@@ -11,21 +8,22 @@ namespace Workbench
 ///
 /// It is as wide as its longest row. A cell behind the end of its row has no value; giving it one fills
 /// the row up to there with empty values.
-class TableValueModel : public QAbstractTableModel
+class TableValueModel : public ValueModel
 {
     Q_OBJECT
 
 public:
-    /// `Qt::EditRole` gives and takes the text of a cell, KindRole its ItemKind as an `int`.
+    /// KindRole gives and takes the ItemKind of a cell as an `int`.
     enum Role { KindRole = Qt::UserRole };
 
     explicit TableValueModel(QObject *parent = nullptr);
 
     /// The rows as they are now. A row that was not a list is one of a single cell.
-    QVariantList rows() const;
-
-    /// Shows \a rows instead of the present ones.
-    void setRows(const QVariantList &rows);
+    QVariantList value() const override;
+    void setValue(const QVariantList &value) override;
+    int valueColumns() const override;
+    QVariant valueAt(int row, int column) const override;
+    void put(int row, int column, const QVector<QVariantList> &cells) override;
 
     /// Converts \a cells to \a kind. Cells that cannot be converted stay, and refused() is emitted once with
     /// the number of them and the reason for the first.
@@ -45,12 +43,10 @@ public:
     bool insertColumns(int column, int count, const QModelIndex &parent = QModelIndex()) override;
     bool removeColumns(int column, int count, const QModelIndex &parent = QModelIndex()) override;
 
-signals:
-    /// An edit was not carried out, for \a reason.
-    void refused(const QString &reason);
+    /// Puts the rows in order of their cells in \a column. Rows with equal ones keep their order.
+    void sort(int column, Qt::SortOrder order) override;
 
 private:
-    bool isCell(const QModelIndex &index) const;
     bool hasValue(const QModelIndex &index) const;
     QVariant cell(const QModelIndex &index) const;
     void setCell(const QModelIndex &index, const QVariant &value);

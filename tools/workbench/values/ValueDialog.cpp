@@ -1,8 +1,10 @@
 #include "ValueDialog.h"
 
+#include "ImportDialog.h"
 #include "ListValueModel.h"
 #include "ModelRows.h"
 #include "TableValueModel.h"
+#include "host/files/InputFile.h"
 #include "host/files/ValueFile.h"
 #include "host/values/QuotedText.h"
 #include "tools/workbench/look/ChoiceDelegate.h"
@@ -16,12 +18,14 @@
 #include <QAction>
 #include <QDialogButtonBox>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
 #include <QMenu>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QSettings>
 #include <QTableView>
 #include <QToolBar>
 #include <QToolButton>
@@ -33,7 +37,6 @@ namespace Workbench
 {
 using StepHost::ItemKind;
 using StepHost::ItemValue;
-using StepHost::ValueFile;
 
 namespace
 {
@@ -78,6 +81,8 @@ private:
 };
 
 constexpr int undoLimit = 100;
+
+const QLatin1String folderKey("values/folder");
 } // namespace
 
 ValueDialog::ValueDialog(const QString &name, VarType type, const QVariantList &value, QWidget *parent)
@@ -89,12 +94,11 @@ ValueDialog::ValueDialog(const QString &name, VarType type, const QVariantList &
     if (type == VarType::Table) {
         m_table = new TableValueModel(this);
         m_model = m_table;
-        connect(m_table, &TableValueModel::refused, this, &ValueDialog::showMessage);
     } else {
         m_list = new ListValueModel(this);
         m_model = m_list;
-        connect(m_list, &ListValueModel::refused, this, &ValueDialog::showMessage);
     }
+    connect(m_model, &ValueModel::refused, this, &ValueDialog::showMessage);
     setValue(value);
     m_undoStack.setUndoLimit(undoLimit);
 
@@ -262,16 +266,13 @@ void ValueDialog::addTypeMenu(QToolBar *bar)
 
 QVariantList ValueDialog::value() const
 {
-    return m_list ? m_list->items() : m_table->rows();
+    return m_model->value();
 }
 
 void ValueDialog::setValue(const QVariantList &value)
 {
     m_noted = value;
-    if (m_list)
-        m_list->setItems(value);
-    else
-        m_table->setRows(value);
+    m_model->setValue(value);
 }
 
 QList<int> ValueDialog::selectedRows() const
@@ -354,40 +355,63 @@ void ValueDialog::convertSelected(ItemKind kind)
     });
 }
 
+void ValueDialog::setSettings(QSettings &settings)
+{
+    m_settings = &settings;
+}
+
+QString ValueDialog::folder() const
+{
+    return m_settings ? m_settings->value(folderKey).toString() : QString();
+}
+
+void ValueDialog::keepFolder(const QString &fileName)
+{
+    if (m_settings)
+        m_settings->setValue(folderKey, QFileInfo(fileName).absolutePath());
+}
+
 void ValueDialog::chooseImport()
 {
     const QString fileName = QFileDialog::getOpenFileName(
-        this, tr("Import"), QString(), tr("Text and CSV files (*.txt *.csv);;All files (*)"));
+        this, tr("Import"), folder(), tr("Text and CSV files (*.txt *.csv *.tsv);;All files (*)"));
     if (!fileName.isEmpty())
         importFile(fileName);
 }
 
 void ValueDialog::importFile(const QString &fileName)
 {
-    const auto value = m_list ? ValueFile::readList(fileName) : ValueFile::readTable(fileName);
-    showMessage(value ? QString() : value.error());
-    if (!value)
+    const auto bytes = StepHost::readInputFile(fileName);
+    showMessage(bytes ? QString() : bytes.error());
+    if (!bytes)
         return;
-    edit([this, &value] {
-        if (m_list)
-            m_list->setItems(*value);
-        else
-            m_table->setRows(*value);
-    });
+    keepFolder(fileName);
+    ImportDialog dialog(fileName, *bytes, m_type, this);
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    edit([&] { m_model->setValue(dialog.appends() ? value() + dialog.value() : dialog.value()); });
 }
 
 void ValueDialog::chooseExport()
 {
-    const QString filter = m_list ? tr("Text files (*.txt);;CSV files (*.csv)") : tr("CSV files (*.csv)");
-    const QString fileName = QFileDialog::getSaveFileName(this, tr("Export"), QString(), filter);
-    if (!fileName.isEmpty())
-        exportFile(fileName);
+    const QString filter =
+        tr("Text files (*.txt);;CSV files (*.csv);;Tab-separated files (*.tsv);;JSON files (*.json)");
+    QString chosenFilter = m_table ? filter.section(QLatin1String(";;"), 1, 1) : QString();
+    QString fileName = QFileDialog::getSaveFileName(this, tr("Export"), folder(), filter, &chosenFilter);
+    if (fileName.isEmpty())
+        return;
+    // Who chooses a form and types a name without a suffix means that form.
+    if (QFileInfo(fileName).suffix().isEmpty())
+        fileName += chosenFilter.section(QLatin1Char('*'), -1).chopped(1);
+    exportFile(fileName);
 }
 
 void ValueDialog::exportFile(const QString &fileName)
 {
-    const auto written = m_list ? ValueFile::writeList(fileName, m_list->items())
-                                : ValueFile::writeTable(fileName, m_table->rows());
+    const auto written =
+        m_list ? StepHost::writeList(fileName, value()) : StepHost::writeTable(fileName, value());
+    if (written)
+        keepFolder(fileName);
     showMessage(written ? *written : written.error());
 }
 

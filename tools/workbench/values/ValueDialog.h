@@ -10,9 +10,9 @@
 
 #include <functional>
 
-class QAbstractItemModel;
 class QLabel;
 class QModelIndex;
+class QSettings;
 class QTableView;
 class QToolBar;
 
@@ -20,6 +20,7 @@ namespace Workbench
 {
 class ListValueModel;
 class TableValueModel;
+class ValueModel;
 
 /// Edits the value of a list or table variable: a list with one item a line and the type of each, a table
 /// as a grid of cells.
@@ -37,7 +38,11 @@ public:
     /// Closes the dialog without the edits. When there are some, the user is asked before.
     void reject() override;
 
-    /// Reads the value from the file \a fileName. If that cannot be read, says why and changes nothing.
+    /// Where the folder of the last import or export is kept. Without, each begins in the current folder.
+    void setSettings(QSettings &settings);
+
+    /// Asks how the file \a fileName is to be read, and takes the value from it. If that cannot be read, says why and
+    /// changes nothing.
     void importFile(const QString &fileName);
 
     /// Writes the value to the file \a fileName, or says why it cannot be written.
@@ -61,16 +66,19 @@ private:
     void convertSelected(StepHost::ItemKind kind);
     void chooseImport();
     void chooseExport();
+    QString folder() const;
+    void keepFolder(const QString &fileName);
     void showMessage(const QString &message);
     void showCount();
 
     VarType m_type;
     ListValueModel *m_list = nullptr; ///< Null for a table.
     TableValueModel *m_table = nullptr; ///< Null for a list.
-    QAbstractItemModel *m_model = nullptr; ///< The one of the two that there is.
+    ValueModel *m_model = nullptr; ///< The one of the two that there is.
     QUndoStack m_undoStack;
     QVariantList m_noted; ///< The value after the last edit that the undo stack knows of.
     bool m_isEditing = false; ///< In edit(), which makes one edit of all that the model tells of.
+    QSettings *m_settings = nullptr;
     QTableView *m_view;
     QLabel *m_count;
     QLabel *m_message;

@@ -164,6 +164,11 @@ void VariablesPane::createView()
     });
 }
 
+void VariablesPane::setSettings(QSettings &settings)
+{
+    m_settings = &settings;
+}
+
 VariablesModel &VariablesPane::model() const
 {
     return *m_model;
@@ -320,6 +325,8 @@ std::optional<VariableScope> VariablesPane::editedIn(const VariableScope &variab
     const QString reference = StepHost::referenceTo(name);
     const QVariantList before = variables.get(reference).toList();
     ValueDialog dialog(name, variables.typeOf(reference), before, this);
+    if (m_settings)
+        dialog.setSettings(*m_settings);
     if (dialog.exec() != QDialog::Accepted)
         return std::nullopt;
     const QVariantList after = dialog.value();

@@ -9,6 +9,7 @@
 class QAction;
 class QKeySequence;
 class QModelIndex;
+class QSettings;
 class QTableView;
 
 namespace Workbench
@@ -26,6 +27,9 @@ public:
     VariablesPane(ScriptDocument &document, RunSession &session, QWidget *parent = nullptr);
 
     VariablesModel &model() const;
+
+    /// Where the dialogs for values keep what they remember.
+    void setSettings(QSettings &settings);
 
     /// Adds an empty variable \a name of the type \a type, or says why it cannot be.
     void addVariable(const QString &name, VarType type);
@@ -66,6 +70,7 @@ private:
     RunSession &m_session;
     VariablesModel *m_model;
     QTableView *m_view;
+    QSettings *m_settings = nullptr;
     QList<QAction *> m_editActions;
     QAction *m_remove = nullptr;
     QAction *m_edit = nullptr;

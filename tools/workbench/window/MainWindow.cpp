@@ -56,6 +56,7 @@ MainWindow::MainWindow(const StepHost::StepCatalogue &catalogue, QSettings &sett
       m_problems(new ProblemsPane(m_document.model())), m_search(new SearchPane(m_document)),
       m_toolBar(addToolBar(tr("Tools")))
 {
+    m_variables->setSettings(settings);
     m_toolBar->setObjectName(QStringLiteral("toolBar"));
     m_toolBar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     m_toolBar->setIconSize(QSize(18, 18));
