@@ -7,14 +7,17 @@
 #include "host/values/ItemValue.h"
 
 #include <QCheckBox>
+#include <QClipboard>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QSpinBox>
 #include <QStandardItemModel>
 #include <QTableView>
+#include <QToolButton>
 
 using namespace Workbench;
 
@@ -27,6 +30,15 @@ private slots:
     void undoes();
     void undoesATable();
     void importIsUndone();
+    void commands_data();
+    void commands();
+    void returnGoesDown();
+    void showsYesAndNo();
+    void showsTypesOfCells();
+    void finds();
+    void pastesFromOthers_data();
+    void pastesFromOthers();
+    void copiesForOthers();
     void imports_data();
     void imports();
     void importTakesTypesOfColumns();
@@ -41,6 +53,14 @@ private slots:
 
 namespace
 {
+QVariantList rowsOf(const QVector<QVariantList> &rows)
+{
+    QVariantList value;
+    for (const QVariantList &row : rows)
+        value.append(QVariant(row));
+    return value;
+}
+
 struct OpenDialog : ValueDialog
 {
     OpenDialog(VarType type, const QVariantList &value) : ValueDialog("names", type, value)
@@ -50,6 +70,18 @@ struct OpenDialog : ValueDialog
         view = findChild<QTableView *>("values");
         view->setFocus();
         view->setCurrentIndex(view->model()->index(0, 0));
+    }
+
+    /// Selects the cells "row,column" or from "row,column:row,column".
+    void select(const QString &cells) const
+    {
+        const auto at = [this](const QString &cell) {
+            return view->model()->index(cell.section(',', 0, 0).toInt(), cell.section(',', 1).toInt());
+        };
+        const QModelIndex first = at(cells.section(':', 0, 0));
+        view->selectionModel()->setCurrentIndex(first, QItemSelectionModel::NoUpdate);
+        view->selectionModel()->select(QItemSelection(first, at(cells.section(':', -1))),
+                                       QItemSelectionModel::ClearAndSelect);
     }
 
     void pressReturn()
@@ -65,10 +97,8 @@ struct OpenDialog : ValueDialog
 void TestValueDialog::selectsWhatItAdds()
 {
     OpenDialog dialog(VarType::List, {"a", "b"});
-    for (int i = 0; i < 3; ++i) {
+    for (int i = 0; i < 3; ++i)
         QTest::keyClick(dialog.view, Qt::Key_Return, Qt::ControlModifier);
-        dialog.pressReturn();
-    }
     QCOMPARE(dialog.value().size(), 5);
     QCOMPARE(dialog.view->selectionModel()->selectedRows().size(), 1);
     QTest::keyClick(dialog.view, Qt::Key_Delete, Qt::ControlModifier);
@@ -83,6 +113,7 @@ void TestValueDialog::undoes()
     static_cast<QLineEdit *>(QApplication::focusWidget())->setText("c");
     dialog.pressReturn();
     QCOMPARE(dialog.value(), QVariantList({"c", "a"}));
+    QTest::keyClick(dialog.view, Qt::Key_Return, Qt::ShiftModifier);
     QTest::keyClick(dialog.view, Qt::Key_T, Qt::ControlModifier);
     QTest::keyClick(dialog.view, Qt::Key_Up, Qt::AltModifier);
     QTest::keyClick(dialog.view, Qt::Key_A, Qt::ControlModifier);
@@ -111,6 +142,188 @@ void TestValueDialog::undoesATable()
     for (int i = 0; i < 3; ++i)
         QTest::keyClick(dialog.view, Qt::Key_Z, Qt::ControlModifier);
     QVERIFY(StepHost::ItemValue::same(dialog.value(), rows));
+}
+
+// The keys follow the selection "row,column:row,column"; then the value is looked at, and undone.
+void TestValueDialog::commands_data()
+{
+    QTest::addColumn<bool>("isTable");
+    QTest::addColumn<QVariantList>("value");
+    QTest::addColumn<QStringList>("keys");
+    QTest::addColumn<QVariantList>("result");
+    const QVariantList list{"a", 2, true};
+    const QVariantList table = rowsOf({{"a", 1}, {"b", 2}, {"c"}});
+    const auto row = [&](const char *name, const QStringList &keys, const QVariantList &result) {
+        QTest::newRow(name) << false << list << keys << result;
+    };
+    const auto cells = [&](const char *name, const QStringList &keys, const QVector<QVariantList> &result) {
+        QTest::newRow(name) << true << table << keys << rowsOf(result);
+    };
+    row("add above", {"1,0", "Ctrl+Shift+Return", "Ctrl+A"}, {"a", "", 2, true});
+    row("add below", {"1,0", "Ctrl+Return", "Ctrl+A"}, {"a", 2, "", true});
+    row("Delete removes items", {"0,0:1,0", "Del"}, {true});
+    row("sort", {"0,0", "Ctrl+T"}, {true, 2, "a"});
+    row("sort backwards", {"0,0", "Ctrl+Shift+T"}, {"a", 2, true});
+    row("cut and paste", {"0,0:1,0", "Ctrl+X", "0,0", "Ctrl+V"}, {"a", 2});
+    row("copy and paste below the end", {"0,0:1,0", "Ctrl+C", "2,0", "Ctrl+V"}, {"a", 2, "a", 2});
+    row("paste one into many", {"1,0", "Ctrl+C", "0,0:2,0", "Ctrl+V"}, {"2", 2, 2});
+    row("fill", {"1,0:2,0", "Ctrl+D"}, {"a", 2, 2});
+    row("fill nothing", {"1,0", "Ctrl+D"}, list);
+    row("move", {"2,0", "Alt+Up"}, {"a", true, 2});
+    cells("Delete empties cells", {"0,0:1,1", "Del"}, {{"", QVariant()}, {"", QVariant()}, {"c"}});
+    cells("Delete behind the end of a row", {"2,1", "Del"}, {{"a", 1}, {"b", 2}, {"c"}});
+    cells("sort by a column", {"1,1", "Ctrl+T"}, {{"c"}, {"a", 1}, {"b", 2}});
+    cells("sort backwards", {"1,0", "Ctrl+Shift+T"}, {{"c"}, {"b", 2}, {"a", 1}});
+    cells("cut and paste", {"0,1:1,1", "Ctrl+X", "1,0", "Ctrl+V"},
+          {{"a", QVariant()}, {"1", QVariant()}, {"2"}});
+    cells("paste makes room", {"0,0:1,1", "Ctrl+C", "2,1", "Ctrl+V"},
+          {{"a", 1}, {"b", 2}, {"c", "a", 1}, {QVariant(), "b", 2}});
+    cells("fill", {"0,0:2,1", "Ctrl+D"}, {{"a", 1}, {"a", 1}, {"a", 1}});
+    cells("move", {"0,0", "Alt+Down"}, {{"b", 2}, {"a", 1}, {"c"}});
+    cells("add row above", {"0,0", "Ctrl+Shift+Return", "Ctrl+A"},
+          {{QVariant(), QVariant()}, {"a", 1}, {"b", 2}, {"c"}});
+}
+
+void TestValueDialog::commands()
+{
+    QFETCH(bool, isTable);
+    QFETCH(QVariantList, value);
+    QFETCH(QStringList, keys);
+    QFETCH(QVariantList, result);
+    OpenDialog dialog(isTable ? VarType::Table : VarType::List, value);
+    for (const QString &key : qAsConst(keys)) {
+        if (key.at(0).isDigit()) {
+            dialog.select(key);
+            continue;
+        }
+        const int code = QKeySequence(key)[0];
+        QTest::keyClick(dialog.view, Qt::Key(code & ~Qt::KeyboardModifierMask),
+                        Qt::KeyboardModifiers(code & Qt::KeyboardModifierMask));
+    }
+    const auto isLike = [&](const QVariantList &expected) {
+        return StepHost::ItemValue::same(dialog.value(), expected);
+    };
+    QVERIFY2(isLike(result), qPrintable(StepHost::ItemValue::editText(dialog.value())));
+    for (int i = 0; i < keys.size(); ++i)
+        QTest::keyClick(dialog.view, Qt::Key_Z, Qt::ControlModifier);
+    QVERIFY2(isLike(value), qPrintable(StepHost::ItemValue::editText(dialog.value())));
+    for (int i = 0; i < keys.size(); ++i)
+        QTest::keyClick(dialog.view, Qt::Key_Y, Qt::ControlModifier);
+    QVERIFY2(isLike(result), qPrintable(StepHost::ItemValue::editText(dialog.value())));
+}
+
+void TestValueDialog::returnGoesDown()
+{
+    OpenDialog dialog(VarType::List, {"a", "b"});
+    const auto row = [&] { return dialog.view->currentIndex().row(); };
+    QTest::keyClick(dialog.view, Qt::Key_F2);
+    static_cast<QLineEdit *>(QApplication::focusWidget())->setText("c");
+    dialog.pressReturn();
+    QCOMPARE(row(), 1);
+    QCOMPARE(dialog.value(), QVariantList({"c", "b"}));
+    QTest::keyClick(dialog.view, Qt::Key_Return);
+    QCOMPARE(row(), 1);
+    QTest::keyClick(dialog.view, Qt::Key_Return, Qt::ShiftModifier);
+    QCOMPARE(row(), 0);
+    QVERIFY(dialog.isVisible());
+}
+
+void TestValueDialog::showsYesAndNo()
+{
+    OpenDialog dialog(VarType::Table, rowsOf({{true, "x", 1}}));
+    const QModelIndex yes = dialog.view->model()->index(0, 0);
+    QCOMPARE(yes.data().toString(), QString("Yes"));
+    QCOMPARE(yes.data(Qt::CheckStateRole).toInt(), int(Qt::Checked));
+    QTest::keyClick(dialog.view, Qt::Key_Space);
+    QCOMPARE(yes.data().toString(), QString("No"));
+    QTest::keyClick(dialog.view, Qt::Key_F2);
+    static_cast<QLineEdit *>(QApplication::focusWidget())->setText("yes");
+    dialog.pressReturn();
+    QCOMPARE(yes.data(Qt::CheckStateRole).toInt(), int(Qt::Checked));
+    QVERIFY(!yes.siblingAtColumn(1).data(Qt::CheckStateRole).isValid());
+    QVERIFY(!yes.siblingAtColumn(1).data(Qt::TextAlignmentRole).isValid());
+    QVERIFY(yes.siblingAtColumn(2).data(Qt::TextAlignmentRole).toInt() & Qt::AlignRight);
+}
+
+void TestValueDialog::showsTypesOfCells()
+{
+    OpenDialog dialog(VarType::Table, rowsOf({{"7", 7}}));
+    auto *type = dialog.findChild<QToolButton *>("type");
+    QCOMPARE(type->text(), QString("Type: Text"));
+    dialog.select("0,1");
+    QCOMPARE(type->text(), QString("Type: Integer"));
+    dialog.select("0,0");
+    type->menu()->actions().at(1)->trigger();
+    QCOMPARE(type->text(), QString("Type: Integer"));
+    QVERIFY(StepHost::ItemValue::same(dialog.value(), rowsOf({{7, 7}})));
+}
+
+void TestValueDialog::finds()
+{
+    OpenDialog dialog(VarType::Table, rowsOf({{"Anna", "x"}, {"b", 15}, {"c", "anna"}}));
+    const auto place = [&] {
+        const QModelIndex at = dialog.view->currentIndex();
+        return QPoint(at.column(), at.row());
+    };
+    QTest::keyClick(dialog.view, Qt::Key_F, Qt::ControlModifier);
+    auto *find = dialog.findChild<QLineEdit *>("find");
+    auto *found = dialog.findChild<QLabel *>("found");
+    QVERIFY(find->hasFocus());
+    QTest::keyClicks(find, "ANN");
+    QTest::keyClick(find, Qt::Key_Return);
+    QCOMPARE(place(), QPoint(1, 2));
+    QTest::keyClick(find, Qt::Key_Return);
+    QCOMPARE(place(), QPoint(0, 0));
+    QTest::keyClick(find, Qt::Key_Return, Qt::ShiftModifier);
+    QCOMPARE(place(), QPoint(1, 2));
+    find->setText("15");
+    QTest::keyClick(find, Qt::Key_F3);
+    QCOMPARE(place(), QPoint(1, 1));
+    find->setText("nobody");
+    QTest::keyClick(find, Qt::Key_Return);
+    QCOMPARE(place(), QPoint(1, 1));
+    QCOMPARE(found->text(), QString("Not found"));
+    QTest::keyClick(find, Qt::Key_Escape);
+    QVERIFY(!find->isVisible());
+    QVERIFY(dialog.isVisible());
+}
+
+void TestValueDialog::pastesFromOthers_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QVariantList>("value");
+    const auto row = [](const char *text, const QVector<QVariantList> &rows) {
+        QTest::newRow(text) << QString(text) << rowsOf(rows);
+    };
+    row("x", {{"x", 2}});
+    row("3", {{"3", 2}});
+    row("x\t3\n", {{"x", 3}});
+    row("x\tno number\n", {{"x", "no number"}});
+    row("a\t1\tyes\r\nb\t2.5\tno\r\n", {{"a", 1, "yes"}, {"b", 2.5, "no"}});
+    row("a\t1\t007\nb\t2\t10", {{"a", 1, "007"}, {"b", 2, "10"}});
+    row("a\t1\t1\nb\t2\t", {{"a", 1, 1}, {"b", 2, QVariant()}});
+    row("\"two\nlines\"\t1", {{"two\nlines", 1}});
+    row("\"no end\t1", {{"\"no end", 1}});
+    row("", {{"1", 2}});
+}
+
+void TestValueDialog::pastesFromOthers()
+{
+    QFETCH(QString, text);
+    QFETCH(QVariantList, value);
+    QGuiApplication::clipboard()->setText(text);
+    OpenDialog dialog(VarType::Table, rowsOf({{"1", 2}}));
+    QTest::keyClick(dialog.view, Qt::Key_V, Qt::ControlModifier);
+    QVERIFY2(StepHost::ItemValue::same(dialog.value(), value),
+             qPrintable(StepHost::ItemValue::editText(dialog.value())));
+}
+
+void TestValueDialog::copiesForOthers()
+{
+    OpenDialog dialog(VarType::Table, rowsOf({{"a\tb", 1.5}, {true, QVariant()}}));
+    dialog.select("0,0:1,1");
+    QTest::keyClick(dialog.view, Qt::Key_C, Qt::ControlModifier);
+    QCOMPARE(QGuiApplication::clipboard()->text(), QString("\"a\tb\"\t1.5\ntrue\t"));
 }
 
 void TestValueDialog::importIsUndone()
@@ -169,13 +382,6 @@ struct OpenImport : ImportDialog
     QLabel *message;
 };
 
-QVariantList rowsOf(const QVector<QVariantList> &rows)
-{
-    QVariantList value;
-    for (const QVariantList &row : rows)
-        value.append(QVariant(row));
-    return value;
-}
 } // namespace
 
 // The choices are "name=text" with bars between.

@@ -1097,6 +1097,25 @@
     </message>
 </context>
 <context>
+    <name>Workbench::FindBar</name>
+    <message>
+        <source>Find</source>
+        <translation>查找</translation>
+    </message>
+    <message>
+        <source>Find previous (%1)</source>
+        <translation>查找上一个 (%1)</translation>
+    </message>
+    <message>
+        <source>Find next (%1)</source>
+        <translation>查找下一个 (%1)</translation>
+    </message>
+    <message>
+        <source>Not found</source>
+        <translation>未找到</translation>
+    </message>
+</context>
+<context>
     <name>Workbench::ImportDialog</name>
     <message>
         <source>Import “%1”</source>
@@ -2047,56 +2066,12 @@ Drag one here from the palette, or double-click it there.</source>
         <translation>取消</translation>
     </message>
     <message>
-        <source>Add row</source>
-        <translation>添加行</translation>
-    </message>
-    <message>
-        <source>Add</source>
-        <translation>添加</translation>
-    </message>
-    <message>
-        <source>Remove rows</source>
-        <translation>删除行</translation>
-    </message>
-    <message>
-        <source>Remove</source>
-        <translation>删除</translation>
-    </message>
-    <message>
-        <source>Add column</source>
-        <translation>添加列</translation>
-    </message>
-    <message>
-        <source>Remove columns</source>
-        <translation>删除列</translation>
-    </message>
-    <message>
-        <source>Up</source>
-        <translation>上移</translation>
-    </message>
-    <message>
-        <source>Down</source>
-        <translation>下移</translation>
-    </message>
-    <message>
-        <source>Sort</source>
-        <translation>排序</translation>
-    </message>
-    <message>
         <source>Import…</source>
         <translation>导入…</translation>
     </message>
     <message>
         <source>Export…</source>
         <translation>导出…</translation>
-    </message>
-    <message>
-        <source>Type</source>
-        <translation>类型</translation>
-    </message>
-    <message>
-        <source>Convert what is selected to another type</source>
-        <translation>把所选内容转换为其他类型</translation>
     </message>
     <message>
         <source>Import</source>
@@ -2135,6 +2110,17 @@ Drag one here from the palette, or double-click it there.</source>
         <translation>放弃</translation>
     </message>
     <message>
+        <source>Text and CSV files (*.txt *.csv *.tsv);;All files (*)</source>
+        <translation>文本和 CSV 文件 (*.txt *.csv *.tsv);;所有文件 (*)</translation>
+    </message>
+    <message>
+        <source>Text files (*.txt);;CSV files (*.csv);;Tab-separated files (*.tsv);;JSON files (*.json)</source>
+        <translation>文本文件 (*.txt);;CSV 文件 (*.csv);;制表符分隔文件 (*.tsv);;JSON 文件 (*.json)</translation>
+    </message>
+</context>
+<context>
+    <name>Workbench::ValueEditor</name>
+    <message>
         <source>Undo</source>
         <translation>撤销</translation>
     </message>
@@ -2143,12 +2129,104 @@ Drag one here from the palette, or double-click it there.</source>
         <translation>重做</translation>
     </message>
     <message>
-        <source>Text and CSV files (*.txt *.csv *.tsv);;All files (*)</source>
-        <translation>文本和 CSV 文件 (*.txt *.csv *.tsv);;所有文件 (*)</translation>
+        <source>Add row</source>
+        <translation>添加行</translation>
     </message>
     <message>
-        <source>Text files (*.txt);;CSV files (*.csv);;Tab-separated files (*.tsv);;JSON files (*.json)</source>
-        <translation>文本文件 (*.txt);;CSV 文件 (*.csv);;制表符分隔文件 (*.tsv);;JSON 文件 (*.json)</translation>
+        <source>Add</source>
+        <translation>添加</translation>
+    </message>
+    <message>
+        <source>Remove rows</source>
+        <translation>删除行</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>删除</translation>
+    </message>
+    <message>
+        <source>Add column</source>
+        <translation>添加列</translation>
+    </message>
+    <message>
+        <source>Remove columns</source>
+        <translation>删除列</translation>
+    </message>
+    <message>
+        <source>Up</source>
+        <translation>上移</translation>
+    </message>
+    <message>
+        <source>Down</source>
+        <translation>下移</translation>
+    </message>
+    <message>
+        <source>Sort</source>
+        <translation>排序</translation>
+    </message>
+    <message>
+        <source>Edit</source>
+        <translation>编辑</translation>
+    </message>
+    <message>
+        <source>Add row above</source>
+        <translation>在上方添加行</translation>
+    </message>
+    <message>
+        <source>Add above</source>
+        <translation>在上方添加</translation>
+    </message>
+    <message>
+        <source>Sort backwards</source>
+        <translation>倒序排列</translation>
+    </message>
+    <message>
+        <source>Find…</source>
+        <translation>查找…</translation>
+    </message>
+    <message>
+        <source>Find next</source>
+        <translation>查找下一个</translation>
+    </message>
+    <message>
+        <source>Find previous</source>
+        <translation>查找上一个</translation>
+    </message>
+    <message>
+        <source>Cut</source>
+        <translation>剪切</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>复制</translation>
+    </message>
+    <message>
+        <source>Paste</source>
+        <translation>粘贴</translation>
+    </message>
+    <message>
+        <source>Fill down</source>
+        <translation>向下填充</translation>
+    </message>
+    <message>
+        <source>Empty cells</source>
+        <translation>清空单元格</translation>
+    </message>
+    <message>
+        <source>Remove selected</source>
+        <translation>移除所选项</translation>
+    </message>
+    <message>
+        <source>Convert what is selected to another type</source>
+        <translation>把所选内容转换为其他类型</translation>
+    </message>
+    <message>
+        <source>Type: %1</source>
+        <translation>类型：%1</translation>
+    </message>
+    <message>
+        <source>Type</source>
+        <translation>类型</translation>
     </message>
 </context>
 <context>

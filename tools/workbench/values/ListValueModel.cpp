@@ -151,16 +151,10 @@ bool ListValueModel::removeRows(int row, int count, const QModelIndex &parent)
 bool ListValueModel::moveRows(const QModelIndex &sourceParent, int sourceRow, int count,
                               const QModelIndex &destinationParent, int destinationChild)
 {
-    if (sourceParent.isValid() || destinationParent.isValid() || count < 1 || sourceRow < 0
-        || sourceRow + count > m_items.size() || destinationChild < 0 || destinationChild > m_items.size())
+    if (!canMoveRows(sourceParent, sourceRow, count, destinationParent, destinationChild)
+        || !beginMoveRows(QModelIndex(), sourceRow, sourceRow + count - 1, QModelIndex(), destinationChild))
         return false;
-    if (!beginMoveRows(QModelIndex(), sourceRow, sourceRow + count - 1, QModelIndex(), destinationChild))
-        return false;
-    const auto begin = m_items.begin();
-    if (destinationChild > sourceRow)
-        std::rotate(begin + sourceRow, begin + sourceRow + count, begin + destinationChild);
-    else
-        std::rotate(begin + destinationChild, begin + sourceRow, begin + sourceRow + count);
+    rotateRows(m_items.begin(), sourceRow, count, destinationChild);
     endMoveRows();
     return true;
 }

@@ -24,4 +24,14 @@ std::vector<int> sortedRows(int count, Qt::SortOrder order, KeyOf keyOf)
     });
     return rows;
 }
+
+/// Moves the \a count rows from \a row on in front of the row \a target, which is none of them. \a rows are all rows.
+template<typename Iterator>
+void rotateRows(Iterator rows, int row, int count, int target)
+{
+    if (target > row)
+        std::rotate(rows + row, rows + row + count, rows + target);
+    else
+        std::rotate(rows + target, rows + row, rows + row + count);
+}
 } // namespace Workbench

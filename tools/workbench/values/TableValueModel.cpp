@@ -67,6 +67,20 @@ void TableValueModel::convertCells(const QModelIndexList &cells, ItemKind kind)
         emit refused(tr("%n cell(s) kept the old type: %1", nullptr, refusals).arg(firstReason));
 }
 
+void TableValueModel::clearCells(const QModelIndexList &cells)
+{
+    QModelIndex changed;
+    for (const QModelIndex &index : cells) {
+        if (!hasValue(index))
+            continue;
+        const bool isText = ItemValue::kind(cell(index)) == ItemKind::Text;
+        m_rows[index.row()][index.column()] = isText ? QVariant(QString()) : QVariant();
+        changed = index;
+    }
+    if (changed.isValid())
+        emit dataChanged(index(0, 0), index(m_rows.size() - 1, m_columns - 1));
+}
+
 int TableValueModel::rowCount(const QModelIndex &parent) const
 {
     return parent.isValid() ? 0 : m_rows.size();
@@ -97,9 +111,11 @@ void TableValueModel::put(int row, int column, const QVector<QVariantList> &cell
     const int missingRows = row + cells.size() - m_rows.size();
     if (missingRows > 0)
         insertRows(m_rows.size(), missingRows);
-    const int missingColumns = column + width - m_columns;
-    if (missingColumns > 0)
-        insertColumns(m_columns, missingColumns);
+    if (column + width > m_columns) {
+        beginInsertColumns(QModelIndex(), m_columns, column + width - 1);
+        m_columns = column + width;
+        endInsertColumns();
+    }
     for (int i = 0; i < cells.size(); ++i) {
         QVariantList &line = m_rows[row + i];
         line = padded(line, cells.at(i).isEmpty() ? 0 : column + cells.at(i).size());
@@ -198,6 +214,17 @@ bool TableValueModel::removeRows(int row, int count, const QModelIndex &parent)
         m_columns = columns;
         endRemoveColumns();
     }
+    return true;
+}
+
+bool TableValueModel::moveRows(const QModelIndex &sourceParent, int sourceRow, int count,
+                               const QModelIndex &destinationParent, int destinationChild)
+{
+    if (!canMoveRows(sourceParent, sourceRow, count, destinationParent, destinationChild)
+        || !beginMoveRows(QModelIndex(), sourceRow, sourceRow + count - 1, QModelIndex(), destinationChild))
+        return false;
+    rotateRows(m_rows.begin(), sourceRow, count, destinationChild);
+    endMoveRows();
     return true;
 }
 

@@ -29,6 +29,9 @@ public:
     /// the number of them and the reason for the first.
     void convertCells(const QModelIndexList &cells, StepHost::ItemKind kind);
 
+    /// Takes the values out of \a cells. Texts become empty ones, all else has no value any more.
+    void clearCells(const QModelIndexList &cells);
+
     int rowCount(const QModelIndex &parent = QModelIndex()) const override;
     int columnCount(const QModelIndex &parent = QModelIndex()) const override;
     Qt::ItemFlags flags(const QModelIndex &index) const override;
@@ -37,6 +40,9 @@ public:
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
     bool insertRows(int row, int count, const QModelIndex &parent = QModelIndex()) override;
     bool removeRows(int row, int count, const QModelIndex &parent = QModelIndex()) override;
+
+    bool moveRows(const QModelIndex &sourceParent, int sourceRow, int count,
+                  const QModelIndex &destinationParent, int destinationChild) override;
 
     /// Inserts empty cells into the rows that reach that far. At the right edge the first row is filled up
     /// (a table without rows gets one), so that there is a column to see.

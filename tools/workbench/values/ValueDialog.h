@@ -1,26 +1,16 @@
 #pragma once
 
-#include "host/values/ItemValue.h"
-
 #include "hostapi/VariableScope.h"
 
 #include <QDialog>
-#include <QUndoStack>
 #include <QVariantList>
 
-#include <functional>
-
 class QLabel;
-class QModelIndex;
 class QSettings;
-class QTableView;
-class QToolBar;
 
 namespace Workbench
 {
-class ListValueModel;
-class TableValueModel;
-class ValueModel;
+class ValueEditor;
 
 /// Edits the value of a list or table variable: a list with one item a line and the type of each, a table
 /// as a grid of cells.
@@ -49,21 +39,7 @@ public:
     void exportFile(const QString &fileName);
 
 private:
-    QToolBar *createToolBar();
-    void addTypeMenu(QToolBar *bar);
-    void setValue(const QVariantList &value);
-    void connectModel();
-    void noteEdit();
-    void edit(const std::function<void()> &action);
-    void select(const QModelIndex &index);
-    QList<int> selectedRows() const;
-    void insertItem();
-    void removeItems();
-    void insertColumn();
-    void removeColumns();
-    void moveItems(int distance);
-    void sortItems();
-    void convertSelected(StepHost::ItemKind kind);
+    void addFileActions();
     void chooseImport();
     void chooseExport();
     QString folder() const;
@@ -72,14 +48,8 @@ private:
     void showCount();
 
     VarType m_type;
-    ListValueModel *m_list = nullptr; ///< Null for a table.
-    TableValueModel *m_table = nullptr; ///< Null for a list.
-    ValueModel *m_model = nullptr; ///< The one of the two that there is.
-    QUndoStack m_undoStack;
-    QVariantList m_noted; ///< The value after the last edit that the undo stack knows of.
-    bool m_isEditing = false; ///< In edit(), which makes one edit of all that the model tells of.
+    ValueEditor *m_editor;
     QSettings *m_settings = nullptr;
-    QTableView *m_view;
     QLabel *m_count;
     QLabel *m_message;
 };

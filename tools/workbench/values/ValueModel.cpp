@@ -20,6 +20,13 @@ bool ValueModel::isCell(const QModelIndex &index) const
     return index.isValid() && checkIndex(index, CheckIndexOption::ParentIsInvalid);
 }
 
+bool ValueModel::canMoveRows(const QModelIndex &parent, int row, int count, const QModelIndex &targetParent,
+                             int target) const
+{
+    return !parent.isValid() && !targetParent.isValid() && count >= 1 && row >= 0 && row + count <= rowCount()
+        && target >= 0 && target <= rowCount();
+}
+
 Qt::ItemFlags ValueModel::flagsOf(const QVariant &value) const
 {
     Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemNeverHasChildren;

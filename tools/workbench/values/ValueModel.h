@@ -46,6 +46,10 @@ signals:
 protected:
     bool isCell(const QModelIndex &index) const;
 
+    /// Whether \a count rows of all from \a row on can go in front of the row \a target.
+    bool canMoveRows(const QModelIndex &parent, int row, int count, const QModelIndex &targetParent,
+                     int target) const;
+
     /// What a cell with \a value may be used for.
     Qt::ItemFlags flagsOf(const QVariant &value) const;
 
