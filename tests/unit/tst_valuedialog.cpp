@@ -3,6 +3,7 @@
 #include "tools/workbench/look/ChoiceDelegate.h"
 #include "tools/workbench/values/ImportDialog.h"
 #include "tools/workbench/values/ValueDialog.h"
+#include "tools/workbench/values/ValueViewer.h"
 
 #include "host/values/ItemValue.h"
 
@@ -13,9 +14,12 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMessageBox>
+#include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QSpinBox>
 #include <QStandardItemModel>
+#include <QTabWidget>
 #include <QTableView>
 #include <QToolButton>
 
@@ -45,6 +49,10 @@ private slots:
     void importAppends();
     void importSaysWhatIsWrong();
     void importKeepsTheFolder();
+    void viewsValues_data();
+    void viewsValues();
+    void viewsDifferences();
+    void viewsLargeValues();
     void asksBeforeItDiscards_data();
     void asksBeforeItDiscards();
     void choicesWaitForReturn_data();
@@ -517,6 +525,112 @@ void TestValueDialog::importKeepsTheFolder()
     QVERIFY(settings.allKeys().isEmpty());
     dialog.exportFile(folder.filePath("a.txt"));
     QCOMPARE(settings.value("values/folder").toString(), QFileInfo(folder.path()).absoluteFilePath());
+}
+
+void TestValueDialog::viewsValues_data()
+{
+    QTest::addColumn<QVariant>("value");
+    QTest::addColumn<QStringList>("cells"); // Of the first row; empty for a text.
+    QTest::newRow("list") << QVariant(QVariantList{true, "b"}) << QStringList{"Yes", "Yes/no"};
+    QTest::newRow("rows") << QVariant(rowsOf({{true, "b"}, {1}})) << QStringList{"Yes", "b"};
+    QTest::newRow("empty list") << QVariant(QVariantList()) << QStringList();
+    QTest::newRow("text") << QVariant(QString("a\n").repeated(500)) << QStringList();
+    QTest::newRow("number") << QVariant(1.5) << QStringList();
+}
+
+void TestValueDialog::viewsValues()
+{
+    QFETCH(QVariant, value);
+    QFETCH(QStringList, cells);
+    ValueViewer viewer("x", value, std::nullopt);
+    viewer.show();
+    QApplication::setActiveWindow(&viewer);
+    QCOMPARE(viewer.findChild<QTabWidget *>("tabs")->count(), 1);
+    if (auto *text = viewer.findChild<QPlainTextEdit *>("text")) {
+        QVERIFY(text->isReadOnly());
+        QCOMPARE(text->toPlainText(), value.toString());
+        return;
+    }
+    auto *view = viewer.findChild<QTableView *>("values");
+    QCOMPARE(view->model()->rowCount(), value.toList().size());
+    for (int column = 0; column < cells.size(); ++column) {
+        const QModelIndex cell = view->model()->index(0, column);
+        QCOMPARE(cell.data().toString(), cells.at(column));
+        view->setCurrentIndex(cell);
+        for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Delete, Qt::Key_F2, Qt::Key_X})
+            QTest::keyClick(view, key);
+        QVERIFY(view->hasFocus());
+        QCOMPARE(cell.data().toString(), cells.at(column));
+        QVERIFY(!view->model()->setData(cell, "new"));
+    }
+    QTest::keyClick(view, Qt::Key_F, Qt::ControlModifier);
+    QVERIFY(viewer.findChild<QLineEdit *>("find")->hasFocus());
+}
+
+void TestValueDialog::viewsDifferences()
+{
+    ValueViewer viewer("x", QVariantList{"b", "new", 2, "c"}, QVariant(QVariantList{"a", "b", 1, "c"}));
+    viewer.show();
+    auto *tabs = viewer.findChild<QTabWidget *>("tabs");
+    QCOMPARE(tabs->count(), 3);
+    QVERIFY(!viewer.findChild<QTableView *>("difference"));
+    tabs->setCurrentIndex(2);
+    auto *view = viewer.findChild<QTableView *>("difference");
+    QCOMPARE(viewer.findChild<QLabel *>("summary")->text(), QString("1 added, 1 removed, 1 changed"));
+    QStringList rows;
+    const auto look = [&] {
+        rows.clear();
+        for (int row = 0; row < view->model()->rowCount(); ++row) {
+            QStringList cells;
+            for (int column = 0; column < view->model()->columnCount(); ++column)
+                cells.append(view->model()->index(row, column).data().toString());
+            rows.append(cells.join('|'));
+        }
+    };
+    look();
+    QCOMPARE(rows,
+             QStringList({"removed|0|a||", "|1|b|0|b", "changed|2|1|1|new", "added|||2|2", "|3|c|3|c"}));
+    viewer.findChild<QCheckBox *>("only")->setChecked(true);
+    look();
+    QCOMPARE(rows, QStringList({"removed|0|a||", "changed|2|1|1|new", "added|||2|2"}));
+    tabs->setCurrentIndex(0);
+    tabs->setCurrentIndex(2);
+    QCOMPARE(viewer.findChildren<QTableView *>("difference").size(), 1);
+}
+
+void TestValueDialog::viewsLargeValues()
+{
+    const int count = qEnvironmentVariableIntValue("QUILLMAP_LARGE") > 0
+        ? qEnvironmentVariableIntValue("QUILLMAP_LARGE")
+        : 100000;
+    QVariantList before;
+    for (int i = 0; i < count; ++i)
+        before.append(QString("item %1").arg(qint64(i) * 7919 % 1000003));
+    QVariantList after = before;
+    std::sort(after.begin(), after.end(),
+              [](const QVariant &a, const QVariant &b) { return a.toString() < b.toString(); });
+    QElapsedTimer clock;
+    clock.start();
+    ValueViewer viewer("x", after, QVariant(before));
+    viewer.show();
+    QApplication::processEvents();
+    const qint64 opened = clock.restart();
+    auto *view = viewer.findChild<QTableView *>("values");
+    QCOMPARE(view->model()->rowCount(), count);
+    qint64 scrolled = 0;
+    for (int i = 0; i <= 50; ++i) {
+        clock.restart();
+        view->verticalScrollBar()->setValue(int(qint64(view->verticalScrollBar()->maximum()) * i / 50));
+        QApplication::processEvents();
+        scrolled = qMax(scrolled, clock.elapsed());
+    }
+    clock.restart();
+    viewer.findChild<QTabWidget *>("tabs")->setCurrentIndex(2);
+    QApplication::processEvents();
+    const qint64 compared = clock.elapsed();
+    QCOMPARE(viewer.findChild<QTableView *>("difference")->model()->rowCount(), count);
+    qInfo("%d items: opened in %lld ms, longest stall while scrolling %lld ms, compared in %lld ms", count,
+          opened, scrolled, compared);
 }
 
 void TestValueDialog::asksBeforeItDiscards_data()

@@ -4,6 +4,7 @@
 #include "tools/workbench/settings/PropertyPane.h"
 #include "tools/workbench/values/ImportDialog.h"
 #include "tools/workbench/values/ValueDialog.h"
+#include "tools/workbench/values/ValueViewer.h"
 #include "tools/workbench/window/DifferenceDialog.h"
 
 #include "tests/support/ErrorOf.h"
@@ -20,6 +21,7 @@
 #include <QRegularExpression>
 #include <QStatusBar>
 #include <QTabBar>
+#include <QTabWidget>
 
 using namespace Workbench;
 
@@ -228,6 +230,9 @@ void TestWorkbenchLanguage::dialogsOfValues()
     verifyChinese(textsOf(dialog));
     const ImportDialog import("names.csv", "names,007\n\xC0\xEE,1\n", type);
     verifyChinese(textsOf(import));
+    const ValueViewer viewer("names", value, QVariant(QVariantList{1, 2, "二"}));
+    viewer.findChild<QTabWidget *>("tabs")->setCurrentIndex(2);
+    verifyChinese(textsOf(viewer));
 }
 
 void TestWorkbenchLanguage::questions()

@@ -8,6 +8,7 @@
 #include "tools/workbench/values/ImportDialog.h"
 #include "tools/workbench/values/ListValueModel.h"
 #include "tools/workbench/values/ValueDialog.h"
+#include "tools/workbench/values/ValueViewer.h"
 #include "tools/workbench/variables/VariablesModel.h"
 #include "tools/workbench/variables/VariablesPane.h"
 #include "tools/workbench/window/LogPane.h"
@@ -39,6 +40,7 @@
 #include <QPushButton>
 #include <QScrollBar>
 #include <QStatusBar>
+#include <QTabWidget>
 #include <QTableView>
 #include <QTreeView>
 #include <QtTest>
@@ -183,6 +185,7 @@ private slots:
 
     void editsVariables();
     void editsAListInItsDialog();
+    void viewsWhatARunLeft();
     void importsAndExportsAList();
     void editsATable();
 
@@ -824,6 +827,31 @@ void TestWorkbenchWindow::editsAListInItsDialog()
     QCOMPARE(m_window->document().variables().get("names").toList().size(), 3);
     m_window->document().undoStack().undo();
     QCOMPARE(m_window->document().variables().get("names"), QVariant(QVariantList{"b", "a", 3}));
+}
+
+void TestWorkbenchWindow::viewsWhatARunLeft()
+{
+    setVariable("names", QVariantList{"b", "a"}, VarType::List);
+    place("list.sort");
+    m_window->document().setSetting(0, "targetVar", QString("names"));
+    auto *view = m_window->findChild<QTableView *>("variables");
+    view->setFocus();
+    const QModelIndex result = variables().index(0, VariablesModel::ResultColumn);
+    view->setCurrentIndex(result);
+    bool isOpened = false;
+    const auto look = [&](ValueViewer *viewer) {
+        isOpened = true;
+        auto *values = viewer->findChild<QTableView *>("values");
+        QCOMPARE(values->model()->index(0, 0).data().toString(), QString("a"));
+        QCOMPARE(viewer->findChild<QTabWidget *>("tabs")->count(), 3);
+        viewer->reject();
+    };
+    QTest::keyClick(view, Qt::Key_Return);
+    QVERIFY(!isOpened);
+    run();
+    inNextDialog<ValueViewer>(look);
+    QTest::mouseDClick(view->viewport(), Qt::LeftButton, Qt::NoModifier, view->visualRect(result).center());
+    QVERIFY(isOpened);
 }
 
 void TestWorkbenchWindow::importsAndExportsAList()

@@ -1257,6 +1257,61 @@ automatic: %2</source>
     </message>
 </context>
 <context>
+    <name>Workbench::ItemDifferenceModel</name>
+    <message>
+        <source>No differences</source>
+        <translation>没有不同</translation>
+    </message>
+    <message>
+        <source>, </source>
+        <translation>，</translation>
+    </message>
+    <message>
+        <source>added</source>
+        <translation>添加</translation>
+    </message>
+    <message>
+        <source>removed</source>
+        <translation>移除</translation>
+    </message>
+    <message>
+        <source>changed</source>
+        <translation>更改</translation>
+    </message>
+    <message>
+        <source>moved</source>
+        <translation>移动</translation>
+    </message>
+    <message>
+        <source>Position</source>
+        <translation>位置</translation>
+    </message>
+    <message>
+        <source>Before</source>
+        <translation>之前</translation>
+    </message>
+    <message>
+        <source>After</source>
+        <translation>之后</translation>
+    </message>
+    <message>
+        <source>%1 added</source>
+        <translation>添加 %1 项</translation>
+    </message>
+    <message>
+        <source>%1 removed</source>
+        <translation>移除 %1 项</translation>
+    </message>
+    <message>
+        <source>%1 changed</source>
+        <translation>更改 %1 项</translation>
+    </message>
+    <message>
+        <source>%1 moved</source>
+        <translation>移动 %1 项</translation>
+    </message>
+</context>
+<context>
     <name>Workbench::ListValueModel</name>
     <message numerus="yes">
         <source>%n item(s) kept the old type: %1</source>
@@ -2238,6 +2293,45 @@ Drag one here from the palette, or double-click it there.</source>
     <message>
         <source>No</source>
         <translation>否</translation>
+    </message>
+</context>
+<context>
+    <name>Workbench::ValueViewer</name>
+    <message>
+        <source>Find…</source>
+        <translation>查找…</translation>
+    </message>
+    <message>
+        <source>Find next</source>
+        <translation>查找下一个</translation>
+    </message>
+    <message>
+        <source>Find previous</source>
+        <translation>查找上一个</translation>
+    </message>
+    <message>
+        <source>Value of “%1”</source>
+        <translation>“%1”的值</translation>
+    </message>
+    <message>
+        <source>After the last run</source>
+        <translation>上次运行之后</translation>
+    </message>
+    <message>
+        <source>Before</source>
+        <translation>之前</translation>
+    </message>
+    <message>
+        <source>What changed</source>
+        <translation>变化</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>关闭</translation>
+    </message>
+    <message>
+        <source>Only what differs</source>
+        <translation>只显示不同之处</translation>
     </message>
 </context>
 <context>

@@ -14,6 +14,7 @@
 #include "tools/workbench/look/ToolTipText.h"
 #include "tools/workbench/look/TypeNames.h"
 #include "tools/workbench/values/ValueDialog.h"
+#include "tools/workbench/values/ValueViewer.h"
 
 #include <QAction>
 #include <QHeaderView>
@@ -290,6 +291,19 @@ void VariablesPane::activate(const QModelIndex &index)
         editValue(index.row());
     else if (index.column() == VariablesModel::ResultColumn && m_session.isPaused())
         editRunValue(index.row());
+    else if (index.column() == VariablesModel::ResultColumn)
+        viewResult(index.row());
+}
+
+void VariablesPane::viewResult(int row)
+{
+    const QString reference = StepHost::referenceTo(m_model->name(row));
+    if (!m_session.hasResult() || !m_session.after().contains(reference))
+        return;
+    const VariableScope &before = m_session.before();
+    ValueViewer(m_model->name(row), m_session.after().get(reference),
+                before.contains(reference) ? std::make_optional(before.get(reference)) : std::nullopt, this)
+        .exec();
 }
 
 void VariablesPane::editValue(int row)

@@ -64,6 +64,7 @@ private:
     void editValue(int row);
     void editRunValue(int row);
     std::optional<VariableScope> editedIn(const VariableScope &variables, const QString &name);
+    void viewResult(int row);
     void keepResults();
 
     ScriptDocument &m_document;
