@@ -574,6 +574,9 @@ void TestValueDialog::viewsDifferences()
     auto *tabs = viewer.findChild<QTabWidget *>("tabs");
     QCOMPARE(tabs->count(), 3);
     QVERIFY(!viewer.findChild<QTableView *>("difference"));
+    tabs->setCurrentIndex(1);
+    QCOMPARE(tabs->widget(1)->findChild<QTableView *>("values")->model()->index(0, 0).data().toString(),
+             QString("a"));
     tabs->setCurrentIndex(2);
     auto *view = viewer.findChild<QTableView *>("difference");
     QCOMPARE(viewer.findChild<QLabel *>("summary")->text(), QString("1 added, 1 removed, 1 changed"));
@@ -615,7 +618,9 @@ void TestValueDialog::viewsLargeValues()
     viewer.show();
     QApplication::processEvents();
     const qint64 opened = clock.restart();
-    auto *view = viewer.findChild<QTableView *>("values");
+    auto *tabs = viewer.findChild<QTabWidget *>("tabs");
+    auto *view = tabs->widget(0)->findChild<QTableView *>("values");
+    QVERIFY(view->isVisible());
     QCOMPARE(view->model()->rowCount(), count);
     qint64 scrolled = 0;
     for (int i = 0; i <= 50; ++i) {
@@ -625,7 +630,7 @@ void TestValueDialog::viewsLargeValues()
         scrolled = qMax(scrolled, clock.elapsed());
     }
     clock.restart();
-    viewer.findChild<QTabWidget *>("tabs")->setCurrentIndex(2);
+    tabs->setCurrentIndex(2);
     QApplication::processEvents();
     const qint64 compared = clock.elapsed();
     QCOMPARE(viewer.findChild<QTableView *>("difference")->model()->rowCount(), count);

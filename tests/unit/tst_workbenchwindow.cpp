@@ -841,16 +841,23 @@ void TestWorkbenchWindow::viewsWhatARunLeft()
     bool isOpened = false;
     const auto look = [&](ValueViewer *viewer) {
         isOpened = true;
-        auto *values = viewer->findChild<QTableView *>("values");
+        auto *tabs = viewer->findChild<QTabWidget *>("tabs");
+        auto *values = tabs->widget(0)->findChild<QTableView *>("values");
         QCOMPARE(values->model()->index(0, 0).data().toString(), QString("a"));
-        QCOMPARE(viewer->findChild<QTabWidget *>("tabs")->count(), 3);
+        QCOMPARE(tabs->count(), 3);
         viewer->reject();
     };
     QTest::keyClick(view, Qt::Key_Return);
     QVERIFY(!isOpened);
     run();
     inNextDialog<ValueViewer>(look);
-    QTest::mouseDClick(view->viewport(), Qt::LeftButton, Qt::NoModifier, view->visualRect(result).center());
+    view->setFocus();
+    view->setCurrentIndex(result);
+    QTest::keyClick(view, Qt::Key_Return);
+    QVERIFY(isOpened);
+    isOpened = false;
+    inNextDialog<ValueViewer>(look);
+    emit view->doubleClicked(result);
     QVERIFY(isOpened);
 }
 

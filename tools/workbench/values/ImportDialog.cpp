@@ -221,7 +221,7 @@ void ImportDialog::chooseEncoding()
 
 void ImportDialog::chooseType()
 {
-    const ColumnType type = ColumnType(chosen(m_columnType));
+    const auto type = ColumnType(chosen(m_columnType));
     const QModelIndexList selected = m_view->selectionModel()->selectedColumns();
     if (selected.isEmpty())
         m_form.types = {type};

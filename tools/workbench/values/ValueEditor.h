@@ -52,6 +52,7 @@ private:
     QAction *addCommand(const QString &text, const QString &icon, const QKeySequence &key,
                         const std::function<void()> &command,
                         Qt::ShortcutContext context = Qt::WindowShortcut);
+    void addIcon(QAction *action);
     void createCommands();
     void createClipboardCommands(QMenu &menu);
     void createRowCommands();

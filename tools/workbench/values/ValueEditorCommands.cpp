@@ -27,6 +27,14 @@ QAction *ValueEditor::addCommand(const QString &text, const QString &icon, const
     return action;
 }
 
+// Arrows speak for themselves, and leave room for the others.
+void ValueEditor::addIcon(QAction *action)
+{
+    m_toolBar->addAction(action);
+    static_cast<QToolButton *>(m_toolBar->widgetForAction(action))
+        ->setToolButtonStyle(Qt::ToolButtonIconOnly);
+}
+
 void ValueEditor::createCommands()
 {
     m_toolBar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
@@ -39,7 +47,7 @@ void ValueEditor::createCommands()
         action->setIcon(themedIcon(icon));
         action->setIconText(text);
         action->setShortcut(key);
-        m_toolBar->addAction(action);
+        addIcon(action);
     };
     addUndo(m_history->stack().createUndoAction(this, tr("Undo")), tr("Undo"), QStringLiteral("undo"),
             QKeySequence::Undo);
@@ -57,13 +65,9 @@ void ValueEditor::createRowCommands()
     if (m_table) {
         m_toolBar->addAction(addCommand(tr("Add column"), QStringLiteral("add"), Qt::CTRL | Qt::Key_Right,
                                         [this] { insertColumn(); }));
-        m_toolBar->addAction(addCommand(tr("Remove columns"), QStringLiteral("delete"),
-                                        Qt::CTRL | Qt::Key_Backspace, [this] { removeColumns(); }));
     }
-    m_toolBar->addAction(
-        addCommand(tr("Up"), QStringLiteral("up"), Qt::ALT | Qt::Key_Up, [this] { moveRows(-1); }));
-    m_toolBar->addAction(
-        addCommand(tr("Down"), QStringLiteral("down"), Qt::ALT | Qt::Key_Down, [this] { moveRows(1); }));
+    addIcon(addCommand(tr("Up"), QStringLiteral("up"), Qt::ALT | Qt::Key_Up, [this] { moveRows(-1); }));
+    addIcon(addCommand(tr("Down"), QStringLiteral("down"), Qt::ALT | Qt::Key_Down, [this] { moveRows(1); }));
     m_toolBar->addAction(addCommand(tr("Sort"), QStringLiteral("sort"), Qt::CTRL | Qt::Key_T,
                                     [this] { sort(Qt::AscendingOrder); }));
 
@@ -75,6 +79,10 @@ void ValueEditor::createRowCommands()
     menu->addSeparator();
     menu->addAction(addCommand(m_table ? tr("Add row above") : tr("Add above"), QStringLiteral("add"),
                                Qt::CTRL | Qt::SHIFT | Qt::Key_Return, [this] { insertRow(0); }));
+    if (m_table) {
+        menu->addAction(addCommand(tr("Remove columns"), QStringLiteral("delete"),
+                                   Qt::CTRL | Qt::Key_Backspace, [this] { removeColumns(); }));
+    }
     menu->addAction(addCommand(tr("Sort backwards"), QStringLiteral("sort"), Qt::CTRL | Qt::SHIFT | Qt::Key_T,
                                [this] { sort(Qt::DescendingOrder); }));
     menu->addSeparator();

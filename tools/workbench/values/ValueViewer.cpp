@@ -21,6 +21,7 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <utility>
 
 namespace Workbench
 {
@@ -73,33 +74,7 @@ QWidget *gridOf(const QVariantList &items, const QString &title)
                      &QAction::triggered, findBar, [findBar] { findBar->findNext(false); });
     return page;
 }
-} // namespace
-
-ValueViewer::ValueViewer(const QString &name, const QVariant &value, const std::optional<QVariant> &before,
-                         QWidget *parent)
-    : QDialog(parent), m_before(before.value_or(QVariant())), m_after(value), m_tabs(new QTabWidget)
-{
-    setWindowTitle(tr("Value of “%1”").arg(StepHost::inOneLine(shortened(name))));
-    m_tabs->setObjectName(QStringLiteral("tabs"));
-    m_tabs->addTab(viewOf(value, tr("After the last run")), tr("After the last run"));
-    if (before) {
-        m_tabs->addTab(viewOf(*before, tr("Before")), tr("Before"));
-        if (isList(value) && isList(*before)) {
-            m_differenceTab = m_tabs->addTab(new QWidget, tr("What changed"));
-            connect(m_tabs, &QTabWidget::currentChanged, this, &ValueViewer::showDifference);
-        }
-    }
-    auto *buttons = new QDialogButtonBox;
-    buttons->addButton(tr("Close"), QDialogButtonBox::RejectRole)->setAutoDefault(false);
-    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
-    auto *layout = new QVBoxLayout(this);
-    layout->addWidget(m_tabs, 1);
-    layout->addWidget(buttons);
-    m_tabs->currentWidget()->setFocus();
-    resize(760, 560);
-}
-
-QWidget *ValueViewer::viewOf(const QVariant &value, const QString &title)
+QWidget *viewOf(const QVariant &value, const QString &title)
 {
     if (isList(value))
         return gridOf(value.toList(), title);
@@ -110,25 +85,13 @@ QWidget *ValueViewer::viewOf(const QVariant &value, const QString &title)
     return text;
 }
 
-void ValueViewer::showDifference()
-{
-    if (m_differenceTab < 0 || m_tabs->currentIndex() != m_differenceTab)
-        return;
-    QApplication::setOverrideCursor(Qt::WaitCursor);
-    auto *page = m_tabs->currentWidget();
-    auto *layout = new QVBoxLayout(page);
-    layout->addWidget(differenceOf(m_before.toList(), m_after.toList()));
-    m_differenceTab = -1;
-    QApplication::restoreOverrideCursor();
-}
-
-QWidget *ValueViewer::differenceOf(const QVariantList &before, const QVariantList &after)
+QWidget *differenceOf(const QVariantList &before, const QVariantList &after)
 {
     auto *page = new QWidget;
     auto *model = new ItemDifferenceModel(before, after, page);
     auto *view = new PaneView<QTableView>;
     view->setObjectName(QStringLiteral("difference"));
-    view->setAccessibleName(tr("What changed"));
+    view->setAccessibleName(ValueViewer::tr("What changed"));
     view->setModel(model);
     view->setWordWrap(false);
     view->setTabKeyNavigation(false);
@@ -136,14 +99,14 @@ QWidget *ValueViewer::differenceOf(const QVariantList &before, const QVariantLis
     view->verticalHeader()->hide();
     view->verticalHeader()->setDefaultSectionSize(view->fontMetrics().height() + 8);
     view->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    view->horizontalHeader()->resizeSection(ItemDifferenceModel::KindColumn, 80);
+    view->horizontalHeader()->resizeSection(ItemDifferenceModel::KindColumn, 100);
     view->horizontalHeader()->resizeSection(ItemDifferenceModel::OldPlaceColumn, 70);
     view->horizontalHeader()->resizeSection(ItemDifferenceModel::NewPlaceColumn, 70);
     view->horizontalHeader()->setSectionResizeMode(ItemDifferenceModel::OldColumn, QHeaderView::Stretch);
     view->horizontalHeader()->setSectionResizeMode(ItemDifferenceModel::NewColumn, QHeaderView::Stretch);
-    auto *only = new QCheckBox(tr("Only what differs"));
+    auto *only = new QCheckBox(ValueViewer::tr("Only what differs"));
     only->setObjectName(QStringLiteral("only"));
-    connect(only, &QCheckBox::toggled, model, &ItemDifferenceModel::setOnlyDifferent);
+    QObject::connect(only, &QCheckBox::toggled, model, &ItemDifferenceModel::setOnlyDifferent);
     auto *summary = new QLabel(model->summary());
     summary->setObjectName(QStringLiteral("summary"));
     auto *top = new QHBoxLayout;
@@ -155,5 +118,52 @@ QWidget *ValueViewer::differenceOf(const QVariantList &before, const QVariantLis
     layout->addLayout(top);
     layout->addWidget(view, 1);
     return page;
+}
+} // namespace
+
+ValueViewer::ValueViewer(const QString &name, const QVariant &value, const std::optional<QVariant> &before,
+                         QWidget *parent)
+    : QDialog(parent), m_tabs(new QTabWidget)
+{
+    setWindowTitle(tr("Value of “%1”").arg(StepHost::inOneLine(shortened(name))));
+    m_tabs->setObjectName(QStringLiteral("tabs"));
+    addPage(tr("After the last run"), [value] { return viewOf(value, tr("After the last run")); });
+    if (before) {
+        addPage(tr("Before"), [old = *before] { return viewOf(old, tr("Before")); });
+        if (isList(value) && isList(*before)) {
+            addPage(tr("What changed"),
+                    [value, old = *before] { return differenceOf(old.toList(), value.toList()); });
+        }
+    }
+    auto *buttons = new QDialogButtonBox;
+    buttons->addButton(tr("Close"), QDialogButtonBox::RejectRole)->setAutoDefault(false);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    connect(m_tabs, &QTabWidget::currentChanged, this, &ValueViewer::showPage);
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(m_tabs, 1);
+    layout->addWidget(buttons);
+    resize(760, 560);
+    showPage(0);
+    m_tabs->currentWidget()->setFocus();
+}
+
+void ValueViewer::addPage(const QString &title, const Make &make)
+{
+    auto *page = new QWidget;
+    new QVBoxLayout(page);
+    m_pages.push_back(make);
+    m_tabs->addTab(page, title);
+}
+
+void ValueViewer::showPage(int index)
+{
+    const Make make = std::exchange(m_pages.at(std::size_t(index)), nullptr);
+    if (!make)
+        return;
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    QWidget *content = make();
+    m_tabs->widget(index)->layout()->addWidget(content);
+    m_tabs->widget(index)->setFocusProxy(content);
+    QApplication::restoreOverrideCursor();
 }
 } // namespace Workbench

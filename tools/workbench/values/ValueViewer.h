@@ -3,7 +3,9 @@
 #include <QDialog>
 #include <QVariant>
 
+#include <functional>
 #include <optional>
+#include <vector>
 
 class QTabWidget;
 
@@ -22,13 +24,13 @@ public:
                 QWidget *parent = nullptr);
 
 private:
-    static QWidget *viewOf(const QVariant &value, const QString &title);
-    QWidget *differenceOf(const QVariantList &before, const QVariantList &after);
-    void showDifference();
+    using Make = std::function<QWidget *()>;
 
-    QVariant m_before;
-    QVariant m_after;
+    void addPage(const QString &title, const Make &make);
+    void showPage(int index);
+
     QTabWidget *m_tabs;
-    int m_differenceTab = -1; ///< Filled when it is looked at, as comparing takes its time; -1 when it is.
+    std::vector<Make>
+        m_pages; ///< Each is made when it is looked at first, as a long value takes its time; then null.
 };
 } // namespace Workbench
