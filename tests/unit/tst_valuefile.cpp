@@ -220,7 +220,7 @@ void TestValueFile::refusesOptions_data()
     };
     row("rows",
         R"(there is no option "rows"; there are "encoding=", "separator=", "quotes=", "as=", "types=", "header", "append")");
-    row("header=1", R"(there is no option "header="; there are)");
+    row("header=1", R"(there is no option "header="; did you mean "header"? There are)");
     row("encoding=big5", R"(there is no encoding "big5"; there are "utf-8", "gb18030", "utf-16", "latin-1")");
     row("header,separator=;",
         R"(there is no choice for separator= ";"; there are "comma", "semicolon", "tab", "bar", "space")");

@@ -61,7 +61,7 @@ ValueDialog::ValueDialog(const QString &name, VarType type, const QVariantList &
     layout->addWidget(m_message);
     layout->addLayout(bottom);
     m_editor->setFocus();
-    resize(900, 560);
+    resize(1000, 560);
 
     connect(m_editor, &ValueEditor::told, this, &ValueDialog::showMessage);
     const ValueModel &model = m_editor->model();

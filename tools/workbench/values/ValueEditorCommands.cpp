@@ -120,8 +120,12 @@ void ValueEditor::createTypeMenu()
     m_type->setPopupMode(QToolButton::InstantPopup);
     auto *menu = new QMenu(m_type);
     const QVector<ItemKind> kinds = ItemValue::editableKinds();
-    for (const ItemKind kind : kinds)
+    for (const ItemKind kind : kinds) {
         menu->addAction(TypeNames::of(kind), this, [this, kind] { convertSelected(kind); });
+        // The bar stays as it is from cell to cell.
+        m_type->setText(m_table ? tr("Type: %1").arg(TypeNames::of(kind)) : tr("Type"));
+        m_type->setMinimumWidth(qMax(m_type->minimumWidth(), m_type->sizeHint().width()));
+    }
     m_type->setMenu(menu);
     m_toolBar->addWidget(m_type);
 }
