@@ -31,13 +31,16 @@ void ScriptRun::execute(const Runner &runner)
     };
     observer.progress = [this](int count, int) { done = count; };
     observer.before = [this](int index, VariableScope &) { return orderBefore(index); };
-    observer.wantsToWait = [this] {
-        const QMutexLocker locker(&m_mutex);
-        return m_pauseFrom >= 0 || !m_pauses.isEmpty();
-    };
+    observer.wantsToWait = [this] { return hasPauses(); };
     observer.shouldStop = [this] { return m_shouldStop.load(); };
     observer.shouldEnd = [this] { return m_shouldEnd.load(); };
     result = runner(script, variables, observer);
+}
+
+bool ScriptRun::hasPauses() const
+{
+    const QMutexLocker locker(&m_mutex);
+    return m_pauseFrom >= 0 || !m_pauses.isEmpty();
 }
 
 StepHost::RunOrder ScriptRun::orderBefore(int index)

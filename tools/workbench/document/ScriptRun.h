@@ -84,6 +84,7 @@ signals:
 
 private:
     void execute(const Runner &runner);
+    bool hasPauses() const;
     StepHost::RunOrder orderBefore(int index);
 
     mutable QMutex m_mutex; ///< For what follows, up to the thread.
