@@ -9,6 +9,11 @@
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#else
+#include <QTemporaryDir>
 #endif
 
 namespace StepHost
@@ -18,43 +23,71 @@ QString temporaryPrefix()
     return QStringLiteral(".quillmap-unfinished-");
 }
 
+namespace
+{
+struct NewFolder
+{
+    QString path; // Empty when there is none.
+    QString error;
+};
+
+// On Unix it has its permissions from the beginning. QTemporaryDir sets them later, and warns of a folder that another
+// program has removed by then.
+NewFolder makeFolder()
+{
+    const QString form = QDir::tempPath() + QLatin1Char('/') + temporaryPrefix() + QLatin1String("XXXXXX");
+#ifdef Q_OS_UNIX
+    QByteArray path = QFile::encodeName(form);
+    if (mkdtemp(path.data()))
+        return {QFile::decodeName(path), QString()};
+    return {QString(), qt_error_string(errno)};
+#else
+    QTemporaryDir folder(form);
+    folder.setAutoRemove(false);
+    return {folder.isValid() ? folder.path() : QString(), folder.errorString()};
+#endif
+}
+} // namespace
+
 // Between its making and its use another program may take a folder for one that was left behind.
 TemporaryFolder::TemporaryFolder()
 {
     constexpr int mostTries = 100;
     for (int i = 0; i < mostTries && !(m_inUse && m_inUse->isCertain()); ++i) {
-        m_directory = std::make_unique<QTemporaryDir>(QDir::tempPath() + QLatin1Char('/') + temporaryPrefix()
-                                                      + QLatin1String("XXXXXX"));
-        if (!m_directory->isValid())
+        const NewFolder folder = makeFolder();
+        m_path = folder.path;
+        m_error = folder.error;
+        if (m_path.isEmpty())
             return;
-        m_inUse = std::make_unique<InUse>(m_directory->path());
+        m_inUse = std::make_unique<InUse>(m_path);
     }
 }
 
 // Removed while it is in use: two programs that remove the same folder are in each other's way.
 TemporaryFolder::~TemporaryFolder()
 {
-    m_directory.reset();
+    if (isValid())
+        QDir(m_path).removeRecursively();
 }
 
 bool TemporaryFolder::isValid() const
 {
-    return m_directory->isValid();
+    return !m_path.isEmpty();
 }
 
 QString TemporaryFolder::errorString() const
 {
-    return m_directory->errorString();
+    return m_error;
 }
 
 QString TemporaryFolder::path() const
 {
-    return m_directory->path();
+    return m_path;
 }
 
 QString TemporaryFolder::filePath(const QString &name) const
 {
-    return m_directory->filePath(name);
+    return QDir(m_path).filePath(name);
 }
 
 #ifdef Q_OS_UNIX

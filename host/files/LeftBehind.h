@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QString>
-#include <QTemporaryDir>
 
 #include <memory>
 
@@ -56,7 +55,8 @@ public:
 private:
     Q_DISABLE_COPY(TemporaryFolder)
 
-    std::unique_ptr<QTemporaryDir> m_directory;
+    QString m_path;
+    QString m_error;
     std::unique_ptr<InUse> m_inUse;
 };
 
