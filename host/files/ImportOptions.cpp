@@ -49,7 +49,7 @@ Result<void> chooseShape(const QString &word, ImportForm &form)
                                             {"column:1", ImportShape::Column}}));
     }
     bool isNumber = false;
-    const int column = word.mid(columnMark.size()).toInt(&isNumber);
+    const int column = word.midRef(columnMark.size()).toInt(&isNumber);
     if (!isNumber || column < 1)
         return failure(ErrorTexts::tr("%1 should have the number of a column behind it, counted from 1")
                            .arg(quoted(word)));

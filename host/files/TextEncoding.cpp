@@ -211,7 +211,7 @@ Result<void> checkCharacters(const QString &text, TextEncoding encoding)
         return {};
     const int lineStart = at == 0 ? 0 : text.lastIndexOf(QLatin1Char('\n'), at - 1) + 1;
     const int line = int(std::count(text.cbegin(), text.cbegin() + at, QLatin1Char('\n'))) + 1;
-    return noText(line, text.mid(lineStart, at - lineStart).toUcs4().size() + 1, encoding);
+    return noText(line, text.midRef(lineStart, at - lineStart).toUcs4().size() + 1, encoding);
 }
 } // namespace
 

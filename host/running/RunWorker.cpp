@@ -101,7 +101,11 @@ private:
     std::optional<RunAnswer> m_order;
 };
 
-Orders orders;
+Orders &orders()
+{
+    static Orders all;
+    return all;
+}
 
 // Takes what can still come: the wish to stop, and orders for the step that waits.
 [[noreturn]] void listen()
@@ -115,7 +119,7 @@ Orders orders;
         else if (answer->kind == RunAnswer::Wait)
             shouldWait = true;
         else
-            orders.put(*answer);
+            orders().put(*answer);
     }
 }
 
@@ -176,7 +180,7 @@ RunOrder orderFor(int index, VariableScope &scope)
     note.kind = RunNote::Waiting;
     note.index = index;
     tell(note);
-    const RunAnswer answer = orders.take();
+    const RunAnswer answer = orders().take();
     VariableChanges::apply(answer.variables, answer.removed, scope);
     return answer.order;
 }
