@@ -94,8 +94,8 @@ struct RunNote
 /// nested no more than 1,000 deep.
 bool isSendable(const QVariant &value);
 
-/// The request to run \a script on \a scope, and to wait before each step if it \a waits. Refused are a step that throws when it saves its record, and values that
-/// are not sendable.
+/// The request to run \a script on \a scope, and to wait before each step if it \a waits. Refused are a step that throws
+/// when it saves its record, and values that are not sendable.
 Result<QByteArray> packRequest(const Script &script, const VariableScope &scope,
                                const StepCatalogue &catalogue, bool waits = false);
 
